@@ -1,0 +1,25 @@
+# Warnings, visibility and instrumentation that every target takes, and the two precompiled headers.
+
+add_library(velcoran_build_options INTERFACE)
+target_compile_options(velcoran_build_options INTERFACE
+    -Wall -Wextra -Wpedantic -Werror -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wundef
+    -fvisibility=hidden -fvisibility-inlines-hidden)
+target_compile_definitions(velcoran_build_options INTERFACE
+    QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH)
+if(VELCORAN_SANITIZE)
+    target_compile_options(velcoran_build_options INTERFACE
+        -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(velcoran_build_options INTERFACE -fsanitize=address,undefined)
+endif()
+if(VELCORAN_COVERAGE)
+    target_compile_options(velcoran_build_options INTERFACE --coverage)
+    target_link_options(velcoran_build_options INTERFACE --coverage)
+endif()
+
+add_library(velcoran_pch_core STATIC ${CMAKE_CURRENT_LIST_DIR}/pch.cpp)
+target_link_libraries(velcoran_pch_core PUBLIC Qt6::Core Qt6::Gui PRIVATE velcoran_build_options)
+target_precompile_headers(velcoran_pch_core PRIVATE ${CMAKE_CURRENT_LIST_DIR}/pch_core.h)
+
+add_library(velcoran_pch_widgets STATIC ${CMAKE_CURRENT_LIST_DIR}/pch.cpp)
+target_link_libraries(velcoran_pch_widgets PUBLIC Qt6::Widgets PRIVATE velcoran_build_options)
+target_precompile_headers(velcoran_pch_widgets PRIVATE ${CMAKE_CURRENT_LIST_DIR}/pch_widgets.h)

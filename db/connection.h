@@ -1,0 +1,103 @@
+#pragma once
+
+#include "base/error.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <velcoran/connection.h>
+
+#include <functional>
+
+namespace velcoran::db {
+
+/// The error that a failed call on an object left behind: number and description from its com::IErrorSource, or the
+/// code itself where it has none.
+[[nodiscard]] base::Error errorOf(com::HResult result, com::IUnknown* object);
+
+/// A column as a statement describes it.
+struct Column {
+    QString name;
+    ColumnType type = ColumnType::Text;
+    int scale = 0;
+};
+
+/// Forward-only rows of a running statement. Copies share the rows.
+class Rows {
+public:
+    Rows() = default;
+    explicit Rows(com::Ref<IRows> rows) : m_rows(std::move(rows)) {}
+
+    /// @throws Error of the provider
+    [[nodiscard]] QList<Column> columns() const;
+    /// Reads on. @return null at the end; otherwise at least one row, valid until the next call
+    /// @throws Error of the provider
+    [[nodiscard]] const RowBlock* fetch(std::uint32_t maxRows = kMaxBlockRows) const;
+    /// Makes the running or next fetch fail soon. From any thread.
+    void cancel() const;
+
+    static constexpr std::uint32_t kMaxBlockRows = 4096;
+
+private:
+    com::Ref<IRows> m_rows;
+};
+
+/// A prepared statement; columns() is known before run().
+class Statement {
+public:
+    Statement() = default;
+    explicit Statement(com::Ref<IStatement> statement) : m_statement(std::move(statement)) {}
+
+    [[nodiscard]] bool isNull() const { return !m_statement; }
+    [[nodiscard]] QList<Column> columns() const;
+    /// Starts the statement. @return its rows @throws Error of the provider
+    [[nodiscard]] Rows run() const;
+    void cancel() const;
+
+private:
+    com::Ref<IStatement> m_statement;
+};
+
+/// The host's connection as the component uses it: failures become base::Error, the interface is shared by reference
+/// and never opened, tested or closed. A null connection fails every call with kObjectNotSet, a closed one with what
+/// its provider says (kInvalidConnection).
+class Connection {
+public:
+    Connection() = default;
+    explicit Connection(com::Ref<IConnection> connection) : m_connection(std::move(connection)) {}
+
+    [[nodiscard]] bool isNull() const { return !m_connection; }
+    [[nodiscard]] const com::Ref<IConnection>& interface() const { return m_connection; }
+
+    /// Runs a statement and returns its forward rows.
+    [[nodiscard]] Rows execute(const QString& text) const;
+    /// Runs a statement for a client-side row set (keyset cursor, optimistic lock) and returns its forward rows.
+    [[nodiscard]] Rows openRowset(const QString& text) const;
+    [[nodiscard]] Statement prepare(const QString& text) const;
+    /// Cancels what runs on the connection. From any thread.
+    void cancel() const;
+    /// True when execute and openRowset may be called from another thread than the window's.
+    [[nodiscard]] bool isFreeThreaded() const;
+
+private:
+    com::Ref<IConnection> m_connection;
+};
+
+/// How a window's thread spends the time in which a statement runs. The plain one calls on the same thread; the
+/// window's own (form/) runs the call on a worker, waits a third of a second and then keeps the window painted and
+/// cancellable.
+class ICallRunner {
+public:
+    virtual ~ICallRunner() = default;
+    /// Runs a call to its end and lets its exception through.
+    /// @param connection  what the call uses; cancelled when the user stops or closes the window
+    virtual void run(const Connection& connection, const std::function<void()>& call) = 0;
+};
+
+/// Calls on the calling thread.
+class DirectCallRunner final : public ICallRunner {
+public:
+    void run(const Connection&, const std::function<void()>& call) override { call(); }
+};
+
+}  // namespace velcoran::db

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "base/error.h"
+
+#include <velcoran/com.h>
+
+#include <QString>
+
+#include <optional>
+
+namespace velcoran::com {
+
+/// The error that the last failed call left on this thread, in this library. Cleared by the next guarded call.
+[[nodiscard]] const std::optional<base::Error>& threadError();
+void setThreadError(std::optional<base::Error> error);
+
+/// Runs the body of an exported function: nothing gets out but a result code, and what was thrown is kept as the
+/// thread's error information. Cancelled becomes kProviderFailure with the text "Operation was cancelled".
+/// @param body  returns an HResult, or nothing for kOk
+template <class Body>
+HResult guarded(Body body) noexcept;
+
+/// Turns the exception in flight into a code and the thread's error information.
+HResult keepCurrentException() noexcept;
+
+template <class Body>
+HResult guarded(Body body) noexcept {
+    try {
+        setThreadError(std::nullopt);
+        if constexpr (std::is_void_v<decltype(body())>) {
+            body();
+            return kOk;
+        } else {
+            return body();
+        }
+    } catch (...) {
+        return keepCurrentException();
+    }
+}
+
+[[nodiscard]] inline QString toQString(const char16_t* text) {
+    return QString::fromUtf16(viewOf(text).data(), static_cast<qsizetype>(viewOf(text).size()));
+}
+[[nodiscard]] inline Text toText(const QString& text) {
+    return Text(
+        std::u16string_view(reinterpret_cast<const char16_t*>(text.utf16()), static_cast<std::size_t>(text.size())));
+}
+
+}  // namespace velcoran::com

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "base/error.h"
+#include "db/command.h"
+
+#include <QMap>
+#include <QString>
+
+#include <functional>
+#include <memory>
+
+namespace velcoran::engine {
+
+class Definition;
+class ReportData;
+
+/// How a run ended.
+struct RunOutcome {
+    std::shared_ptr<const ReportData> data;  ///< null unless the run came to its end
+    std::optional<base::Error> error;        ///< nothing for a stop
+    bool isCancelled = false;
+};
+
+/// An instance of a report definition: a copy whose texts, sources and options are its own, with its data source.
+///
+/// A run: addCommand - bindFields - setUnboundFieldSource, setText, setOption - start. The worker thread of the run
+/// belongs to the report, which stops and joins it in its destructor.
+class Report {
+public:
+    explicit Report(std::shared_ptr<const Definition> definition);
+    ~Report();
+    Report(const Report&) = delete;
+    Report& operator=(const Report&) = delete;
+
+    [[nodiscard]] const Definition& definition() const;
+    /// Name of the definition: "CRFacturiImport".
+    [[nodiscard]] QString name() const;
+
+    /// Replaces the text of a text object in this instance. CR LF breaks the line.
+    /// @throws Error kNoSuchObject... names the object that the definition lacks
+    void setText(const QString& object, const QString& text);
+    [[nodiscard]] QString text(const QString& object) const;
+    /// All named text objects with their present texts.
+    [[nodiscard]] QMap<QString, QString> texts() const;
+
+    /// Sets the data source: prepares the command's text on its connection and describes the columns.
+    /// @throws Error of the provider for a bad statement
+    void addCommand(const db::Connection& connection, const db::Command& command);
+    /// Binds the unbound fields to the source's columns. @param matchType 0: by name, the only one
+    /// @throws Error kInvalidProcedureCall for another type, or before addCommand
+    void bindFields(int matchType);
+    /// Gives an unbound string field a string constant of the formula language, "'text'".
+    /// @throws Error kTypeMismatch when the source is no string constant, kNoSuchObject when there is no such field
+    void setUnboundFieldSource(const QString& field, const QString& source);
+    /// What an unbound string field shows.
+    [[nodiscard]] QString unboundFieldText(const QString& field) const;
+    /// The one further option: 0 detailed, 1 totals alone. @throws Error kInvalidProcedureCall for any other
+    void setOption(int option);
+    [[nodiscard]] int option() const;
+
+    /// Starts the run on the report's own worker. Both functions are called on that worker.
+    /// @param progress  rows read so far, a few times a second at most
+    /// @param finished  called exactly once, last of all
+    void start(std::function<void(qint64)> progress, std::function<void(RunOutcome)> finished);
+    /// Stops a run; finished follows with isCancelled. Returns at once.
+    void cancel();
+    /// Stops a run and waits for the worker's end.
+    void cancelAndWait();
+
+private:
+    struct Run;
+    struct State;
+    std::unique_ptr<State> m_state;
+    std::unique_ptr<Run> m_run;
+};
+
+}  // namespace velcoran::engine
