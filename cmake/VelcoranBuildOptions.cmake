@@ -23,3 +23,6 @@ target_precompile_headers(velcoran_pch_core PRIVATE ${CMAKE_CURRENT_LIST_DIR}/pc
 add_library(velcoran_pch_widgets STATIC ${CMAKE_CURRENT_LIST_DIR}/pch.cpp)
 target_link_libraries(velcoran_pch_widgets PUBLIC Qt6::Widgets PRIVATE velcoran_build_options)
 target_precompile_headers(velcoran_pch_widgets PRIVATE ${CMAKE_CURRENT_LIST_DIR}/pch_widgets.h)
+
+# Generated sources alone, for static analysis without a build.
+add_custom_target(velcoran_generated)

@@ -1,0 +1,65 @@
+# The commands of the project. Each installs the Debian packages that it misses, configures, builds and goes.
+
+BUILD ?= build/release
+JOBS ?= 2
+PREFIX ?= /usr/local
+
+.PHONY: all run test bench format lint lint-fast lint-deep asan golden install clean
+
+all: $(BUILD)/build.ninja
+	cmake --build $(BUILD) --parallel $(JOBS)
+
+$(BUILD)/build.ninja: CMakePresets.json
+	tools/install-packages build run test
+	cmake --preset release -B $(BUILD)
+
+## The demo: a window where there is a display; without one, both reports and pictures in build/demo.
+run: $(BUILD)/build.ninja
+	tools/install-packages build run test
+	cmake --build $(BUILD) --parallel $(JOBS) --target velcoran-host velcoran
+	$(BUILD)/bin/velcoran-host demo --out build/demo
+
+## Every test.
+test: all
+	tools/install-packages build run test
+	ctest --test-dir $(BUILD) --output-on-failure
+
+## Benchmarks, each beside its floor.
+bench:
+	tools/install-packages build run test bench
+	cmake --preset release -B build/bench -DVELCORAN_BENCHMARKS=ON -DBUILD_TESTING=OFF
+	cmake --build build/bench --parallel $(JOBS)
+	tools/run-benchmarks build/bench
+
+format:
+	tools/install-packages lint
+	git ls-files '*.h' '*.cpp' | xargs clang-format -i
+
+## Format, spelling and layers first, then static analysis.
+lint: lint-fast lint-deep
+
+lint-fast:
+	tools/install-packages lint
+	tools/lint fast
+
+lint-deep:
+	tools/install-packages build lint
+	tools/lint deep
+
+## The fast tests under the address and undefined-behaviour sanitizers.
+asan:
+	tools/install-packages build run test
+	cmake --preset asan
+	cmake --build build/asan --parallel $(JOBS)
+	ctest --test-dir build/asan --output-on-failure --label-exclude slow
+
+## Writes the golden files of pages anew; look at the difference before it is committed.
+golden: all
+	VELCORAN_GOLDEN=write ctest --test-dir $(BUILD) --output-on-failure
+	git diff --stat -- tests/data
+
+install: all
+	DESTDIR=$(DESTDIR) cmake --install $(BUILD) --prefix $(PREFIX)
+
+clean:
+	rm -rf build
