@@ -22,6 +22,9 @@ enum class LookupField {
 };
 constexpr int kLookupFieldCount = 9;
 
+/// The codes of picked values whose fields show names.
+enum class CodeVariable { sCodProdus, sCodClient, sCodAgent, sCodProducator };
+
 /// What a lookup text field holds.
 struct LookupValue {
     QString text;              ///< as it stands, untrimmed
@@ -47,6 +50,20 @@ struct FilterState {
     [[nodiscard]] const LookupValue& field(LookupField which) const { return fields[static_cast<std::size_t>(which)]; }
     [[nodiscard]] LookupValue& field(LookupField which) { return fields[static_cast<std::size_t>(which)]; }
     [[nodiscard]] const QString& text(LookupField which) const { return field(which).text; }
+    [[nodiscard]] const QString& code(CodeVariable which) const { return const_cast<FilterState*>(this)->code(which); }
+    [[nodiscard]] QString& code(CodeVariable which) {
+        switch (which) {
+            case CodeVariable::sCodProdus:
+                return sCodProdus;
+            case CodeVariable::sCodClient:
+                return sCodClient;
+            case CodeVariable::sCodAgent:
+                return sCodAgent;
+            case CodeVariable::sCodProducator:
+                break;
+        }
+        return sCodProducator;
+    }
     /// The supplier side: the report kind is exactly "Import". Every other kind is the client side.
     [[nodiscard]] bool isSupplierSide() const { return sTipRaport == u"Import"; }
     [[nodiscard]] bool isExport() const { return sTipRaport == u"Export"; }

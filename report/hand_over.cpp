@@ -1,0 +1,53 @@
+#include "report/hand_over.h"
+
+#include "db/command.h"
+#include "platform/engine/definition.h"
+#include "platform/engine/report.h"
+#include "report/period.h"
+#include "report/statement.h"
+
+namespace velcoran::report {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int kMatchByName = 0;
+constexpr int kTotalsAlone = 1;
+
+void setTexts(engine::Report& report, const QList<TextReplacement>& replacements) {
+    for (const TextReplacement& one : replacements) report.setText(one.object, one.text);
+}
+
+}  // namespace
+
+HandOver planHandOver(const filters::FilterState& state, QStringView dateSeparator) {
+    HandOver plan;
+    if (isPartnerEntry(state.cmbTipRaport)) {
+        plan.definition = u"CRFacturiImport"_s;
+        if (state.cmbTipRaport == u"Client") {
+            plan.presentationTexts = {
+                {u"Text2"_s, u"COD\r\nCLIENT"_s}, {u"Text3"_s, u"DENUMIRE\r\nCLIENT"_s}, {u"Text6"_s, u"CLIENT:"_s}};
+        }
+    } else {
+        plan.definition = u"CRFacturiImportDT"_s;
+        if (state.isExport()) plan.presentationTexts = {{u"Text9"_s, u"CLIENT"_s}};
+    }
+    plan.periodSource = periodSource(state, dateSeparator);
+    if (state.isExport()) plan.titleTexts = {{u"Text1"_s, u"RAPORT FACTURI EXTERNE - CLIENTI"_s}};
+    if (state.chkTotale) plan.option = kTotalsAlone;
+    return plan;
+}
+
+void handOver(const HandOver& plan, const db::Connection& priza, const db::Command& cmdRaport,
+              std::shared_ptr<engine::Report>& rptFacturi) {
+    rptFacturi = std::make_shared<engine::Report>(engine::definitionNamed(plan.definition));
+    setTexts(*rptFacturi, plan.presentationTexts);
+    rptFacturi->addCommand(priza, cmdRaport);
+    rptFacturi->bindFields(kMatchByName);
+    rptFacturi->setUnboundFieldSource(u"UnboundString6"_s, plan.periodSource);
+    setTexts(*rptFacturi, plan.titleTexts);
+    if (plan.option != 0) rptFacturi->setOption(plan.option);
+}
+
+}  // namespace velcoran::report
