@@ -41,6 +41,7 @@ constexpr HResult kInvalidArgument = static_cast<HResult>(0x80070057U);
 constexpr HResult kNoAggregation = static_cast<HResult>(0x80040110U);
 constexpr HResult kClassNotAvailable = static_cast<HResult>(0x80040111U);
 constexpr HResult kClassNotRegistered = static_cast<HResult>(0x80040154U);
+constexpr HResult kUnknownInterface = static_cast<HResult>(0x80020001U);
 constexpr HResult kMemberNotFound = static_cast<HResult>(0x80020003U);
 constexpr HResult kParameterNotFound = static_cast<HResult>(0x80020004U);
 constexpr HResult kTypeMismatch = static_cast<HResult>(0x80020005U);
@@ -50,6 +51,7 @@ constexpr HResult kException = static_cast<HResult>(0x80020009U);
 constexpr HResult kUnknownLanguage = static_cast<HResult>(0x8002000CU);
 constexpr HResult kBadIndex = static_cast<HResult>(0x8002000BU);
 constexpr HResult kBadParameterCount = static_cast<HResult>(0x8002000EU);
+constexpr HResult kParameterNotOptional = static_cast<HResult>(0x8002000FU);
 
 constexpr bool failed(HResult result) { return result < 0; }
 constexpr bool succeeded(HResult result) { return result >= 0; }

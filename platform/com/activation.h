@@ -1,0 +1,59 @@
+#pragma once
+
+#include "platform/com/object.h"
+
+#include <velcoran/com.h>
+
+#include <QString>
+
+#include <memory>
+
+namespace velcoran::com {
+
+/// Number of the published run-time error "component can't create object".
+constexpr std::int32_t kCannotCreateObject = 429;
+
+/// A loaded library with the standard entry points. It leaves the process with its last owner, provided that it has no
+/// living object; otherwise it stays for the rest of the process.
+class Library {
+public:
+    /// @throws Error kCannotCreateObject with the loader's words, or when an entry point is missing
+    explicit Library(const QString& path);
+    ~Library();
+    Library(const Library&) = delete;
+    Library& operator=(const Library&) = delete;
+
+    [[nodiscard]] const QString& path() const { return m_path; }
+    /// @throws Error kCannotCreateObject when the library has no such class
+    [[nodiscard]] Ref<IClassFactory> classFactory(const Guid& classId) const;
+    /// Calls an entry point without arguments: "DllRegisterServer", "DllUnregisterServer".
+    /// @throws Error kCannotCreateObject when the library lacks it
+    [[nodiscard]] HResult call(const char* entryPoint) const;
+
+private:
+    [[nodiscard]] void* symbol(const char* name) const;
+
+    QString m_path;
+    void* m_handle = nullptr;
+};
+
+/// A class by its programmatic identifier: its library and its factory. The library outlives the factory.
+struct ActivatedClass {
+    std::shared_ptr<const Library> library;
+    Ref<IClassFactory> factory;
+};
+
+/// An object and the library that it lives in.
+struct ActivatedObject {
+    std::shared_ptr<const Library> library;
+    Ref<IUnknown> object;
+};
+
+/// Finds a class: in the library at libraryPath when one is given, otherwise where a registry file says.
+/// @throws Error kCannotCreateObject
+[[nodiscard]] ActivatedClass findClass(const QString& progId, const QString& libraryPath = {});
+
+/// Creates an object by its programmatic identifier. @throws Error kCannotCreateObject
+[[nodiscard]] ActivatedObject createObject(const QString& progId, const QString& libraryPath = {});
+
+}  // namespace velcoran::com

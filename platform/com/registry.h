@@ -1,0 +1,39 @@
+#pragma once
+
+#include <velcoran/com.h>
+
+#include <QList>
+#include <QString>
+
+#include <optional>
+
+namespace velcoran::com {
+
+/// What is known about a creatable class: one section of a registry file, named by the programmatic identifier.
+struct RegistryEntry {
+    QString progId;
+    Guid classId{};
+    QString library;  ///< full path
+    Guid typeLibrary{};
+    QString typeLibraryVersion;
+};
+
+/// $XDG_DATA_HOME/velcoran/registry.ini; ~/.local/share where the variable is unset or no full path.
+[[nodiscard]] QString userRegistryPath();
+/// The user's file, then velcoran/registry.ini under each of $XDG_DATA_DIRS (/usr/local/share:/usr/share).
+[[nodiscard]] QStringList registryPaths();
+
+/// The entry for a programmatic identifier in one file; nothing when it has none or lacks its class or library.
+[[nodiscard]] std::optional<RegistryEntry> readEntry(const QString& path, const QString& progId);
+/// The first entry in registryPaths().
+[[nodiscard]] std::optional<RegistryEntry> findEntry(const QString& progId);
+
+/// Writes an entry in place of what the file had for the identifier; other entries stay as they are. The file is
+/// replaced whole or not at all.
+/// @throws Error kPathAccess
+void writeEntry(const QString& path, const RegistryEntry& entry);
+/// Removes an entry and, with the last one, the file. Nothing to remove is no error.
+/// @throws Error kPathAccess
+void removeEntry(const QString& path, const QString& progId);
+
+}  // namespace velcoran::com

@@ -1,0 +1,158 @@
+#include "platform/com/variant.h"
+
+#include "platform/com/error_information.h"
+
+#include <cmath>
+
+namespace velcoran::com {
+
+namespace {
+
+const QDate kFirstDay(1899, 12, 30);
+
+/// What an argument holds once a reference is followed; a reference to nothing is empty.
+Variant dereferenced(const Variant& variant) {
+    if ((variant.type & kByReference) == 0) return variant;
+    Variant value;
+    const void* target = variant.value.reference;
+    if (target == nullptr) return value;
+    value.type = static_cast<VariantType>(variant.type & ~kByReference);
+    switch (value.type) {
+        case kInt16:
+        case kBool:
+            std::memcpy(&value.value.int16, target, sizeof value.value.int16);
+            break;
+        case kInt32:
+        case kError:
+            std::memcpy(&value.value.int32, target, sizeof value.value.int32);
+            break;
+        case kDouble:
+        case kDate:
+            std::memcpy(&value.value.real, target, sizeof value.value.real);
+            break;
+        case kText:
+        case kUnknown:
+        case kDispatch:
+            std::memcpy(&value.value.reference, target, sizeof value.value.reference);
+            break;
+        default:
+            break;
+    }
+    return value;
+}
+
+}  // namespace
+
+void clearVariant(Variant& variant) {
+    const Variant old = std::exchange(variant, Variant());
+    if (old.type == kText) freeText(old.value.text);
+    if ((old.type == kUnknown || old.type == kDispatch) && old.value.unknown != nullptr) old.value.unknown->Release();
+}
+
+VariantHolder::VariantHolder(const QString& text) {
+    m_variant.type = kText;
+    m_variant.value.text = toText(text).release();
+}
+
+VariantHolder::VariantHolder(std::int32_t number) {
+    m_variant.type = kInt32;
+    m_variant.value.int32 = number;
+}
+
+VariantHolder::VariantHolder(IUnknown* object) {
+    m_variant.type = kUnknown;
+    m_variant.value.unknown = Ref<IUnknown>(object).release();
+}
+
+VariantHolder::VariantHolder(VariantHolder&& other) noexcept : m_variant(std::exchange(other.m_variant, Variant())) {}
+
+VariantHolder& VariantHolder::operator=(VariantHolder other) noexcept {
+    std::swap(m_variant, other.m_variant);
+    return *this;
+}
+
+VariantHolder::~VariantHolder() { clearVariant(m_variant); }
+
+VariantHolder VariantHolder::date(Date date) {
+    VariantHolder holder;
+    holder.m_variant.type = kDate;
+    holder.m_variant.value.date = date;
+    return holder;
+}
+
+Variant* VariantHolder::receive() {
+    clearVariant(m_variant);
+    return &m_variant;
+}
+
+HResult readText(const Variant& variant, QString& text) {
+    const Variant value = dereferenced(variant);
+    switch (value.type) {
+        case kEmpty:
+            text.clear();
+            return kOk;
+        case kText:
+            text = toQString(value.value.text);
+            return kOk;
+        case kInt16:
+            text = QString::number(value.value.int16);
+            return kOk;
+        case kInt32:
+            text = QString::number(value.value.int32);
+            return kOk;
+        case kDouble:
+            text = QString::number(value.value.real, 'g', 15);
+            return kOk;
+        case kBool:
+            text = value.value.boolean != 0 ? QStringLiteral("True") : QStringLiteral("False");
+            return kOk;
+        default:
+            return kTypeMismatch;
+    }
+}
+
+HResult readDate(const Variant& variant, Date& date) {
+    const Variant value = dereferenced(variant);
+    switch (value.type) {
+        case kEmpty:
+            date = 0;
+            return kOk;
+        case kDate:
+        case kDouble:
+            date = value.value.real;
+            return kOk;
+        case kInt16:
+            date = value.value.int16;
+            return kOk;
+        case kInt32:
+            date = value.value.int32;
+            return kOk;
+        case kText: {
+            const QDate day = QDate::fromString(toQString(value.value.text), Qt::ISODate);
+            if (!day.isValid()) return kTypeMismatch;
+            date = dateOf(day);
+            return kOk;
+        }
+        default:
+            return kTypeMismatch;
+    }
+}
+
+HResult readObject(const Variant& variant, const Guid& id, void** object) {
+    *object = nullptr;
+    const Variant value = dereferenced(variant);
+    if (value.type != kUnknown && value.type != kDispatch) return kTypeMismatch;
+    if (value.value.unknown == nullptr) return kOk;
+    return failed(value.value.unknown->QueryInterface(id, object)) ? kTypeMismatch : kOk;
+}
+
+QDate dayOf(Date date) {
+    constexpr double kFirst = -657434.0;  // 1 January 100
+    constexpr double kLast = 2958466.0;   // the day after 31 December 9999
+    if (!(date > kFirst - 1 && date < kLast)) return {};
+    return kFirstDay.addDays(static_cast<qint64>(std::trunc(date)));
+}
+
+Date dateOf(const QDate& day) { return static_cast<Date>(kFirstDay.daysTo(day)); }
+
+}  // namespace velcoran::com
