@@ -8,6 +8,7 @@
 namespace velcoran::engine {
 
 class Definition;
+struct PageSetup;
 
 /// Reads and checks a definition (docs/report-definitions.md).
 /// @throws Error kInvalidProcedureCall, with line and column where the syntax is wrong, with the object's path
@@ -17,5 +18,8 @@ class Definition;
 /// The definition of a name, from the component's own resources; read once a call.
 /// @throws Error kNoSuchObject when there is none of the name
 [[nodiscard]] std::shared_ptr<const Definition> definitionNamed(const QString& name);
+
+/// The sheet that a definition was designed for.
+[[nodiscard]] const PageSetup& designedSetup(const Definition& definition);
 
 }  // namespace velcoran::engine

@@ -32,6 +32,27 @@ struct LeiTotal {
 
 /// Everything a finished run holds: rows in columns, groups, totals. Immutable; shared by viewer, printing and exports,
 /// readable from any thread.
-class ReportData;
+class ReportData {
+public:
+    struct Content;
+    explicit ReportData(std::unique_ptr<const Content> content);
+    ~ReportData();
+
+    [[nodiscard]] qint64 rowCount() const;
+    [[nodiscard]] qint64 groupCount() const;
+    /// Key and totals of a group, made when asked for. @param group  0 to groupCount() - 1
+    [[nodiscard]] GroupTotal group(qint64 group) const;
+    /// Totals of the report by currency, in code point order.
+    [[nodiscard]] const std::vector<CurrencyTotal>& totals() const;
+    [[nodiscard]] const LeiTotal& leiTotal() const;
+    /// Bytes of memory that rows, groups and totals take.
+    [[nodiscard]] qint64 memoryUsed() const;
+
+    /// The columns, for those who lay out and export.
+    [[nodiscard]] const Content& content() const { return *m_content; }
+
+private:
+    std::unique_ptr<const Content> m_content;
+};
 
 }  // namespace velcoran::engine

@@ -1,0 +1,110 @@
+#pragma once
+
+#include "base/units.h"
+#include "platform/engine/page.h"
+#include "platform/engine/page_setup.h"
+#include "platform/engine/report_data.h"
+
+#include <QDateTime>
+#include <QMap>
+#include <QString>
+#include <QStringList>
+
+#include <atomic>
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace velcoran::engine {
+
+class Definition;
+class Report;
+
+/// What an instance of a definition says at one moment: the snapshot that a document is laid out from.
+struct ReportTexts {
+    std::shared_ptr<const Definition> definition;
+    QMap<QString, QString> texts;         ///< text objects
+    QMap<QString, QString> unboundTexts;  ///< unbound fields with a string constant for their source
+    int option = 0;                       ///< 0 detailed, 1 totals alone
+};
+
+/// A loaded report laid out for one page set-up. Immutable; every function may be called from any thread. Making it
+/// takes time that grows with the number of groups alone; a page is made when it is asked for, the last one as fast as
+/// the first.
+class Document {
+public:
+    /// @param printTime  what the pages show as the moment of printing
+    Document(std::shared_ptr<const ReportData> data, ReportTexts texts, const PageSetup& setup,
+             const QDateTime& printTime);
+    /// The same from a report instance as it stands now; the report is not kept.
+    Document(std::shared_ptr<const ReportData> data, const Report& report, const PageSetup& setup,
+             const QDateTime& printTime);
+    ~Document();
+    Document(const Document&) = delete;
+    Document& operator=(const Document&) = delete;
+
+    /// At least 1.
+    [[nodiscard]] int pageCount() const;
+    [[nodiscard]] base::Twips pageWidth() const;
+    [[nodiscard]] base::Twips pageHeight() const;
+    [[nodiscard]] const PageSetup& setup() const;
+    [[nodiscard]] const ReportData& data() const;
+    [[nodiscard]] const ReportTexts& texts() const;
+    [[nodiscard]] const QDateTime& printTime() const;
+    /// Text of the definition's title object (Text1) on one line.
+    [[nodiscard]] QString title() const;
+
+    /// @throws Error kInvalidProcedureCall for a number outside 1 to pageCount()
+    [[nodiscard]] Page page(base::PageNumber number) const;
+    /// Texts of a page line by line, cells separated by a tab; empty for no such page.
+    [[nodiscard]] QStringList pageLines(base::PageNumber number) const;
+
+    [[nodiscard]] qint64 groupCount() const;
+    /// What the group tree shows: "F0012 ALFA TRADE SRL" or "31/07/2026". @param group  from 0
+    [[nodiscard]] QString groupText(qint64 group) const;
+    /// Page on which a group starts. @param group  from 0
+    [[nodiscard]] base::PageNumber pageOfGroup(qint64 group) const;
+    /// Page of a row by its number in the statement's order, from 0; nothing in a report of totals.
+    [[nodiscard]] std::optional<base::PageNumber> pageOfRow(qint64 row) const;
+    /// The group at the top of a page; nothing for a page without one.
+    [[nodiscard]] std::optional<qint64> groupAtPage(base::PageNumber number) const;
+
+private:
+    struct Layout;
+    std::unique_ptr<const Layout> m_layout;
+};
+
+/// A place where a searched text stands: in the full text of an item.
+struct SearchHit {
+    base::PageNumber page;
+    qsizetype item = 0;   ///< index into Page::items
+    qsizetype start = 0;  ///< in fullText
+    qsizetype length = 0;
+    friend auto operator<=>(const SearchHit&, const SearchHit&) = default;
+};
+
+/// Searches a document, letters of both cases alike. Holds no state beyond the text: calls may come from any thread.
+/// Every call ends with base::Cancelled soon after the flag is set.
+class Search {
+public:
+    /// @param text  an empty text is found nowhere
+    Search(std::shared_ptr<const Document> document, const QString& text);
+
+    /// First hit behind a place, going on from the first page after the last.
+    /// @param from  nothing: from the start of the report
+    [[nodiscard]] std::optional<SearchHit> next(const std::optional<SearchHit>& from,
+                                                const std::atomic_bool& stop) const;
+    /// Last hit in front of a place, going on from the last page before the first.
+    [[nodiscard]] std::optional<SearchHit> previous(const std::optional<SearchHit>& from,
+                                                    const std::atomic_bool& stop) const;
+    /// All hits of a page, in order.
+    [[nodiscard]] std::vector<SearchHit> hitsOnPage(base::PageNumber page) const;
+    /// Number of all hits in the report.
+    [[nodiscard]] qint64 count(const std::atomic_bool& stop) const;
+
+private:
+    std::shared_ptr<const Document> m_document;
+    QString m_text;
+};
+
+}  // namespace velcoran::engine
