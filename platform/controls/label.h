@@ -1,0 +1,28 @@
+#pragma once
+
+#include "platform/controls/control.h"
+
+#include <QLabel>
+
+namespace velcoran::controls {
+
+/// A text without focus. Transparent until a back colour is set. The caption is shown exactly, runs of blanks and "&"
+/// included; what is wider than the label wraps at blanks.
+class Label : public ControlOf<QLabel> {
+    Q_OBJECT
+    Q_PROPERTY(QVariantMap controlState READ controlState)
+
+public:
+    explicit Label(QWidget* parent = nullptr);
+
+    void setCaption(const QString& caption);
+    [[nodiscard]] QString caption() const { return text(); }
+
+    /// "caption".
+    [[nodiscard]] QVariantMap controlState() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+};
+
+}  // namespace velcoran::controls

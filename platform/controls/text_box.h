@@ -1,0 +1,67 @@
+#pragma once
+
+#include "platform/controls/control.h"
+
+#include <QLineEdit>
+
+namespace velcoran::controls {
+
+/// Decides about one typed character: true refuses it.
+using RefusedCharacters = std::function<bool(QChar character)>;
+
+/// One line of text in a flat border. Gaining the focus selects the whole text, by key, by code and by the mouse press
+/// that gives it.
+class TextBox : public ControlOf<QLineEdit> {
+    Q_OBJECT
+    Q_PROPERTY(QVariantMap controlState READ controlState)
+
+public:
+    explicit TextBox(QWidget* parent = nullptr);
+
+    /// Limits typing, pasting and dropping to a length in characters; an assigned text stands whole. 0 is no limit.
+    void setTypingLimit(int limit);
+    /// Applies to typed characters (keys, dead keys, input methods), not to pasted, dropped or assigned text.
+    void setRefusedCharacters(RefusedCharacters refused) { m_refused = std::move(refused); }
+
+    /// Assigns the text, caret at its start. Nothing happens when it is the text already.
+    void setText(const QString& text);
+    /// Start of the selection; the caret where nothing is selected.
+    [[nodiscard]] int selStart() const;
+    [[nodiscard]] int selLength() const;
+    /// Selects; the range is cut to the text. Length 0 sets the caret.
+    void setSel(int start, int length);
+
+    /// "text", "selStart", "selLength", and "dataChanged" when the window has set the property of that name.
+    [[nodiscard]] QVariantMap controlState() const override;
+
+public slots:
+    /// Pastes the clipboard over the selection: one change.
+    void paste();
+
+signals:
+    /// After every actual change of the text, once each, synchronously.
+    void changed();
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+    void inputMethodEvent(QInputMethodEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void lookChanged() override;
+
+private:
+    [[nodiscard]] int room() const;
+    [[nodiscard]] QString accepted(const QString& typed) const;
+    void insertPasted(const QString& text);
+
+    RefusedCharacters m_refused;
+    int m_limit = 0;
+    std::optional<QPoint> m_focusPress;  ///< where the press that gave the focus was, until its release
+};
+
+}  // namespace velcoran::controls
