@@ -1,0 +1,111 @@
+#include "db/connection.h"
+
+#include "platform/com/error_information.h"
+
+namespace velcoran::db {
+
+namespace {
+
+constexpr auto kNoConnectionText = "Object variable or With block variable not set";
+
+template <class Interface>
+Interface& require(const com::Ref<Interface>& object) {
+    if (!object) throw base::Error(base::kObjectNotSet, QString::fromLatin1(kNoConnectionText));
+    return *object;
+}
+
+template <class Interface>
+void check(com::HResult result, const com::Ref<Interface>& object) {
+    if (com::failed(result)) throw errorOf(result, object.get());
+}
+
+/// A provider that reports success hands its object over; one that does not is treated as a failed one.
+template <class Interface>
+com::Ref<Interface> requireResult(com::Ref<Interface> object) {
+    if (!object) throw base::Error(base::kProviderFailure, QStringLiteral("The provider returned no object"));
+    return object;
+}
+
+QList<Column> columnsOf(IRows& rows, const com::Ref<IRows>& owner) {
+    const ColumnDescription* descriptions = nullptr;
+    std::uint32_t count = 0;
+    check(rows.Columns(&descriptions, &count), owner);
+    QList<Column> columns;
+    columns.reserve(count);
+    for (std::uint32_t i = 0; i < count; ++i) {
+        const ColumnDescription& description = descriptions[i];
+        columns.append({QString::fromUtf16(description.name, description.nameLength), description.type,
+                        static_cast<int>(description.scale)});
+    }
+    return columns;
+}
+
+QString plainText(com::HResult result) {
+    return QStringLiteral("The provider failed with code 0x%1")
+        .arg(static_cast<std::uint32_t>(result), 8, 16, QLatin1Char('0'));
+}
+
+}  // namespace
+
+base::Error errorOf(com::HResult result, com::IUnknown* object) {
+    com::Ref<com::IErrorSource> source;
+    if (object != nullptr) source = com::Ref<com::IUnknown>(object).as<com::IErrorSource>();
+    std::int32_t number = 0;
+    com::Text description;
+    com::Text origin;
+    if (source && source->LastError(&number, description.receive(), origin.receive()) == com::kOk && number != 0)
+        return {number, com::toQString(description.get()), com::toQString(origin.get())};
+    return {com::numberOfResult(result), plainText(result)};
+}
+
+QList<Column> Rows::columns() const { return columnsOf(require(m_rows), m_rows); }
+
+const RowBlock* Rows::fetch(std::uint32_t maxRows) const {
+    const RowBlock* block = nullptr;
+    const com::HResult result = require(m_rows).Fetch(maxRows, &block);
+    check(result, m_rows);
+    return result == com::kFalse || block == nullptr || block->rowCount == 0 ? nullptr : block;
+}
+
+void Rows::cancel() const {
+    if (m_rows) m_rows->Cancel();
+}
+
+QList<Column> Statement::columns() const { return columnsOf(require(m_statement), com::Ref<IRows>(m_statement.get())); }
+
+Rows Statement::run() const {
+    check(require(m_statement).Run(), m_statement);
+    return Rows(com::Ref<IRows>(m_statement.get()));
+}
+
+void Statement::cancel() const {
+    if (m_statement) m_statement->Cancel();
+}
+
+Rows Connection::execute(const QString& text) const {
+    com::Ref<IRows> rows;
+    check(require(m_connection).Execute(com::toText(text).get(), rows.receive()), m_connection);
+    return Rows(requireResult(std::move(rows)));
+}
+
+Rows Connection::openRowset(const QString& text) const {
+    com::Ref<IRows> rows;
+    check(require(m_connection)
+              .OpenRowset(com::toText(text).get(), kCursorClient, kCursorKeyset, kLockOptimistic, rows.receive()),
+          m_connection);
+    return Rows(requireResult(std::move(rows)));
+}
+
+Statement Connection::prepare(const QString& text) const {
+    com::Ref<IStatement> statement;
+    check(require(m_connection).Prepare(com::toText(text).get(), statement.receive()), m_connection);
+    return Statement(requireResult(std::move(statement)));
+}
+
+void Connection::cancel() const {
+    if (m_connection) m_connection->Cancel();
+}
+
+bool Connection::isFreeThreaded() const { return m_connection && m_connection.as<IFreeThreadedConnection>(); }
+
+}  // namespace velcoran::db
