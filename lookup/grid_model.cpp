@@ -28,13 +28,16 @@ int GridModel::columnCount(const QModelIndex& parent) const { return parent.isVa
 
 QVariant GridModel::data(const QModelIndex& index, int role) const {
     if (role != Qt::DisplayRole || !checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
+    // A paint may come between a change of the row set and the refresh that follows it.
+    if (!m_rows->isOpen() || index.row() >= m_rows->recordCount()) return {};
+    if (index.column() >= m_rows->columns().size()) return {};
     return m_rows->cell(index.row(), index.column());
 }
 
 QVariant GridModel::headerData(int section, Qt::Orientation orientation, int role) const {
     if (role != Qt::DisplayRole || orientation != Qt::Horizontal) return {};
-    if (section < 0 || section >= m_columnCount) return {};
-    return m_rows->columns().at(section);
+    if (section < 0 || section >= m_columnCount || !m_rows->isOpen()) return {};
+    return m_rows->columns().value(section);
 }
 
 }  // namespace velcoran::lookup
