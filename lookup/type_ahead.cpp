@@ -28,7 +28,7 @@ bool typeAhead(TypeAhead& state, QStringView character, QStringView header, QStr
             state = restartTypeAhead(tag);
         }
         return true;
-    } catch (const base::Error&) {
+    } catch (const std::exception&) {
         return false;
     }
 }

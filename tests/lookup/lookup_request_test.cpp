@@ -1,6 +1,8 @@
 #include "lookup/lookup_request.h"
 
+#include "base/error.h"
 #include "filters/statement_cases.h"
+#include "filters/statement_database.h"
 #include "support/test_data.h"
 
 #include <gtest/gtest.h>
@@ -19,6 +21,39 @@ TEST(LookupStatement, isTheTypedTextLetterByLetter) {
         ASSERT_TRUE(one.lookup.has_value()) << one.name.toStdString();
         EXPECT_EQ(buildLookup(*one.lookup, one.state).Sql, one.text) << one.name.toStdString();
     }
+}
+
+TEST(LookupStatement, givesTwoColumnsUnlessATextBreaksIt) {
+    const tests::StatementDatabase database;
+    for (const tests::StatementCase& one : tests::readStatementCases(u"lookups.txt"_s)) {
+        // The embedded database has no table of another company.
+        const bool isBroken = one.text.contains(u"a'%") || !one.state.sSoc.isEmpty();
+        try {
+            EXPECT_EQ(database.run(one.text).columns().size(), 2) << one.name.toStdString();
+            EXPECT_FALSE(isBroken) << one.name.toStdString();
+        } catch (const base::Error& error) {
+            EXPECT_TRUE(isBroken) << one.name.toStdString() << ": " << error.what();
+        }
+    }
+}
+
+TEST(LookupStatement, findsWhatItsFiltersLeave) {
+    const tests::StatementDatabase database;
+    FilterState state;
+    state.sTipRaport = u"Import"_s;
+    state.field(LookupField::txtProducator).text = u"Uzina Unu"_s;
+    state.sCodProducator = u"PR001"_s;
+    const auto found = [&](LookupField field, const QString& column) {
+        return database.column(buildLookup(field, state).Sql, column);
+    };
+    EXPECT_EQ(found(LookupField::txtGrupaProdus, u"Grupa Produs"_s), u"G1");
+    EXPECT_EQ(found(LookupField::txtCodProdus, u"Cod Produs"_s), u"P1 P2 T1");
+    EXPECT_EQ(found(LookupField::txtCodClient, u"Denumire Furnizor"_s), u"ALFA TRADE SRL");
+    EXPECT_EQ(found(LookupField::txtTipProdus, u"Categorie Produs"_s), u"Produse Finite");
+    state.field(LookupField::txtCodProdus).text = u"surub/"_s;
+    EXPECT_EQ(found(LookupField::txtCodProdus, u"Cod Produs"_s), u"P1 P2");
+    state.field(LookupField::txtCodProdus).text = u"surub"_s;
+    EXPECT_EQ(found(LookupField::txtCodProdus, u"Cod Produs"_s), u"");
 }
 
 struct WordsCase {
