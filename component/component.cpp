@@ -1,0 +1,10 @@
+#include "component/component.h"
+
+namespace velcoran::component {
+
+Component& component() {
+    static Component instance;
+    return instance;
+}
+
+}  // namespace velcoran::component

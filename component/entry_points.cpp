@@ -1,0 +1,34 @@
+#include "component/component.h"
+#include "component/registration.h"
+#include "component/velcoran_factory.h"
+
+// The declarations in the public header carry no visibility: a host includes the same header.
+#pragma GCC visibility push(default)
+#include <velcoran/velcoran.h>
+#pragma GCC visibility pop
+
+namespace com = velcoran::com;
+
+__attribute__((visibility("default"))) com::HResult DllGetClassObject(const com::Guid& classId, const com::Guid& id,
+                                                                      void** object) {
+    if (object == nullptr) return com::kNullPointer;
+    *object = nullptr;
+    if (classId != velcoran::kClassVelcoran) return com::kClassNotAvailable;
+    return com::guarded(
+        [&] { return com::makeObject<velcoran::component::VelcoranFactory>()->QueryInterface(id, object); });
+}
+
+__attribute__((visibility("default"))) com::HResult DllCanUnloadNow() {
+    return com::guarded([] {
+        const bool isIdle = com::livingObjects() == 0 && !velcoran::component::component().window.isLoaded();
+        return isIdle ? com::kOk : com::kFalse;
+    });
+}
+
+__attribute__((visibility("default"))) com::HResult DllRegisterServer() {
+    return com::guarded([] { velcoran::component::registerComponent(); });
+}
+
+__attribute__((visibility("default"))) com::HResult DllUnregisterServer() {
+    return com::guarded([] { velcoran::component::unregisterComponent(); });
+}

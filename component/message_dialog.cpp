@@ -1,0 +1,39 @@
+#include "component/message_dialog.h"
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QPushButton>
+
+using namespace Qt::StringLiterals;
+
+namespace velcoran::component {
+
+namespace {
+
+QMessageBox::Icon iconOf(std::int16_t style) {
+    switch (style) {
+        case kStilError:
+            return QMessageBox::Critical;
+        case kStilInformation:
+            return QMessageBox::Information;
+        default:
+            return QMessageBox::NoIcon;
+    }
+}
+
+}  // namespace
+
+com::HResult MessageDialog::Afiseaza(com::Bstr Text, std::int16_t Stil, std::int16_t, com::Bstr Titlu, std::int32_t,
+                                     std::int32_t, std::int32_t* rezultat) {
+    return com::guarded([&] {
+        constexpr std::int32_t kOkButton = 1;
+        QMessageBox box(iconOf(Stil), com::toQString(Titlu), com::toQString(Text), QMessageBox::Ok,
+                        QApplication::activeWindow());
+        box.setTextFormat(Qt::PlainText);
+        box.button(QMessageBox::Ok)->setText(u"OK"_s);
+        box.exec();
+        if (rezultat != nullptr) *rezultat = kOkButton;
+    });
+}
+
+}  // namespace velcoran::component

@@ -1,0 +1,70 @@
+#include "component/window_thread.h"
+
+#include "component/component.h"
+#include "form/rpt_stoc.h"
+
+#include "base/error.h"
+
+#include <QApplication>
+#include <QThread>
+
+using namespace Qt::StringLiterals;
+
+namespace velcoran::component {
+
+namespace {
+
+// The application object keeps references to both for its lifetime.
+int argumentCount = 1;
+char argumentName[] = "velcoran";
+char* arguments[] = {argumentName, nullptr};
+
+[[noreturn]] void refuse(const QString& words) {
+    throw base::Error(base::kInvalidProcedureCall, words, u"Velcoran.clsVelcoran"_s);
+}
+
+}  // namespace
+
+WindowThread::WindowThread(const com::HostObjects& hostObjects) : m_surroundings(hostObjects) {}
+
+WindowThread::~WindowThread() {
+    // Without the application object its windows are no longer to be touched: dropWindow was called before it went.
+    if (QCoreApplication::instance() == nullptr) return;
+    qRemovePostRoutine(&WindowThread::dropWindow);
+    m_window.reset();
+}
+
+void WindowThread::dropWindow() { component().window.m_window.reset(); }
+
+void WindowThread::provideApplication() {
+    QCoreApplication* application = QCoreApplication::instance();
+    if (application == nullptr) {
+        m_application = std::make_unique<QApplication>(argumentCount, arguments);
+        // The process belongs to the host: closing the report window does not end it.
+        QApplication::setQuitOnLastWindowClosed(false);
+        return;
+    }
+    if (qobject_cast<QApplication*>(application) == nullptr)
+        refuse(u"Programul gazda nu are ferestre: fereastra raportului nu se poate deschide."_s);
+    if (application->thread() != QThread::currentThread())
+        refuse(
+            u"Fereastra raportului se poate deschide numai pe firul de executie al ferestrelor programului gazda."_s);
+}
+
+void WindowThread::provideWindow() {
+    if (m_window != nullptr) return;
+    m_window = std::make_unique<form::RptStoc>(m_surroundings);
+    qAddPostRoutine(&WindowThread::dropWindow);
+}
+
+void WindowThread::incarca(const QString& kind, const com::Ref<IConnection>& connection, QDate date,
+                           const QString& prefix) {
+    provideApplication();
+    provideWindow();
+    m_window->setPriza(db::Connection(connection));
+    m_window->Incarca(kind, date, prefix);
+}
+
+bool WindowThread::isLoaded() const { return m_window != nullptr && m_window->isLoaded(); }
+
+}  // namespace velcoran::component

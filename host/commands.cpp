@@ -1,0 +1,86 @@
+#include "host/commands.h"
+
+#include "host/component_client.h"
+#include "host/drive_loop.h"
+#include "host/drive_session.h"
+#include "host/window_view.h"
+
+#include "base/error.h"
+#include "db/connection.h"
+#include "host/sample_data/sample_data.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QTimer>
+#include <QWidget>
+
+#include <cstdio>
+
+using namespace Qt::StringLiterals;
+
+namespace velcoran::host {
+
+namespace {
+
+/// Ends the application when the report window is closed, however that happens.
+class EndOfWindow : public QObject {
+public:
+    explicit EndOfWindow(QWidget& window) : QObject(&window) { window.installEventFilter(this); }
+
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Hide)
+            QTimer::singleShot(0, qApp, [] {
+                if (loadedWindow() == nullptr) QCoreApplication::quit();
+            });
+        return false;
+    }
+};
+
+int callLibrary(const char* entryPoint) {
+    const com::Library library(libraryBesideProgram());
+    const com::HResult result = library.call(entryPoint);
+    if (com::succeeded(result)) return kStatusDone;
+    throw base::Error(com::numberOfResult(result),
+                      u"%1: %2 failed"_s.arg(library.path(), QString::fromLatin1(entryPoint)));
+}
+
+}  // namespace
+
+bool hasDisplay() {
+    const QString platform = qEnvironmentVariable("QT_QPA_PLATFORM");
+    if (!platform.isEmpty()) return platform != u"offscreen" && platform != u"minimal";
+    return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+}
+
+int runOpen(const Options& options) {
+    const OpenedConnection source = openSource(options.source);
+    ComponentClient component;
+    const QDate date = options.date.isValid() ? options.date : QDate::currentDate();
+    component.incarca(options.kind, source.connection, date, options.prefix);
+    QWidget* window = loadedWindow();
+    if (window == nullptr) return kStatusDone;
+    new EndOfWindow(*window);
+    return QApplication::exec();
+}
+
+int runDriveCommand(const Options& options) {
+    DriveSession session([source = options.source] { return openSource(source); });
+    return runDrive(session);
+}
+
+int runSampleDatabase(const Options& options) {
+    SampleOptions sample;
+    if (options.documents > 0) sample.documents = options.documents;
+    if (options.seed > 0) sample.seed = static_cast<decltype(sample.seed)>(options.seed);
+    if (options.isSampleScript)
+        writeSampleScript(options.sampleFile, sample);
+    else
+        writeSampleDatabase(options.sampleFile, sample);
+    return kStatusDone;
+}
+
+int runRegister(const Options&) { return callLibrary("DllRegisterServer"); }
+
+int runUnregister(const Options&) { return callLibrary("DllUnregisterServer"); }
+
+}  // namespace velcoran::host

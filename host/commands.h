@@ -1,0 +1,20 @@
+#pragma once
+
+#include "host/command_line.h"
+
+namespace velcoran::host {
+
+/// The commands of the program, each with its exit status. An application object exists.
+/// @throws Error for what goes wrong
+[[nodiscard]] int runDemo(const Options& options);
+[[nodiscard]] int runOpen(const Options& options);
+[[nodiscard]] int runExport(const Options& options);
+[[nodiscard]] int runDriveCommand(const Options& options);
+[[nodiscard]] int runSampleDatabase(const Options& options);
+[[nodiscard]] int runRegister(const Options& options);
+[[nodiscard]] int runUnregister(const Options& options);
+
+/// True when a window could be shown to somebody: there is a display and the platform is not the offscreen one.
+[[nodiscard]] bool hasDisplay();
+
+}  // namespace velcoran::host

@@ -1,0 +1,38 @@
+#include "host/component_client.h"
+
+#include "db/connection.h"
+#include "platform/com/variant.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+
+using namespace Qt::StringLiterals;
+
+namespace velcoran::host {
+
+ComponentClient::ComponentClient(const QString& libraryPath)
+    : m_class(com::findClass(QString::fromUtf16(kProgIdVelcoran),
+                             libraryPath.isEmpty() ? libraryBesideProgram() : libraryPath)),
+      m_hostObjects(m_class.factory.as<com::IHostObjects>()) {
+    if (!m_hostObjects)
+        throw base::Error(com::kCannotCreateObject, m_class.library->path() + u" takes no objects of a host"_s);
+}
+
+void ComponentClient::incarca(const QString& kind, const com::Ref<IConnection>& connection, QDate date,
+                              const QString& soc) {
+    if (!m_object) {
+        const com::HResult created =
+            m_class.factory->CreateInstance(nullptr, _clsVelcoran::kId, m_object.receiveVoid());
+        if (com::failed(created)) throw db::errorOf(created, m_class.factory.get());
+    }
+    const com::HResult result =
+        m_object->Incarca(com::toText(kind).get(), connection.get(), com::dateOf(date), com::toText(soc).get());
+    if (com::failed(result)) throw db::errorOf(result, m_object.get());
+}
+
+QString libraryBesideProgram() {
+    const QString path = QCoreApplication::applicationDirPath() + u"/libvelcoran.so"_s;
+    return QFileInfo::exists(path) ? path : QString();
+}
+
+}  // namespace velcoran::host

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <velcoran/connection.h>
+
+#include <QString>
+
+#include <functional>
+
+namespace velcoran::host {
+
+/// Where a host's data is: exactly one of the two is set.
+struct DataSource {
+    QString file;  ///< an embedded database
+    QString odbc;  ///< a connection text, "@FILE" that holds one, or "env:NAME" of a variable that does
+};
+
+/// A connection of the host and how to close it while others still hold it.
+struct OpenedConnection {
+    com::Ref<IConnection> connection;
+    std::function<void()> close;
+};
+
+/// @throws Error of the provider, or kPathAccess for a file that is not there
+[[nodiscard]] OpenedConnection openSource(const DataSource& source);
+
+}  // namespace velcoran::host

@@ -1,0 +1,133 @@
+#include "host/drive_command.h"
+
+#include <QDate>
+#include <QJsonDocument>
+
+#include <cmath>
+#include <limits>
+#include <optional>
+#include <span>
+
+using namespace Qt::StringLiterals;
+
+namespace velcoran::host {
+
+namespace {
+
+enum class Kind { Text, Whole, Seconds, Flag, Day, Connection };
+
+struct MemberRow {
+    const char* name;
+    Kind kind;
+    bool isWanted;
+};
+
+struct CommandRow {
+    const char* name;
+    std::span<const MemberRow> members;
+};
+
+constexpr MemberRow kIncarca[] = {{"kind", Kind::Text, true},
+                                  {"date", Kind::Day, true},
+                                  {"soc", Kind::Text, false},
+                                  {"connection", Kind::Connection, false}};
+constexpr MemberRow kFocus[] = {{"control", Kind::Text, true}};
+constexpr MemberRow kKey[] = {{"key", Kind::Text, true}, {"shift", Kind::Flag, false}};
+constexpr MemberRow kText[] = {{"text", Kind::Text, true}};
+constexpr MemberRow kClick[] = {
+    {"control", Kind::Text, true}, {"row", Kind::Whole, false}, {"column", Kind::Whole, false}};
+constexpr MemberRow kCell[] = {{"row", Kind::Whole, true}, {"column", Kind::Whole, true}};
+constexpr MemberRow kPick[] = {{"control", Kind::Text, true}, {"index", Kind::Whole, true}};
+constexpr MemberRow kTick[] = {{"control", Kind::Text, true}, {"index", Kind::Whole, false}};
+constexpr MemberRow kDate[] = {{"control", Kind::Text, true}, {"value", Kind::Day, true}};
+constexpr MemberRow kResize[] = {{"width", Kind::Whole, true}, {"height", Kind::Whole, true}};
+constexpr MemberRow kWait[] = {{"seconds", Kind::Seconds, false}};
+constexpr MemberRow kAnswer[] = {
+    {"dialog", Kind::Text, true},   {"cancel", Kind::Flag, false}, {"format", Kind::Text, false},
+    {"file", Kind::Text, false},    {"from", Kind::Whole, false},  {"to", Kind::Whole, false},
+    {"copies", Kind::Whole, false}, {"paper", Kind::Text, false},  {"orientation", Kind::Text, false}};
+constexpr MemberRow kViewer[] = {{"action", Kind::Text, true},
+                                 {"page", Kind::Whole, false},
+                                 {"text", Kind::Text, false},
+                                 {"field", Kind::Text, false},
+                                 {"record", Kind::Whole, false}};
+constexpr MemberRow kPage[] = {{"number", Kind::Whole, true}};
+constexpr MemberRow kScreenshot[] = {{"file", Kind::Text, true}};
+
+const CommandRow kCommands[] = {
+    {"incarca", kIncarca}, {"focus", kFocus},   {"key", kKey},
+    {"type", kText},       {"paste", kText},    {"click", kClick},
+    {"cell", kCell},       {"pick", kPick},     {"tick", kTick},
+    {"date", kDate},       {"resize", kResize}, {"wait", kWait},
+    {"answer", kAnswer},   {"formats", {}},     {"viewer", kViewer},
+    {"report", {}},        {"page", kPage},     {"screenshot", kScreenshot},
+    {"close", {}},         {"state", {}},       {"quit", {}},
+};
+
+bool isWhole(const QJsonValue& value) {
+    const double number = value.toDouble();
+    return value.isDouble() && number == std::floor(number) && std::abs(number) <= std::numeric_limits<int>::max();
+}
+
+/// What is wrong with a member; nothing where it is right.
+const char* complaint(const QJsonValue& value, Kind kind) {
+    switch (kind) {
+        case Kind::Text:
+            return value.isString() ? nullptr : "a text";
+        case Kind::Whole:
+            return isWhole(value) ? nullptr : "a whole number";
+        case Kind::Seconds:
+            return value.isDouble() && value.toDouble() >= 0 ? nullptr : "a number of seconds";
+        case Kind::Flag:
+            return value.isBool() ? nullptr : "true or false";
+        case Kind::Day:
+            return value.isString() && QDate::fromString(value.toString(), u"yyyy-MM-dd"_s).isValid()
+                       ? nullptr
+                       : "a date (yyyy-mm-dd)";
+        case Kind::Connection:
+            return value.isBool() || value.toString() == u"closed" ? nullptr : "true, false or \"closed\"";
+    }
+    return nullptr;
+}
+
+std::optional<Refusal> checkMembers(const CommandRow& row, const QJsonObject& members) {
+    for (const MemberRow& member : row.members) {
+        const QString name = QString::fromLatin1(member.name);
+        if (!members.contains(name)) {
+            if (member.isWanted) return Refusal{u"\"%1\" is missing"_s.arg(name)};
+            continue;
+        }
+        if (const char* wanted = complaint(members[name], member.kind))
+            return Refusal{u"\"%1\" is to be %2"_s.arg(name, QString::fromLatin1(wanted))};
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+QString DriveCommand::text(const char* member, const QString& whenMissing) const {
+    return members.value(QLatin1StringView(member)).toString(whenMissing);
+}
+
+int DriveCommand::whole(const char* member, int whenMissing) const {
+    return members.value(QLatin1StringView(member)).toInt(whenMissing);
+}
+
+std::variant<DriveCommand, Refusal> parseCommand(const QByteArray& line) {
+    QJsonParseError error{};
+    const QJsonDocument document = QJsonDocument::fromJson(line, &error);
+    if (error.error != QJsonParseError::NoError)
+        return Refusal{u"no JSON: %1 at byte %2"_s.arg(error.errorString()).arg(error.offset)};
+    if (!document.isObject()) return Refusal{u"no JSON object"_s};
+    const QJsonObject members = document.object();
+    if (!members[u"do"_s].isString()) return Refusal{u"\"do\" is missing or no text"_s};
+    const QString name = members[u"do"_s].toString();
+    for (const CommandRow& row : kCommands) {
+        if (name != QLatin1StringView(row.name)) continue;
+        if (auto refusal = checkMembers(row, members)) return *refusal;
+        return DriveCommand{name, members};
+    }
+    return Refusal{u"\"do\" names no command: "_s + name};
+}
+
+}  // namespace velcoran::host

@@ -1,0 +1,66 @@
+#pragma once
+
+#include "host/component_client.h"
+#include "host/dialogs.h"
+#include "host/drive_command.h"
+#include "host/plain_box_watch.h"
+#include "host/recorder.h"
+
+#include "base/error.h"
+
+#include <QByteArray>
+#include <QJsonObject>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace velcoran::host {
+
+struct OpenedConnection;
+
+/// Works the report window by a script, line by line. Never throws for what a line says.
+class DriveSession {
+public:
+    /// @param open  opens the host's connection; asked for once, at the first Incarca that needs it, and once more for
+    ///              each Incarca with a closed one
+    DriveSession(std::function<OpenedConnection()> open, const QString& libraryPath = {});
+    ~DriveSession();
+
+    /// Carries out a line. @return the answer, one line of JSON without its end
+    [[nodiscard]] QByteArray answer(const QByteArray& line);
+    /// True after "quit".
+    [[nodiscard]] bool hasQuit() const { return m_hasQuit; }
+
+private:
+    using Handler = QJsonObject (DriveSession::*)(const DriveCommand&);
+    [[nodiscard]] static Handler handlerOf(const QString& name);
+
+    QJsonObject incarca(const DriveCommand& command);
+    QJsonObject input(const DriveCommand& command);
+    QJsonObject work(const DriveCommand& command);
+    QJsonObject wait(const DriveCommand& command);
+    QJsonObject prepare(const DriveCommand& command);
+    QJsonObject formats(const DriveCommand& command);
+    QJsonObject view(const DriveCommand& command);
+    QJsonObject report(const DriveCommand& command);
+    QJsonObject page(const DriveCommand& command);
+    QJsonObject screenshot(const DriveCommand& command);
+    QJsonObject close(const DriveCommand& command);
+    QJsonObject state(const DriveCommand& command);
+    QJsonObject quit(const DriveCommand& command);
+
+    [[nodiscard]] com::Ref<IConnection> connectionFor(const DriveCommand& command);
+    void addRecords(QJsonObject& answer);
+
+    std::function<OpenedConnection()> m_open;
+    std::shared_ptr<StatementLog> m_log = std::make_shared<StatementLog>();
+    std::shared_ptr<DialogScript> m_dialogs = std::make_shared<DialogScript>();
+    ComponentClient m_component;
+    PlainBoxWatch m_plainBoxes;
+    com::Ref<IConnection> m_connection;
+    std::optional<base::Error> m_error;
+    bool m_hasQuit = false;
+};
+
+}  // namespace velcoran::host

@@ -1,0 +1,65 @@
+#include "host/command_line.h"
+#include "host/commands.h"
+
+#include "base/error.h"
+
+#include <QApplication>
+
+#include <cstdio>
+#include <exception>
+
+namespace {
+
+using velcoran::host::Command;
+using velcoran::host::Options;
+
+struct CommandRow {
+    Command command;
+    int (*run)(const Options&);
+    bool needsDisplay;
+    bool isOffscreen;  ///< never shows itself
+};
+
+constexpr CommandRow kCommands[] = {
+    {Command::Demo, velcoran::host::runDemo, false, false},
+    {Command::Open, velcoran::host::runOpen, true, false},
+    {Command::Export, velcoran::host::runExport, false, true},
+    {Command::Drive, velcoran::host::runDriveCommand, false, false},
+    {Command::SampleDatabase, velcoran::host::runSampleDatabase, false, true},
+    {Command::Register, velcoran::host::runRegister, false, true},
+    {Command::Unregister, velcoran::host::runUnregister, false, true},
+};
+
+const CommandRow& rowOf(Command command) {
+    for (const CommandRow& row : kCommands)
+        if (row.command == command) return row;
+    return kCommands[0];
+}
+
+int complain(const QString& words) {
+    std::fprintf(stderr, "velcoran-host: %s\n", words.simplified().toUtf8().constData());
+    return velcoran::host::kStatusFailed;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const auto read = velcoran::host::readCommandLine(argc, argv);
+    if (const int* status = std::get_if<int>(&read)) return *status;
+    const auto& options = std::get<Options>(read);
+    const CommandRow& row = rowOf(options.command);
+    const bool hasDisplay = velcoran::host::hasDisplay();
+    const bool isPlatformChosen = !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
+    if (row.needsDisplay && !hasDisplay && !isPlatformChosen)
+        return complain(QStringLiteral("there is no display; export and drive work without one"));
+    if (row.isOffscreen || (!hasDisplay && !isPlatformChosen)) qputenv("QT_QPA_PLATFORM", "offscreen");
+    try {
+        QApplication application(argc, argv);
+        QApplication::setApplicationName(QStringLiteral("velcoran-host"));
+        return row.run(options);
+    } catch (const velcoran::base::Error& error) {
+        return complain(QStringLiteral("%1 (%2)").arg(error.description()).arg(error.number()));
+    } catch (const std::exception& exception) {
+        return complain(QString::fromUtf8(exception.what()));
+    }
+}
