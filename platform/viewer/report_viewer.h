@@ -1,13 +1,17 @@
 #pragma once
 
+#include <QDateTime>
 #include <QVariantMap>
 #include <QWidget>
 
+#include <functional>
 #include <memory>
 
 namespace velcoran::engine {
+class Document;
 class Report;
-}
+struct PageSetup;
+}  // namespace velcoran::engine
 
 namespace velcoran::viewer {
 
@@ -16,6 +20,9 @@ namespace velcoran::viewer {
 /// Loading runs on the report's worker; the answers come back to this widget's thread. Every view starts with
 /// downloadStarted and ends with exactly one downloadFinished - at the end, after a stop, after a failure (which the
 /// pane then shows) and after a cancelled load - except when the viewer is destroyed first.
+///
+/// The focus goes to the pages (setFocus on the viewer does that). The toolbar is 480 twips high and leaves 4040 twips
+/// free at its right end. Child widgets have names that begin with "crw".
 class ReportViewer : public QWidget {
     Q_OBJECT
     Q_PROPERTY(bool busy READ isBusy)
@@ -40,6 +47,16 @@ public:
     [[nodiscard]] bool isBusy() const;
     /// True once a report has been loaded and is shown.
     [[nodiscard]] bool hasReport() const;
+    /// What is shown; null without a report. Shared with printing and exports.
+    [[nodiscard]] std::shared_ptr<const engine::Document> document() const;
+    /// The sheet that reports are laid out for, the shown one with the next refreshEx, later ones when they are loaded.
+    /// At first A4, turned.
+    void setPageSetup(const engine::PageSetup& setup);
+    [[nodiscard]] const engine::PageSetup& pageSetup() const;
+    /// The page that the user is on, from 1; 0 without a report.
+    [[nodiscard]] int currentPage() const;
+    /// Where the moment of printing comes from; at first the system's clock.
+    void setClock(std::function<QDateTime()> clock);
     /// Draws again after a change of the page set-up. @param isServerDataRead  false keeps the data; true loads again
     void refreshEx(bool isServerDataRead);
     /// Cancels a running load and waits for the worker. downloadFinished is given when isNotifying.
@@ -53,18 +70,30 @@ public:
     Q_INVOKABLE int pageCount() const;
     /// Presses a button of the toolbar by its name: export, print, first, previous, next, last, zoomIn, zoomOut, stop,
     /// tree; "goto" with a page; "search" with a text (answers the map {"page": n} or an invalid variant); "object"
-    /// with {page, field, record}. @return an invalid variant where there is nothing to answer
+    /// with {page, field, record} (answers whether there is such an object); "exportPdf" with {file} (answers true, or
+    /// the text of the error). What the toolbar does not offer just now does nothing.
+    /// @return an invalid variant where there is nothing to answer
     Q_INVOKABLE QVariant act(const QString& action, const QVariantMap& arguments);
 
 signals:
-    /// The user pressed print. @param useDefault  left true, the viewer prints by itself
+    /// The user pressed print, or export. Both are the window's work.
+    /// @param useDefault  true at first; a window that has taken the work over sets it to false
     void printButtonClicked(bool* useDefault);
     void exportButtonClicked(bool* useDefault);
     /// The user double-clicked a report object. @param fields  values of the object's fields as the page shows them, in
     ///     order; empty for an object without fields
     void objectClicked(int x, int y, const QStringList& fields, bool* useDefault);
+    /// @param loadingType  always 0
     void downloadStarted(int loadingType);
     void downloadFinished(int loadingType);
+    /// The filter button (option 264), which can be used only while somebody is connected to this.
+    void filterButtonClicked();
+    /// @param page  from 1; 0 when there is no report any more
+    void currentPageChanged(int page);
+
+protected:
+    bool event(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     class Private;

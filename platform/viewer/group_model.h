@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QAbstractListModel>
+
+#include <memory>
+
+namespace velcoran::engine {
+class Document;
+}
+
+namespace velcoran::viewer {
+
+/// The groups of the shown report, read from the document when the view asks for them.
+class GroupModel : public QAbstractListModel {
+    Q_OBJECT
+
+public:
+    using QAbstractListModel::QAbstractListModel;
+
+    void setDocument(std::shared_ptr<const engine::Document> document);
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+
+private:
+    std::shared_ptr<const engine::Document> m_document;
+};
+
+}  // namespace velcoran::viewer

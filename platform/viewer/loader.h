@@ -1,0 +1,69 @@
+#pragma once
+
+#include "base/error.h"
+#include "platform/engine/page_setup.h"
+
+#include <QDateTime>
+#include <QElapsedTimer>
+#include <QObject>
+
+#include <memory>
+#include <optional>
+
+namespace velcoran::engine {
+class Document;
+class Report;
+class ReportData;
+}  // namespace velcoran::engine
+
+namespace velcoran::viewer {
+
+/// How a loading ended.
+struct LoadResult {
+    std::shared_ptr<const engine::ReportData> data;    ///< null unless the run came to its end
+    std::shared_ptr<const engine::Document> document;  ///< null unless the run came to its end
+    std::optional<base::Error> error;                  ///< nothing for a stop
+    bool isCancelled = false;
+};
+
+/// Runs a report and lays it out, both on the report's worker; the answers come to the thread of this object and carry
+/// the run's number, so that those of an earlier run are dropped.
+class Loader : public QObject {
+    Q_OBJECT
+
+public:
+    Loader();
+    /// Stops a run and waits for its worker.
+    ~Loader() override;
+
+    /// @param setup  what the pages are laid out for @param printTime  what they show as the moment of printing
+    /// @throws Error of the report when the run cannot start; nothing is running then
+    void start(std::shared_ptr<engine::Report> report, const engine::PageSetup& setup, const QDateTime& printTime);
+    /// Stops the run; ended follows. Returns at once.
+    void stop();
+    /// Stops the run and waits for its worker; ended does not follow.
+    void abandon();
+
+    [[nodiscard]] bool isRunning() const { return m_report != nullptr; }
+    [[nodiscard]] qint64 rows() const { return m_rows; }
+    [[nodiscard]] qint64 milliseconds() const { return m_clock.isValid() ? m_clock.elapsed() : 0; }
+
+signals:
+    void progressed();
+    /// Exactly once a run, unless it was abandoned.
+    void ended(const velcoran::viewer::LoadResult& result);
+
+private:
+    struct Mailbox;
+
+    void takeRows(quint64 run, qint64 rows);
+    void takeResult(quint64 run, const LoadResult& result);
+
+    quint64 m_run = 0;
+    qint64 m_rows = 0;
+    QElapsedTimer m_clock;
+    std::shared_ptr<engine::Report> m_report;
+    std::shared_ptr<Mailbox> m_mailbox;
+};
+
+}  // namespace velcoran::viewer

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QMap>
+#include <QVariantMap>
+
+#include <span>
+
+namespace velcoran::viewer {
+
+/// The part of the viewer that a display option switches.
+enum class Part {
+    Tree,
+    Navigation,
+    Search,
+    Progress,
+    PrintButton,
+    RefreshButton,
+    Zoom,
+    HelpButton,
+    CloseButton,
+    TreeButton,
+    FilterButton,
+    ExportButton,
+    StopButton,
+    Toolbar,
+    Tabs,
+    Animation,
+};
+
+struct OptionRow {
+    int option;  ///< number in the viewer's interface
+    Part part;
+    bool isOnAtFirst;  ///< what holds until the option is set
+};
+
+/// The sixteen options, by number.
+[[nodiscard]] std::span<const OptionRow> optionRows();
+
+/// Display options as they were set, and what they mean for each part.
+class ViewerOptions {
+public:
+    /// Numbers without a part are kept and do nothing.
+    void set(int option, bool isOn) { m_values[option] = isOn; }
+    [[nodiscard]] bool isOn(Part part) const;
+    /// Number as text to value, for the options that were set.
+    [[nodiscard]] QVariantMap toMap() const;
+
+private:
+    QMap<int, bool> m_values;
+};
+
+}  // namespace velcoran::viewer

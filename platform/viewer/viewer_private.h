@@ -1,0 +1,91 @@
+#pragma once
+
+#include "platform/engine/page_setup.h"
+#include "platform/viewer/commands.h"
+#include "platform/viewer/group_model.h"
+#include "platform/viewer/loader.h"
+#include "platform/viewer/page_marks.h"
+#include "platform/viewer/report_viewer.h"
+#include "platform/viewer/searcher.h"
+#include "platform/viewer/viewer_options.h"
+
+#include <QPointer>
+#include <QTimer>
+
+class QListView;
+class QMenu;
+class QSplitter;
+class QTabBar;
+
+namespace velcoran::viewer {
+
+class PageArea;
+class Toolbar;
+
+/// The viewer's inside: the widgets, the report that is loaded or shown, and the commands that work on it.
+class ReportViewer::Private {
+public:
+    explicit Private(ReportViewer& viewer);
+    ~Private();
+
+    // The report.
+    void setSource(std::shared_ptr<engine::Report> report);
+    void load();
+    void cancelLoading(bool isNotifying);
+    void refresh(bool isServerDataRead);
+    void applyOptions();
+
+    // The commands.
+    [[nodiscard]] bool isUsable(Command command) const;
+    void run(Command command);
+    /// The command of a key press, while it can be used.
+    [[nodiscard]] std::optional<Command> usableCommand(const QKeyEvent& event) const;
+    /// @return false when no search was open
+    bool closeSearch();
+    QVariant searchNow(const QString& text);
+    [[nodiscard]] bool clickField(const QVariantMap& arguments);
+    [[nodiscard]] QVariant exportPdf(const QString& file) const;
+
+    ReportViewer& m_viewer;
+    ViewerOptions m_options;
+    engine::PageSetup m_setup;
+    std::function<QDateTime()> m_clock;
+    std::shared_ptr<engine::Report> m_source;
+    std::shared_ptr<const engine::ReportData> m_data;
+    std::shared_ptr<const engine::Document> m_document;
+    QString m_definition;
+    bool m_isBusy = false;
+    bool m_isTreeOpen = true;
+
+    Searcher m_searcher;
+    PageMarks m_marks;
+    Loader m_loader;
+    GroupModel m_groups;
+    Toolbar* m_toolbar = nullptr;
+    QTabBar* m_tabs = nullptr;
+    QSplitter* m_splitter = nullptr;
+    QListView* m_tree = nullptr;
+    PageArea* m_pages = nullptr;
+    QMenu* m_menu = nullptr;
+    QTimer m_tick;
+
+private:
+    void buildWidgets();
+    void buildTree();
+    void connectToolbar();
+    void connectPages();
+    void finish(const LoadResult& result);
+    void showDocument(const LoadResult& result);
+    void showProgress();
+    void showState(const QString& heading, const QString& text);
+    void refreshChrome();
+    void followGroup(int page);
+    void goToGroup(int group);
+    void startSearch(const QString& text);
+    void showHit(bool isFound);
+    void showMenu(QPoint place);
+    void showHelp();
+    void copyToClipboard(const QString& text) const;
+};
+
+}  // namespace velcoran::viewer
