@@ -1,0 +1,31 @@
+#pragma once
+
+#include "form/control_tree.h"
+#include "form/handler_guard.h"
+#include "form/hourglass.h"
+#include "form/members.h"
+
+#include "db/connection.h"
+
+#include <functional>
+
+namespace velcoran::form {
+
+class Surroundings;
+
+/// What the parts of a loaded window share. Everything in it outlives them.
+struct Context {
+    QWidget& window;
+    Members& members;
+    ControlTree& controls;
+    db::ICallRunner& runner;
+    Surroundings& surroundings;
+    HandlerGuard& handlers;
+    Hourglass& hourglass;
+    std::function<void()> closeForm;
+};
+
+/// What the filter controls and the members hold at this moment.
+[[nodiscard]] filters::FilterState collectState(const Members& members, const ControlTree& controls);
+
+}  // namespace velcoran::form

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "form/context.h"
+
+namespace velcoran::form {
+
+class WaitState;
+
+/// A report run: what a click on Raport does, from the check of the filters to the report in the viewer's hands.
+class ReportRun {
+public:
+    ReportRun(const Context& context, WaitState& waitState);
+
+    /// Every failure ends here: pointer restored, one message, the window stays as it is.
+    void run();
+
+private:
+    void steps();
+    [[nodiscard]] bool isRefused() const;
+    void tidyCodes();
+    void handOver(const filters::FilterState& state, const QString& sql);
+    void view();
+
+    const Context& m_context;
+    WaitState& m_waitState;
+};
+
+}  // namespace velcoran::form

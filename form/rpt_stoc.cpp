@@ -1,0 +1,207 @@
+#include "form/rpt_stoc.h"
+
+#include "form/call_runner.h"
+#include "form/loaded_window.h"
+#include "form/surroundings.h"
+#include "form/window_icon.h"
+#include "report/output.h"
+
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QPainter>
+#include <QScreen>
+#include <QWindow>
+
+#include <vector>
+
+namespace velcoran::form {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QEvent::Type kDestroyControls = static_cast<QEvent::Type>(QEvent::registerEventType());
+
+}  // namespace
+
+class RptStoc::Private {
+public:
+    Private(RptStoc& owner, Surroundings& outside)
+        : m_window(owner),
+          surroundings(outside),
+          handlers([this](const base::Error& error) { showFailure(error); }, [this] { onIdle(); }),
+          runner(owner) {}
+
+    void load();
+    void unload();
+    void destroyRetired();
+    void followScreen();
+    /// Pixels an inch that the window's lengths are counted with.
+    [[nodiscard]] double density() const {
+        return loaded ? loaded->controls().density() : m_window.screen()->logicalDotsPerInchX();
+    }
+
+private:
+    RptStoc& m_window;
+
+public:
+    Surroundings& surroundings;
+    Members members;
+    HandlerGuard handlers;
+    CallRunner runner;
+    Hourglass hourglass;
+    std::unique_ptr<LoadedWindow> loaded;
+    bool isScreenFollowed = false;
+
+private:
+    void showFailure(const base::Error& error);
+    void onIdle();
+
+    /// Controls of closed windows, kept until no handler of theirs can be running any more.
+    std::vector<std::unique_ptr<LoadedWindow>> m_retired;
+};
+
+void RptStoc::Private::load() {
+    destroyRetired();
+    m_window.setWindowTitle(kDesignedCaption.toString());
+    m_window.setWindowState(Qt::WindowNoState);
+    const double density = m_window.screen()->logicalDotsPerInchX();
+    m_window.resize(kDesignedWidth.toPixels(density), kDesignedHeight.toPixels(density));
+    loaded =
+        std::make_unique<LoadedWindow>(std::make_unique<ControlTree>(m_window, density), [this](ControlTree& controls) {
+            return Context{m_window,     members,  controls,  runner,
+                           surroundings, handlers, hourglass, [this] { m_window.CloseForm(); }};
+        });
+    loaded->controls().followSize(m_window.size());
+}
+
+void RptStoc::Private::unload() {
+    if (!loaded) return;
+    std::unique_ptr<LoadedWindow> old = std::move(loaded);
+    old->detach();
+    hourglass.reset();
+    m_window.hide();
+    members.release();
+    m_retired.push_back(std::move(old));
+    QCoreApplication::postEvent(&m_window, new QEvent(kDestroyControls));
+}
+
+/// Inside a handler nothing is destroyed: the control whose handler closed the window has still to return from it.
+void RptStoc::Private::destroyRetired() {
+    if (handlers.isIdle()) m_retired.clear();
+}
+
+void RptStoc::Private::onIdle() {
+    if (runner.takeClosing()) unload();
+    if (!m_retired.empty()) QCoreApplication::postEvent(&m_window, new QEvent(kDestroyControls));
+}
+
+void RptStoc::Private::showFailure(const base::Error& error) {
+    const report::Message message = report::runFailureMessage(error, m_window.windowTitle());
+    members.show(message.text, message.style, message.title);
+}
+
+void RptStoc::Private::followScreen() {
+    if (!loaded) return;
+    const double density = m_window.screen()->logicalDotsPerInchX();
+    if (qFuzzyCompare(density, loaded->controls().density())) return;
+    loaded->controls().setDensity(density);
+    loaded->controls().followSize(m_window.size());
+}
+
+RptStoc::RptStoc(Surroundings& surroundings)
+    : QWidget(nullptr, Qt::Window), m_private(std::make_unique<Private>(*this, surroundings)) {
+    setObjectName(u"RptStoc"_s);
+    // Whether the host's program ends with its last window is the host's business.
+    setAttribute(Qt::WA_QuitOnClose, false);
+    setWindowTitle(kDesignedCaption.toString());
+    setWindowIcon(windowIcon());
+}
+
+RptStoc::~RptStoc() {
+    m_private->unload();
+    m_private->destroyRetired();
+}
+
+void RptStoc::setPriza(db::Connection priza) { m_private->members.Priza = std::move(priza); }
+
+bool RptStoc::isLoaded() const { return m_private->loaded != nullptr; }
+
+void RptStoc::Incarca(const QString& argTipRaport, QDate DataProgram, const QString& Soc) {
+    if (m_private->runner.isRunning())
+        throw base::Error(base::kInvalidProcedureCall, u"Fereastra execută o interogare"_s);
+    if (!isLoaded()) m_private->load();
+    const HandlerGuard::Scope scope(m_private->handlers);
+    m_private->loaded->cancelReport();
+    m_private->loaded->setUp({argTipRaport, DataProgram, Soc});
+}
+
+void RptStoc::CloseForm() {
+    if (m_private->runner.isRunning()) {
+        m_private->runner.cancelForClose();
+    } else {
+        m_private->unload();
+    }
+}
+
+bool RptStoc::event(QEvent* event) {
+    if (event->type() == kDestroyControls) {
+        m_private->destroyRetired();
+        return true;
+    }
+    if (event->type() == QEvent::Show && !m_private->isScreenFollowed && windowHandle() != nullptr) {
+        m_private->isScreenFollowed = true;
+        connect(windowHandle(), &QWindow::screenChanged, this, [this] { m_private->followScreen(); });
+    }
+    return QWidget::event(event);
+}
+
+void RptStoc::closeEvent(QCloseEvent* event) {
+    CloseForm();
+    event->setAccepted(!isLoaded());
+}
+
+void RptStoc::resizeEvent(QResizeEvent*) {
+    m_private->handlers.run([this] {
+        if (isLoaded()) m_private->loaded->controls().followSize(size());
+    });
+}
+
+void RptStoc::paintEvent(QPaintEvent*) { QPainter(this).fillRect(rect(), QColor::fromRgb(kWindowColour.toRgb())); }
+
+int RptStoc::innerWidth() const { return base::Twips::fromPixels(width(), m_private->density()).value; }
+
+int RptStoc::innerHeight() const { return base::Twips::fromPixels(height(), m_private->density()).value; }
+
+QString RptStoc::pointer() const { return m_private->hourglass.isSet() ? u"hourglass"_s : u"default"_s; }
+
+QString RptStoc::sTipRaport() const { return m_private->members.sTipRaport; }
+
+int RptStoc::iAn() const { return m_private->members.iAn; }
+
+QString RptStoc::sSoc() const { return m_private->members.sSoc; }
+
+bool RptStoc::bRaportIncarcat() const { return m_private->members.bRaportIncarcat; }
+
+QString RptStoc::sCodProdus() const { return m_private->members.sCodProdus; }
+
+QString RptStoc::sCodProducator() const { return m_private->members.sCodProducator; }
+
+QString RptStoc::sCodClient() const { return m_private->members.sCodClient; }
+
+QString RptStoc::sCodAgent() const { return m_private->members.sCodAgent; }
+
+QString RptStoc::sCautare() const { return m_private->members.sCautare; }
+
+bool RptStoc::hasPriza() const { return !m_private->members.Priza.isNull(); }
+
+QVariant RptStoc::rptFacturi() const {
+    const auto& report = m_private->members.rptFacturi;
+    return report ? QVariant(report->name()) : QVariant();
+}
+
+bool RptStoc::hasLookupRows() const { return m_private->members.rsLookup != nullptr; }
+
+bool RptStoc::hasMesaje() const { return static_cast<bool>(m_private->members.objMesaje); }
+
+}  // namespace velcoran::form

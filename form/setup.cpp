@@ -1,0 +1,186 @@
+#include "form/setup.h"
+
+#include "db/row_store.h"
+#include "filters/codes.h"
+#include "form/setup_values.h"
+#include "form/surroundings.h"
+
+#include <QWidget>
+
+namespace velcoran::form {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct KindCaption {
+    Ctl control;
+    QStringView caption;
+};
+
+constexpr KindCaption kSupplierCaptions[] = {
+    {Ctl::Label1_13, u"Tip Furnizor:"},
+    {Ctl::Label1_12, u"Categorie Furnizor:"},
+    {Ctl::Label1_9, u"Denumire Furnizor:"},
+    {Ctl::frmClient, u"Filtrare Furnizori:"},
+};
+
+constexpr QStringView kWarehouseStatement =
+    u" SELECT str(Depozite.Depozit,len(Depozite.Depozit),0) + ' - ' + Depozite.[Denumire Depozit] FROM Depozite";
+
+/// The steps of one set-up. Its order is the window's contract with the host: what a failure leaves behind is what the
+/// steps before it have done.
+class Setup {
+public:
+    Setup(const Context& context, const SetupArguments& arguments)
+        : m_context(context), m_members(context.members), m_controls(context.controls), m_arguments(arguments) {}
+
+    void run();
+
+private:
+    void forgetReport() { m_members.bRaportIncarcat = false; }
+    void show();
+    void makeMessages() { m_members.objMesaje = m_context.surroundings.newMesaje(); }
+    void keepKind() { m_members.sTipRaport = m_arguments.argTipRaport; }
+    void readYear();
+    void keepPrefix() { m_members.sSoc = m_arguments.Soc; }
+    void maximize();
+    void showPanel();
+    void setPartnerCaptions();
+    void fillReportList() { m_controls.list(Ctl::cmbTipRaport).fill(reportEntries(m_members.sTipRaport), 0); }
+    void fillSelection();
+    void fillSortList() { m_controls.list(Ctl::cmbSortare).fill(sortEntries(m_members.sTipRaport), 0); }
+    void fillWarehouses();
+    void setPeriod();
+    void fillCategories();
+    void setWindowCaption();
+
+    void newRecordset() { m_members.rsQuery = std::make_unique<db::RowSet>(); }
+    void setCaption(Ctl control, const QString& caption);
+    [[nodiscard]] bool isImport() const { return m_members.sTipRaport == u"Import"; }
+    [[nodiscard]] bool isExport() const { return m_members.sTipRaport == u"Export"; }
+
+    const Context& m_context;
+    Members& m_members;
+    ControlTree& m_controls;
+    const SetupArguments& m_arguments;
+};
+
+void Setup::run() {
+    constexpr void (Setup::*kSteps[])() = {
+        &Setup::forgetReport,       &Setup::show,           &Setup::makeMessages,   &Setup::keepKind,
+        &Setup::readYear,           &Setup::keepPrefix,     &Setup::maximize,       &Setup::showPanel,
+        &Setup::setPartnerCaptions, &Setup::fillReportList, &Setup::fillSelection,  &Setup::fillSortList,
+        &Setup::fillWarehouses,     &Setup::setPeriod,      &Setup::fillCategories, &Setup::setWindowCaption,
+    };
+    for (const auto step : kSteps) (this->*step)();
+}
+
+void Setup::setCaption(Ctl control, const QString& caption) {
+    switch (layoutOf(control).kind) {
+        case Kind::label:
+            return m_controls.label(control).setCaption(caption);
+        case Kind::checkBox:
+            return m_controls.checkBox(control).setCaption(caption);
+        default:
+            return m_controls.frame(control).setCaption(caption);
+    }
+}
+
+void Setup::show() {
+    QWidget& window = m_context.window;
+    if (!window.isVisible()) m_controls.widget(Ctl::cmbTipRaport).setFocus();
+    window.show();
+    window.raise();
+    window.activateWindow();
+}
+
+void Setup::readYear() {
+    std::optional<QString> year;
+    bool isEmpty = true;
+    m_context.runner.run(m_members.Priza, [&] {
+        const db::Rows rows = m_members.Priza.execute(u"SELECT An FROM An"_s);
+        const RowBlock* block = rows.fetch(1);
+        if (block == nullptr) return;
+        isEmpty = false;
+        db::RowStore store;
+        store.append(*block);
+        year = store.text(0, 0);
+    });
+    if (isEmpty) {
+        throw base::Error(base::kNoCurrentRecord,
+                          u"Either BOF or EOF is true, or the current record has been deleted"_s);
+    }
+    m_members.iAn = yearOf(year);
+}
+
+void Setup::maximize() {
+    QWidget& window = m_context.window;
+    window.showMaximized();
+    window.repaint();
+}
+
+void Setup::showPanel() {
+    QWidget& panel = m_controls.widget(Ctl::frmEnable);
+    const bool wasHidden = panel.isHidden();
+    const base::TwipsRect place = controls::twipsOf(&panel);
+    m_controls.place(Ctl::frmEnable, {{0}, place.top, place.width, place.height});
+    panel.show();
+    if (wasHidden) m_controls.widget(Ctl::cmbTipRaport).setFocus();
+    m_context.window.repaint();
+}
+
+void Setup::setPartnerCaptions() {
+    for (const KindCaption& one : kSupplierCaptions)
+        setCaption(one.control, (isImport() ? one.caption : layoutOf(one.control).caption).toString());
+    m_controls.nameFields();
+}
+
+/// The choice is a change of the list on purpose: it unticks the temporary documents.
+void Setup::fillSelection() {
+    controls::DropDownList& list = m_controls.list(Ctl::cmbSelectie);
+    list.fill({u"Facturi"_s});
+    list.setIndex(0);
+}
+
+void Setup::fillWarehouses() {
+    m_controls.warehouses().fill({});
+    newRecordset();
+    db::RowSet& rows = *m_members.rsQuery;
+    rows.open(m_members.Priza, kWarehouseStatement.toString(), m_context.runner);
+    QStringList items;
+    for (rows.moveFirst(); !rows.isEof(); rows.moveNext()) items.append(rows.field(0).value_or(QString()));
+    rows.close();
+    m_members.rsQuery.reset();
+    m_controls.warehouses().fill(items, 0);
+}
+
+void Setup::setPeriod() {
+    const Period period = periodOf(m_members.iAn, m_arguments.DataProgram);
+    controls::DatePicker& from = m_controls.datePicker(Ctl::Deladata);
+    controls::DatePicker& to = m_controls.datePicker(Ctl::Ladata);
+    from.setBounds(period.minimum, period.maximum);
+    to.setBounds(period.minimum, period.maximum);
+    from.setValue(period.deLaData);
+    to.setValue(period.laData);
+}
+
+/// Filled without a change of the list: what was typed into the product fields stays.
+void Setup::fillCategories() {
+    QString temporary = layoutOf(Ctl::chkLohn).caption.toString();
+    if (isImport()) temporary = u"Inclusiv importurile temporare"_s;
+    if (isExport()) temporary = u"Inclusiv exporturile temporare"_s;
+    setCaption(Ctl::chkLohn, temporary);
+    m_controls.list(Ctl::cmbCategorie).fill(filters::categoryEntries(m_members.sTipRaport), 0);
+}
+
+void Setup::setWindowCaption() {
+    m_context.window.setWindowTitle(isExport() ? u"Facturi Export Clienti"_s : u"Facturi Import Furnizori"_s);
+    setCaption(Ctl::frmProduse, isExport() ? u"Facturi care contin:"_s : layoutOf(Ctl::frmProduse).caption.toString());
+}
+
+}  // namespace
+
+void runSetup(const Context& context, const SetupArguments& arguments) { Setup(context, arguments).run(); }
+
+}  // namespace velcoran::form

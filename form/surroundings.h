@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QDateTime>
+#include <QString>
+
+#include <velcoran/com.h>
+#include <velcoran/dialogs.h>
+#include <velcoran/mesaje.h>
+
+#include <memory>
+
+class QWidget;
+
+namespace velcoran::form {
+
+class IOutput;
+
+/// What the window needs of the process it lives in. Whoever makes the window provides it; it outlives the window.
+class Surroundings {
+public:
+    virtual ~Surroundings() = default;
+
+    /// A new message object: the host's, or the component's own. Never null. @throws Error when it cannot be created
+    virtual com::Ref<IMesaje> newMesaje() = 0;
+    /// The dialogs: the host's, or the component's own. Null where there is none.
+    virtual com::Ref<IExportDialog> newExportDialog() = 0;
+    virtual com::Ref<IPrintDialog> newPrintDialog() = 0;
+    virtual com::Ref<IPrinterSetupDialog> newPrinterSetupDialog() = 0;
+    /// Printing and exporting for one loading of the window; null where the component is built without: the commands
+    /// then do nothing.
+    virtual std::unique_ptr<IOutput> newOutput(QWidget& window);
+    /// The platform's plain message box: OK alone, no icon, the application's name for a title.
+    virtual void showPlainMessage(QWidget& window, const QString& text);
+    [[nodiscard]] virtual QDateTime currentTime() const { return QDateTime::currentDateTime(); }
+};
+
+}  // namespace velcoran::form

@@ -1,0 +1,116 @@
+#include "form/viewer_events.h"
+
+#include "form/surroundings.h"
+#include "form/wait_state.h"
+#include "report/output.h"
+
+namespace velcoran::form {
+
+using viewer::ReportViewer;
+
+ViewerEvents::ViewerEvents(const Context& context, WaitState& waitState)
+    : m_context(context), m_waitState(waitState), m_output(context.surroundings.newOutput(context.window)) {
+    connectButtons();
+    connectViewer();
+}
+
+ViewerEvents::~ViewerEvents() = default;
+
+void ViewerEvents::connectButtons() {
+    struct Command {
+        Ctl button;
+        void (ViewerEvents::*handler)();
+    };
+    constexpr Command kCommands[] = {{Ctl::cmbVizual, &ViewerEvents::hideFilters},
+                                     {Ctl::cmdViz, &ViewerEvents::showFilters},
+                                     {Ctl::Command1, &ViewerEvents::setUpPrinter}};
+    for (const Command& command : kCommands) {
+        controls::Button& button = m_context.controls.button(command.button);
+        QObject::connect(&button, &QAbstractButton::clicked, &button,
+                         [this, handler = command.handler] { m_context.handlers.run([&] { (this->*handler)(); }); });
+    }
+    controls::Button& exit = m_context.controls.button(Ctl::cmdExit);
+    QObject::connect(&exit, &QAbstractButton::clicked, &exit,
+                     [this] { m_context.handlers.run([this] { m_context.closeForm(); }); });
+}
+
+void ViewerEvents::connectViewer() {
+    ReportViewer* viewer = &m_context.controls.viewer();
+    HandlerGuard& handlers = m_context.handlers;
+    QObject::connect(viewer, &ReportViewer::printButtonClicked, viewer, [this, &handlers](bool* useDefault) {
+        *useDefault = false;
+        handlers.run([this] { print(); });
+    });
+    QObject::connect(viewer, &ReportViewer::exportButtonClicked, viewer, [this, &handlers](bool* useDefault) {
+        *useDefault = false;
+        handlers.run([this] { exportReport(); });
+    });
+    QObject::connect(
+        viewer, &ReportViewer::objectClicked, viewer,
+        [this, &handlers](int, int, const QStringList& fields) { handlers.run([&] { showFieldValue(fields); }); });
+    QObject::connect(viewer, &ReportViewer::downloadStarted, viewer,
+                     [this, &handlers] { handlers.run([this] { m_waitState.showReading(); }); });
+    QObject::connect(viewer, &ReportViewer::downloadFinished, viewer,
+                     [this, &handlers] { handlers.run([this] { m_waitState.leave(); }); });
+}
+
+bool ViewerEvents::isPickerOpen() const { return !m_context.controls.widget(Ctl::fraGrid).isHidden(); }
+
+OutputSubject ViewerEvents::subject() const { return {m_context.members.rptFacturi, m_context.controls.viewer()}; }
+
+/// The focus leaves the panel first, so that it does not wander through the controls that go with it.
+void ViewerEvents::hideFilters() {
+    QWidget& panel = m_context.controls.widget(Ctl::frmEnable);
+    const QWidget* focused = m_context.window.focusWidget();
+    if (focused == nullptr || panel.isAncestorOf(focused)) m_context.controls.viewer().setFocus();
+    panel.hide();
+}
+
+void ViewerEvents::showFilters() {
+    if (isPickerOpen()) return;
+    m_context.controls.widget(Ctl::frmEnable).show();
+    m_context.controls.widget(Ctl::cmbTipRaport).setFocus();
+}
+
+void ViewerEvents::setUpPrinter() {
+    ReportViewer& viewer = m_context.controls.viewer();
+    if (viewer.isBusy() || !m_context.members.bRaportIncarcat || isPickerOpen() || !m_output) return;
+    m_output->printerSetup(subject());
+    viewer.refreshEx(false);
+}
+
+void ViewerEvents::print() {
+    if (!m_output) return;
+    try {
+        m_output->printOut(subject());
+    } catch (const base::Error& error) {
+        if (report::isPrinterSetupNeeded(error)) return setUpPrinter();
+        m_context.surroundings.showPlainMessage(m_context.window, report::printFailureText(error));
+    }
+}
+
+void ViewerEvents::exportReport() {
+    if (!m_output) return;
+    try {
+        exportChosen();
+    } catch (const base::Error& error) {
+        m_output->resetExportOptions();
+        const report::Message message = report::exportFailureMessage(error);
+        m_context.members.show(message.text, message.style, message.title);
+    }
+}
+
+void ViewerEvents::exportChosen() {
+    m_output->resetExportOptions();
+    m_output->promptForExportOptions(subject());
+    if (report::isRefusedFormat(m_output->formatType())) return m_output->resetExportOptions();
+    m_output->exportReport(subject());
+}
+
+/// The viewer's own answer to the click stays as it set it.
+void ViewerEvents::showFieldValue(const QStringList& fields) {
+    const auto message = report::fieldValueMessage(fields, m_context.window.windowTitle());
+    if (message.has_value()) m_context.members.show(message->text, message->style, message->title);
+}
+
+}  // namespace velcoran::form

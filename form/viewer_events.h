@@ -1,0 +1,34 @@
+#pragma once
+
+#include "form/context.h"
+#include "form/output.h"
+
+namespace velcoran::form {
+
+class WaitState;
+
+/// The two views of the window, its output commands, and its answers to the viewer's notifications.
+class ViewerEvents {
+public:
+    ViewerEvents(const Context& context, WaitState& waitState);
+    ~ViewerEvents();
+
+private:
+    void connectButtons();
+    void connectViewer();
+    void hideFilters();
+    void showFilters();
+    void setUpPrinter();
+    void print();
+    void exportReport();
+    void exportChosen();
+    void showFieldValue(const QStringList& fields);
+    [[nodiscard]] OutputSubject subject() const;
+    [[nodiscard]] bool isPickerOpen() const;
+
+    const Context& m_context;
+    WaitState& m_waitState;
+    std::unique_ptr<IOutput> m_output;
+};
+
+}  // namespace velcoran::form
