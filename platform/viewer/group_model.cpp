@@ -2,6 +2,8 @@
 
 #include "platform/engine/document.h"
 
+#include <QSize>
+
 namespace velcoran::viewer {
 
 void GroupModel::setDocument(std::shared_ptr<const engine::Document> document) {
@@ -21,6 +23,7 @@ QVariant GroupModel::data(const QModelIndex& index, int role) const {
         return QStringLiteral("%1 · pagina %2")
             .arg(m_document->groupText(index.row()))
             .arg(m_document->pageOfGroup(index.row()).value);
+    if (role == Qt::SizeHintRole) return QSize(0, m_rowHeight);
     return {};
 }
 

@@ -18,11 +18,14 @@ public:
     using QAbstractListModel::QAbstractListModel;
 
     void setDocument(std::shared_ptr<const engine::Document> document);
+    /// Height of a row, in pixels.
+    void setRowHeight(int height) { m_rowHeight = height; }
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
 
 private:
     std::shared_ptr<const engine::Document> m_document;
+    int m_rowHeight = 20;
 };
 
 }  // namespace velcoran::viewer

@@ -73,6 +73,8 @@ Toolbar::Toolbar(QWidget* parent) : QWidget(parent) {
     setObjectName(QStringLiteral("crwToolbar"));
     setAccessibleName(QStringLiteral("Bara de instrumente a raportului"));
     setFixedHeight(base::Twips{kHeightTwips}.toPixels(logicalDpiY()));
+    // What does not fit goes into the menu: the sections do not keep the window from becoming narrow.
+    setMinimumWidth(1);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(4, 1, base::Twips{kFreeTwips}.toPixels(logicalDpiX()), 1);
     row->setSpacing(kSectionGap);

@@ -20,6 +20,7 @@ namespace {
 
 constexpr int kTickMs = 250;
 constexpr int kTreeWidth = 230;
+constexpr int kTreeRowMargin = 7;
 constexpr int kPagesWidth = 1000;
 
 }  // namespace
@@ -94,6 +95,7 @@ void ReportViewer::Private::buildTree() {
     m_tree->setEditTriggers(QAbstractItemView::NoEditTriggers);
     m_tree->setTextElideMode(Qt::ElideRight);
     m_tree->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_groups.setRowHeight(m_tree->fontMetrics().height() + kTreeRowMargin);
     m_tree->setModel(&m_groups);
     QObject::connect(m_tree, &QListView::clicked, &m_viewer, [this](const QModelIndex& at) { goToGroup(at.row()); });
     QObject::connect(m_tree->selectionModel(), &QItemSelectionModel::currentChanged, &m_viewer,
