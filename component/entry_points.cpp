@@ -20,7 +20,7 @@ __attribute__((visibility("default"))) com::HResult DllGetClassObject(const com:
 
 __attribute__((visibility("default"))) com::HResult DllCanUnloadNow() {
     return com::guarded([] {
-        const bool isIdle = com::livingObjects() == 0 && !velcoran::component::component().window.isLoaded();
+        const bool isIdle = com::livingObjects() == 0 && velcoran::component::component().window.release();
         return isIdle ? com::kOk : com::kFalse;
     });
 }

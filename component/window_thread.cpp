@@ -8,6 +8,8 @@
 #include <QApplication>
 #include <QThread>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace velcoran::component {
@@ -27,19 +29,23 @@ char* arguments[] = {argumentName, nullptr};
 
 WindowThread::WindowThread(const com::HostObjects& hostObjects) : m_surroundings(hostObjects) {}
 
-WindowThread::~WindowThread() {
-    // Without the application object its windows are no longer to be touched: dropWindow was called before it went.
-    if (QCoreApplication::instance() == nullptr) return;
-    qRemovePostRoutine(&WindowThread::dropWindow);
-    m_window.reset();
-}
+void WindowThread::destroyWindow() { delete std::exchange(m_window, nullptr); }
 
-void WindowThread::dropWindow() { component().window.m_window.reset(); }
+void WindowThread::dropWindow() { component().window.destroyWindow(); }
+
+bool WindowThread::release() {
+    if (m_window == nullptr && m_application == nullptr) return true;
+    if (isLoaded() || QCoreApplication::instance()->thread() != QThread::currentThread()) return false;
+    qRemovePostRoutine(&WindowThread::dropWindow);
+    destroyWindow();
+    delete std::exchange(m_application, nullptr);
+    return true;
+}
 
 void WindowThread::provideApplication() {
     QCoreApplication* application = QCoreApplication::instance();
     if (application == nullptr) {
-        m_application = std::make_unique<QApplication>(argumentCount, arguments);
+        m_application = new QApplication(argumentCount, arguments);
         // The process belongs to the host: closing the report window does not end it.
         QApplication::setQuitOnLastWindowClosed(false);
         return;
@@ -53,7 +59,7 @@ void WindowThread::provideApplication() {
 
 void WindowThread::provideWindow() {
     if (m_window != nullptr) return;
-    m_window = std::make_unique<form::RptStoc>(m_surroundings);
+    m_window = new form::RptStoc(m_surroundings);
     qAddPostRoutine(&WindowThread::dropWindow);
 }
 

@@ -7,8 +7,6 @@
 #include <QDate>
 #include <QString>
 
-#include <memory>
-
 class QApplication;
 
 namespace velcoran::form {
@@ -18,12 +16,14 @@ class RptStoc;
 namespace velcoran::component {
 
 /// The report window of the thread that can have windows: one object, made by the first call and reused by every later
-/// one. In a process without an application object the first call makes one, on its thread, for as long as the library
-/// is loaded.
+/// one. In a process without an application object the first call makes one, on its thread.
+///
+/// Both go when the component is asked whether it may be unloaded and nothing of it is in use, or with the host's
+/// application object. A process that ends with its window open ends without them: by then the toolkit's own globals
+/// are gone.
 class WindowThread {
 public:
     explicit WindowThread(const com::HostObjects& hostObjects);
-    ~WindowThread();
     WindowThread(const WindowThread&) = delete;
     WindowThread& operator=(const WindowThread&) = delete;
 
@@ -32,15 +32,19 @@ public:
     void incarca(const QString& kind, const com::Ref<IConnection>& connection, QDate date, const QString& prefix);
     /// True while the window is loaded. Any thread: false is certain only on the window's own.
     [[nodiscard]] bool isLoaded() const;
+    /// Destroys the window object and the component's own application object.
+    /// @return false, with everything as it was, while the window is loaded or on another thread than the window's
+    bool release();
 
 private:
     void provideApplication();
     void provideWindow();
+    void destroyWindow();
     static void dropWindow();
 
     HostSurroundings m_surroundings;
-    std::unique_ptr<QApplication> m_application;
-    std::unique_ptr<form::RptStoc> m_window;
+    QApplication* m_application = nullptr;  ///< owned; only where the host has none
+    form::RptStoc* m_window = nullptr;      ///< owned
 };
 
 }  // namespace velcoran::component

@@ -1,0 +1,12 @@
+# Fails unless the library exports its four entry points and nothing else.
+execute_process(COMMAND ${NM} -D --defined-only --format=posix ${LIBRARY} OUTPUT_VARIABLE listing RESULT_VARIABLE status)
+if(NOT status EQUAL 0)
+    message(FATAL_ERROR "${NM} failed")
+endif()
+string(REGEX MATCHALL "[^\n]+" lines "${listing}")
+list(TRANSFORM lines REPLACE " .*" "")
+list(SORT lines)
+set(wanted DllCanUnloadNow DllGetClassObject DllRegisterServer DllUnregisterServer)
+if(NOT lines STREQUAL wanted)
+    message(FATAL_ERROR "exported: ${lines}")
+endif()

@@ -1,0 +1,106 @@
+#include "platform/com/registry.h"
+#include "platform/com/guid_text.h"
+
+#include "base/error.h"
+#include "support/test_data.h"
+
+#include <velcoran/velcoran.h>
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace velcoran::com {
+namespace {
+
+RegistryEntry entryOf(const QString& progId, const QString& library) {
+    return {progId, kClassVelcoran, library, kTypeLibraryVelcoran, u"1.0"_s};
+}
+
+void writeText(const QString& path, const QByteArray& text) {
+    QDir().mkpath(QFileInfo(path).path());
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(text);
+}
+
+QByteArray readText(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+TEST(GuidText, isThePublishedForm) {
+    EXPECT_EQ(guidText(kClassVelcoran), u"{7B2C9D40-61E5-4F3A-8C52-0D9A6E1733F4}"_s);
+    EXPECT_EQ(guidFromText(u"{7b2c9d40-61e5-4f3a-8c52-0d9a6e1733f4}"_s), kClassVelcoran);
+    EXPECT_EQ(guidFromText(u"{7b2c9d40-61e5}"_s), std::nullopt);
+}
+
+TEST(Registry, removesExactlyWhatItWrote) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"a/registry.ini"_s);
+    const QByteArray foreign =
+        "# kept by hand\n[Other.Class]\nClassId={00000000-0000-0000-0000-000000000001}\nLibrary=/o.so\n";
+    writeText(path, foreign);
+    writeEntry(path, entryOf(u"Velcoran.clsVelcoran"_s, u"/old/lib.so"_s));
+    writeEntry(path, entryOf(u"Velcoran.clsVelcoran"_s, u"/nou/bibliotecă = 2.so"_s));
+    const auto entry = readEntry(path, u"velcoran.CLSVELCORAN"_s);
+    ASSERT_TRUE(entry.has_value());
+    EXPECT_EQ(entry->library, u"/nou/bibliotecă = 2.so"_s);
+    EXPECT_EQ(entry->classId, kClassVelcoran);
+    EXPECT_EQ(entry->typeLibrary, kTypeLibraryVelcoran);
+    EXPECT_TRUE(readText(path).contains("ThreadingModel=Apartment\n"));
+    removeEntry(path, u"Velcoran.clsVelcoran"_s);
+    EXPECT_EQ(readText(path), foreign);
+}
+
+TEST(Registry, theFileGoesWithItsLastEntry) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"registry.ini"_s);
+    removeEntry(path, u"A.B"_s);
+    writeEntry(path, entryOf(u"A.B"_s, u"/l.so"_s));
+    ASSERT_TRUE(QFile::exists(path));
+    removeEntry(path, u"A.B"_s);
+    EXPECT_FALSE(QFile::exists(path));
+}
+
+TEST(Registry, damagedEntriesAreNone) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"registry.ini"_s);
+    for (const char* text : {"", "[A.B]\n", "[A.B]\nClassId=x\nLibrary=/l.so\n",
+                             "[A.B]\nClassId={7B2C9D40-61E5-4F3A-8C52-0D9A6E1733F4}\n", "\xff\xfe\n[A.B"}) {
+        writeText(path, text);
+        EXPECT_FALSE(readEntry(path, u"A.B"_s).has_value()) << text;
+    }
+}
+
+TEST(Registry, theUsersFileComesBeforeTheSystems) {
+    const QTemporaryDir folder;
+    qputenv("XDG_DATA_HOME", QFile::encodeName(folder.filePath(u"home"_s)));
+    qputenv("XDG_DATA_DIRS",
+            QFile::encodeName(folder.filePath(u"one"_s) + u":relative:"_s + folder.filePath(u"two"_s)));
+    EXPECT_EQ(registryPaths().size(), 3);
+    writeEntry(folder.filePath(u"two/velcoran/registry.ini"_s), entryOf(u"A.B"_s, u"/two.so"_s));
+    EXPECT_EQ(findEntry(u"A.B"_s)->library, u"/two.so"_s);
+    writeEntry(userRegistryPath(), entryOf(u"A.B"_s, u"/home.so"_s));
+    EXPECT_EQ(findEntry(u"A.B"_s)->library, u"/home.so"_s);
+    qunsetenv("XDG_DATA_HOME");
+    qunsetenv("XDG_DATA_DIRS");
+}
+
+TEST(Registry, aPlaceThatCannotBeWrittenIsAnError) {
+    const QTemporaryDir folder;
+    writeText(folder.filePath(u"file"_s), "x");
+    try {
+        writeEntry(folder.filePath(u"file/registry.ini"_s), entryOf(u"A.B"_s, u"/l.so"_s));
+        FAIL();
+    } catch (const base::Error& error) {
+        EXPECT_EQ(error.number(), base::kPathAccess);
+    }
+}
+
+}  // namespace
+}  // namespace velcoran::com
