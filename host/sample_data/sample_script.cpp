@@ -1,0 +1,135 @@
+#include "base/error.h"
+#include "host/sample_data/sample_data.h"
+#include "host/sample_data/sample_file.h"
+#include "host/sample_data/sample_rows.h"
+
+#include <cstring>
+#include <fstream>
+
+namespace velcoran::host {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The most rows that the server takes in one INSERT.
+constexpr std::size_t kBatchRows = 1000;
+
+std::string declaredType(const SampleColumn& column) {
+    switch (column.type) {
+        case SampleType::Integer:
+            return "INT";
+        case SampleType::Text:
+            return "NVARCHAR(" + std::to_string(column.length) + ')';
+        case SampleType::Amount:
+            return "DECIMAL(19,4)";
+        case SampleType::DateTime:
+            return "DATETIME";
+    }
+    return {};
+}
+
+std::string bracketed(const char* name) { return '[' + std::string(name) + ']'; }
+
+std::string amountText(const SampleAmount& amount) {
+    const bool isNegative = amount.mantissa < 0;
+    std::string digits = std::to_string(isNegative ? -amount.mantissa : amount.mantissa);
+    const auto scale = static_cast<std::size_t>(amount.scale);
+    if (digits.size() <= scale) digits.insert(0, scale + 1 - digits.size(), '0');
+    digits.insert(digits.size() - scale, 1, '.');
+    return isNegative ? '-' + digits : digits;
+}
+
+std::string textLiteral(const std::string& text) {
+    std::string literal = "N'";
+    for (const char character : text) literal.append(character == '\'' ? 2 : 1, character);
+    return literal + '\'';
+}
+
+/// Without hyphens a date means the same in every language of the server.
+std::string dateLiteral(std::string text) {
+    std::erase(text, '-');
+    return '\'' + text + '\'';
+}
+
+std::string literalOf(const SampleColumn& column, const SampleValue& value) {
+    if (const auto* text = std::get_if<std::string>(&value))
+        return column.type == SampleType::DateTime ? dateLiteral(*text) : textLiteral(*text);
+    if (const auto* number = std::get_if<std::int64_t>(&value)) return std::to_string(*number);
+    if (const auto* amount = std::get_if<SampleAmount>(&value)) return amountText(*amount);
+    return "NULL";
+}
+
+/// Writes the rows as INSERT statements.
+class ScriptSink final : public ISampleSink {
+public:
+    explicit ScriptSink(std::ostream& out) : m_out(out) {}
+
+    void beginTable(const SampleTable& table) override {
+        m_table = &table;
+        m_rows = 0;
+    }
+    void addRow(std::span<const SampleValue> values) override {
+        if (m_rows % kBatchRows == 0) beginBatch();
+        m_out << (m_rows % kBatchRows == 0 ? "(" : ",\n(");
+        for (std::size_t i = 0; i < values.size(); ++i)
+            m_out << (i == 0 ? "" : ", ") << literalOf(m_table->columns[i], values[i]);
+        m_out << ')';
+        ++m_rows;
+    }
+    void endTable() override {
+        if (m_rows != 0) m_out << ";\nGO\n";
+    }
+
+private:
+    void beginBatch() {
+        if (m_rows != 0) m_out << ";\nGO\n";
+        m_out << "INSERT INTO " << bracketed(m_table->name) << " (";
+        for (std::size_t i = 0; i < m_table->columns.size(); ++i)
+            m_out << (i == 0 ? "" : ", ") << bracketed(m_table->columns[i].name);
+        m_out << ") VALUES\n";
+    }
+
+    std::ostream& m_out;
+    const SampleTable* m_table = nullptr;
+    std::size_t m_rows = 0;
+};
+
+void writeTables(std::ostream& out) {
+    for (const SampleTable& table : sampleTables()) {
+        out << "CREATE TABLE " << bracketed(table.name) << " (";
+        const char* separator = "\n    ";
+        for (const SampleColumn& column : table.columns) {
+            const bool isKey = table.key != nullptr && std::strcmp(table.key, column.name) == 0;
+            out << separator << bracketed(column.name) << ' ' << declaredType(column)
+                << (isKey ? " NOT NULL PRIMARY KEY" : " NULL");
+            separator = ",\n    ";
+        }
+        out << "\n);\nGO\n";
+    }
+}
+
+/// The unique indexes are there already, behind the keys.
+void writeIndexes(std::ostream& out) {
+    for (const SampleIndex& index : sampleIndexes())
+        if (!index.isUnique)
+            out << "CREATE INDEX " << index.name << " ON " << bracketed(index.table) << " (" << bracketed(index.column)
+                << ");\nGO\n";
+}
+
+}  // namespace
+
+void writeSampleScript(const QString& path, const SampleOptions& options) {
+    SampleFile file(path);
+    std::ofstream out(file.temporaryPath(), std::ios::binary | std::ios::trunc);
+    out << "\xEF\xBB\xBFSET NOCOUNT ON;\nGO\n";
+    writeTables(out);
+    ScriptSink sink(out);
+    writeAllRows(options, sink);
+    writeIndexes(out);
+    out.close();
+    if (!out) file.fail(u"cannot be written"_s);
+    file.commit();
+}
+
+}  // namespace velcoran::host
