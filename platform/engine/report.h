@@ -13,6 +13,7 @@ namespace velcoran::engine {
 
 class Definition;
 class ReportData;
+struct ReportTexts;
 
 /// How a run ended.
 struct RunOutcome {
@@ -57,6 +58,9 @@ public:
     /// The one further option: 0 detailed, 1 totals alone. @throws Error kInvalidProcedureCall for any other
     void setOption(int option);
     [[nodiscard]] int option() const;
+
+    /// What a document is laid out from.
+    [[nodiscard]] ReportTexts snapshot() const;
 
     /// Starts the run on the report's own worker. Both functions are called on that worker.
     /// @param progress  rows read so far, a few times a second at most

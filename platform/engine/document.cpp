@@ -1,0 +1,99 @@
+#include "platform/engine/document.h"
+
+#include "platform/engine/page_maker.h"
+#include "platform/engine/pagination.h"
+#include "platform/engine/report.h"
+
+#include "base/error.h"
+
+#include <algorithm>
+
+namespace velcoran::engine {
+
+using namespace Qt::StringLiterals;
+
+struct Document::Layout {
+    std::shared_ptr<const ReportData> data;
+    ReportTexts texts;
+    PageSetup setup;
+    QDateTime printTime;
+    PageMaker maker;
+    Pagination pagination;
+
+    Layout(std::shared_ptr<const ReportData> reportData, ReportTexts reportTexts, const PageSetup& pageSetup,
+           const QDateTime& time)
+        : data(std::move(reportData)),
+          texts(std::move(reportTexts)),
+          setup(pageSetup),
+          printTime(time),
+          maker(data->content(), texts, setup, printTime),
+          pagination(
+              {texts.definition.get(), &data->content(), texts.option == 1, maker.designedHeight(),
+               [this](std::uint32_t group, bool isContinued) { return maker.headingGrowth(group, isContinued); }}) {}
+    Layout(const Layout&) = delete;
+    Layout& operator=(const Layout&) = delete;
+};
+
+Document::Document(std::shared_ptr<const ReportData> data, ReportTexts texts, const PageSetup& setup,
+                   const QDateTime& printTime)
+    : m_layout(std::make_unique<const Layout>(std::move(data), std::move(texts), setup, printTime)) {}
+
+Document::Document(std::shared_ptr<const ReportData> data, const Report& report, const PageSetup& setup,
+                   const QDateTime& printTime)
+    : Document(std::move(data), report.snapshot(), setup, printTime) {}
+
+Document::~Document() = default;
+
+int Document::pageCount() const { return m_layout->pagination.pageCount(); }
+base::Twips Document::pageWidth() const { return m_layout->setup.width; }
+base::Twips Document::pageHeight() const { return m_layout->setup.height; }
+const PageSetup& Document::setup() const { return m_layout->setup; }
+const ReportData& Document::data() const { return *m_layout->data; }
+const ReportTexts& Document::texts() const { return m_layout->texts; }
+const QDateTime& Document::printTime() const { return m_layout->printTime; }
+
+QString Document::title() const {
+    const DefinitionObject* object = m_layout->texts.definition->object(u"Text1"_s);
+    return m_layout->texts.texts.value(u"Text1"_s, object == nullptr ? QString() : object->text).simplified();
+}
+
+Page Document::page(base::PageNumber number) const {
+    if (number.value < 1 || number.value > pageCount()) {
+        throw base::Error(base::kInvalidProcedureCall, u"There is no page %1."_s.arg(number.value));
+    }
+    return m_layout->maker.make(number.value, m_layout->pagination);
+}
+
+QStringList Document::pageLines(base::PageNumber number) const {
+    if (number.value < 1 || number.value > pageCount()) return {};
+    return engine::pageLines(page(number));
+}
+
+qint64 Document::groupCount() const { return m_layout->data->groupCount(); }
+
+QString Document::groupText(qint64 group) const {
+    return m_layout->maker.groupText(static_cast<std::uint32_t>(group)).simplified();
+}
+
+base::PageNumber Document::pageOfGroup(qint64 group) const {
+    return {m_layout->pagination.pageOfGroup(static_cast<std::uint32_t>(group))};
+}
+
+std::optional<base::PageNumber> Document::pageOfRow(qint64 row) const {
+    const GroupIndex& index = m_layout->data->content().index;
+    if (m_layout->texts.option == 1) return std::nullopt;
+    const auto found = std::find(index.rows.begin(), index.rows.end(), static_cast<std::uint32_t>(row));
+    if (row < 0 || found == index.rows.end()) return std::nullopt;
+    const auto place = static_cast<std::uint32_t>(found - index.rows.begin());
+    const auto behind = std::upper_bound(index.starts.begin(), index.starts.end(), place);
+    const auto group = static_cast<std::uint32_t>(behind - index.starts.begin() - 1);
+    return base::PageNumber{m_layout->pagination.pageOfDetail(group, place - index.starts[group])};
+}
+
+std::optional<qint64> Document::groupAtPage(base::PageNumber number) const {
+    const PagePlan plan = m_layout->pagination.plan(number.value);
+    if (plan.groups.empty()) return std::nullopt;
+    return plan.groups.front().group;
+}
+
+}  // namespace velcoran::engine

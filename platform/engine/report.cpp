@@ -1,0 +1,237 @@
+#include "platform/engine/report.h"
+
+#include "platform/engine/definition_model.h"
+#include "platform/engine/document.h"
+#include "platform/engine/group_rows.h"
+#include "platform/engine/row_reader.h"
+
+#include <atomic>
+#include <chrono>
+#include <thread>
+
+namespace velcoran::engine {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr std::chrono::milliseconds kProgressInterval{250};
+
+/// Columns without which documents cannot be grouped or added up.
+std::vector<ColumnRole> neededColumns(Grouping grouping) {
+    std::vector<ColumnRole> needed{ColumnRole::Moneda,      ColumnRole::ValoareNeta,  ColumnRole::ValoareTVA,
+                                   ColumnRole::ValoareTaxe, ColumnRole::ValoareBruta, ColumnRole::CursValutar};
+    if (grouping == Grouping::Day) {
+        needed.push_back(ColumnRole::DataDoc);
+    } else {
+        needed.push_back(ColumnRole::CodClient);
+        needed.push_back(ColumnRole::NumeClient);
+    }
+    return needed;
+}
+
+/// The text of a string constant of the formula language: between two quotes of one kind, a quote inside written twice.
+std::optional<QString> constantText(const QString& source) {
+    const QString trimmed = source.trimmed();
+    if (trimmed.size() < 2) return std::nullopt;
+    const QChar quote = trimmed.front();
+    if ((quote != u'\'' && quote != u'"') || trimmed.back() != quote) return std::nullopt;
+    QString text;
+    for (qsizetype i = 1; i + 1 < trimmed.size(); ++i) {
+        if (trimmed[i] == quote) {
+            if (i + 2 >= trimmed.size() || trimmed[i + 1] != quote) return std::nullopt;
+            ++i;
+        }
+        text += trimmed[i];
+    }
+    return text;
+}
+
+}  // namespace
+
+struct Report::State {
+    std::shared_ptr<const Definition> definition;
+    QMap<QString, QString> texts;
+    QMap<QString, QString> unboundTexts;
+    int option = 0;
+    db::Connection connection;
+    db::Statement statement;
+    QList<db::Column> columns;
+    ColumnBinding binding{};
+    bool isBound = false;
+
+    [[nodiscard]] const DefinitionObject& object(const QString& name, ObjectKind kind) const {
+        const DefinitionObject* found = definition->object(name);
+        if (found == nullptr || found->kind != kind) {
+            throw base::Error(base::kNoSuchObject,
+                              u"The report %1 has no object \"%2\"."_s.arg(definition->name, name));
+        }
+        return *found;
+    }
+};
+
+struct Report::Run {
+    std::thread worker;
+    std::atomic_bool stop = false;
+    db::Statement statement;
+    ColumnBinding binding{};
+    Grouping grouping = Grouping::Partner;
+    std::function<void(qint64)> progress;
+    std::function<void(RunOutcome)> finished;
+
+    void tellProgress(qint64 rows) const {
+        if (!progress) return;
+        try {
+            progress(rows);
+        } catch (...) {  // whoever watches must not end the run
+        }
+    }
+
+    RowStore readRows() {
+        RowReader reader(binding);
+        auto next = std::chrono::steady_clock::now();
+        const db::Rows rows = statement.run();
+        while (const RowBlock* block = rows.fetch()) {
+            if (stop) throw base::Cancelled();
+            reader.add(*block);
+            if (std::chrono::steady_clock::now() < next) continue;
+            tellProgress(reader.rowCount());
+            next = std::chrono::steady_clock::now() + kProgressInterval;
+        }
+        tellProgress(reader.rowCount());
+        return reader.take();
+    }
+
+    RunOutcome outcome() {
+        RunOutcome result;
+        try {
+            if (stop) throw base::Cancelled();
+            auto content = groupRows(readRows(), grouping, stop);
+            if (stop) throw base::Cancelled();
+            result.data = std::make_shared<const ReportData>(std::move(content));
+        } catch (const base::Cancelled&) {
+            result.isCancelled = true;
+        } catch (const base::Error& error) {
+            // A statement that was stopped fails with words of its provider; they are no failure.
+            result.isCancelled = stop;
+            if (!stop) result.error = error;
+        } catch (const std::bad_alloc&) {
+            result.error = base::Error(7, u"Out of memory"_s);
+        } catch (const std::exception& error) {
+            result.error = base::Error(base::kProviderFailure, QString::fromUtf8(error.what()));
+        } catch (...) {
+            result.error = base::Error(base::kProviderFailure, u"Unspecified error"_s);
+        }
+        return result;
+    }
+
+    void work() noexcept {
+        RunOutcome result = outcome();
+        try {
+            if (finished) finished(std::move(result));
+        } catch (...) {  // nobody is left to tell
+        }
+    }
+};
+
+Report::Report(std::shared_ptr<const Definition> definition) : m_state(std::make_unique<State>()) {
+    m_state->definition = std::move(definition);
+    m_state->binding.fill(-1);
+    for (const DefinitionSection& section : m_state->definition->sections) {
+        for (const DefinitionObject& object : section.objects) {
+            if (object.kind == ObjectKind::Text) m_state->texts.insert(object.name, object.text);
+        }
+    }
+}
+
+Report::~Report() { cancelAndWait(); }
+
+const Definition& Report::definition() const { return *m_state->definition; }
+QString Report::name() const { return m_state->definition->name; }
+
+void Report::setText(const QString& object, const QString& text) {
+    m_state->texts[m_state->object(object, ObjectKind::Text).name] = text;
+}
+
+QString Report::text(const QString& object) const {
+    return m_state->texts.value(m_state->object(object, ObjectKind::Text).name);
+}
+
+QMap<QString, QString> Report::texts() const { return m_state->texts; }
+
+void Report::addCommand(const db::Connection& connection, const db::Command& command) {
+    if (command.commandType != db::kCommandText) {
+        throw base::Error(base::kInvalidProcedureCall, u"Only commands of type text have rows."_s);
+    }
+    cancelAndWait();
+    m_state->isBound = false;
+    m_state->statement = connection.prepare(command.commandText);
+    m_state->connection = connection;
+    m_state->columns = m_state->statement.columns();
+}
+
+void Report::bindFields(int matchType) {
+    if (matchType != 0) throw base::Error(base::kInvalidProcedureCall, u"Fields are bound by name alone."_s);
+    if (m_state->statement.isNull()) {
+        throw base::Error(base::kInvalidProcedureCall, u"The report has no data source."_s);
+    }
+    ColumnBinding binding{};
+    binding.fill(-1);
+    for (int i = 0; i < m_state->columns.size(); ++i) {
+        const std::optional<ColumnRole> role = columnOf(m_state->columns[i].name);
+        if (role && binding[static_cast<std::size_t>(*role)] < 0) binding[static_cast<std::size_t>(*role)] = i;
+    }
+    for (const ColumnRole role : neededColumns(m_state->definition->grouping)) {
+        if (binding[static_cast<std::size_t>(role)] >= 0) continue;
+        throw base::Error(base::kNoSuchObject, u"The data source has no column \"%1\"."_s.arg(columnName(role)));
+    }
+    m_state->binding = binding;
+    m_state->isBound = true;
+}
+
+void Report::setUnboundFieldSource(const QString& field, const QString& source) {
+    const DefinitionObject& object = m_state->object(field, ObjectKind::Unbound);
+    const std::optional<QString> text = constantText(source);
+    if (!text) throw base::Error(base::kTypeMismatch, u"A string constant is needed: %1"_s.arg(source));
+    m_state->unboundTexts[object.name] = *text;
+}
+
+QString Report::unboundFieldText(const QString& field) const {
+    return m_state->unboundTexts.value(m_state->object(field, ObjectKind::Unbound).name);
+}
+
+void Report::setOption(int option) {
+    if (option != 0 && option != 1) throw base::Error(base::kInvalidProcedureCall, u"The option is 0 or 1."_s);
+    m_state->option = option;
+}
+
+int Report::option() const { return m_state->option; }
+
+ReportTexts Report::snapshot() const {
+    return {m_state->definition, m_state->texts, m_state->unboundTexts, m_state->option};
+}
+
+void Report::start(std::function<void(qint64)> progress, std::function<void(RunOutcome)> finished) {
+    cancelAndWait();
+    if (!m_state->isBound) throw base::Error(base::kInvalidProcedureCall, u"The report's fields are not bound."_s);
+    m_run = std::make_unique<Run>();
+    m_run->statement = m_state->statement;
+    m_run->binding = m_state->binding;
+    m_run->grouping = m_state->definition->grouping;
+    m_run->progress = std::move(progress);
+    m_run->finished = std::move(finished);
+    m_run->worker = std::thread([run = m_run.get()] { run->work(); });
+}
+
+void Report::cancel() {
+    if (!m_run || m_run->stop.exchange(true)) return;
+    m_run->statement.cancel();
+}
+
+void Report::cancelAndWait() {
+    cancel();
+    if (m_run && m_run->worker.joinable()) m_run->worker.join();
+    m_run.reset();
+}
+
+}  // namespace velcoran::engine
