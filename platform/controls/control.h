@@ -52,7 +52,7 @@ public:
     [[nodiscard]] virtual QVariantMap controlState() const = 0;
 
     /// Called by placeTwips after the density of the control changed.
-    virtual void densityChanged() {}
+    virtual void densityChanged();
 
 protected:
     explicit Control(QWidget* widget);
@@ -80,9 +80,12 @@ protected:
     [[nodiscard]] QStyle* controlStyle() const { return m_style.get(); }
 
 private:
+    void applyFont();
+
     QWidget* m_widget;
     std::shared_ptr<QStyle> m_style;
     std::optional<base::Colour> m_back, m_fore, m_border;
+    FontSpec m_fontSpec;
     KeyHandler m_keyHandler;
     FocusHandler m_focusHandler;
     bool m_hasFocus = false;

@@ -61,6 +61,7 @@ private:
 
     DateSections m_sections;
     std::unique_ptr<CalendarPopup> m_popup;
+    std::shared_ptr<void> m_accessibility;
 };
 
 }  // namespace velcoran::controls

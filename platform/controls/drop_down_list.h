@@ -3,9 +3,6 @@
 #include "platform/controls/control.h"
 
 #include <QComboBox>
-#include <QPointer>
-
-class QListWidget;
 
 namespace velcoran::controls {
 
@@ -45,6 +42,7 @@ signals:
     void changed(int index);
 
 protected:
+    bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
     void inputMethodEvent(QInputMethodEvent* event) override;
@@ -57,13 +55,16 @@ protected:
     bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
+    class Popup;
+
     bool moveChoice(int key);
     void completeTyped(const QString& typed);
+    void placePopup();
     void pickHighlighted();
     bool handlePopupKey(QKeyEvent& key);
 
     QString m_typed;  ///< start of the chosen item that was typed
-    std::unique_ptr<QListWidget> m_popup;
+    std::unique_ptr<Popup> m_popup;
     bool m_isFilling = false;
     bool m_isCompleting = false;
 };

@@ -47,14 +47,13 @@ public:
     /// "columns", "rows", "row", "column", "widths"; empty while no model is bound.
     [[nodiscard]] QVariantMap controlState() const override;
 
-    void reset() override;
-
 signals:
     /// A click on a data cell, which is current by then.
     void cellClicked(int row, int column);
     void currentCellChanged(int row, int column);
 
 protected:
+    bool event(QEvent* event) override;
     bool viewportEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyboardSearch(const QString& search) override;
@@ -65,20 +64,20 @@ protected:
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
-    bool focusNextPrevChild(bool isNext) override;
-    void paintEvent(QPaintEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
     void lookChanged() override;
     void densityChanged() override;
 
 private:
     [[nodiscard]] QModelIndex indexOf(int row, int column) const;
+    void keepCurrent();
     void applyWidths();
     void raiseKeyPresses(const QString& characters);
 
     KeyPressHandler m_keyPress;
     QList<base::Twips> m_widths;
     QPersistentModelIndex m_pressed;
+    int m_currentColumn = 1;
 };
 
 }  // namespace velcoran::controls

@@ -4,6 +4,8 @@
 
 #include <QLineEdit>
 
+class QMenu;
+
 namespace velcoran::controls {
 
 /// Decides about one typed character: true refuses it.
@@ -46,6 +48,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void inputMethodEvent(QInputMethodEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
@@ -61,6 +64,8 @@ private:
 
     RefusedCharacters m_refused;
     int m_limit = 0;
+    bool m_isShownEnabled = true;
+    QMenu* m_menu = nullptr;
     std::optional<QPoint> m_focusPress;  ///< where the press that gave the focus was, until its release
 };
 

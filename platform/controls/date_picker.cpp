@@ -1,0 +1,268 @@
+#include "platform/controls/date_picker.h"
+
+#include "base/error.h"
+#include "platform/controls/accessibility.h"
+#include "platform/controls/painting.h"
+
+#include <QAccessible>
+#include <QCalendarWidget>
+#include <QFrame>
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QScreen>
+#include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
+
+namespace velcoran::controls {
+
+namespace {
+
+constexpr int kTextMargin = 3;
+constexpr int kButtonWidth = 17;
+constexpr DateSection kSections[] = {DateSection::day, DateSection::month, DateSection::year};
+
+QString isoText(QDate date) { return date.toString(Qt::ISODate); }
+
+}  // namespace
+
+/// The open calendar, a window of its own that closes on a press outside.
+class DatePicker::CalendarPopup : public QFrame {
+public:
+    explicit CalendarPopup(DatePicker* owner) : QFrame(owner, Qt::Popup), m_calendar(new QCalendarWidget(this)) {
+        auto* layout = new QVBoxLayout(this);
+        layout->setContentsMargins(1, 1, 1, 1);
+        layout->addWidget(m_calendar);
+        m_calendar->setLocale(QLocale(QLocale::Romanian, QLocale::Romania));
+        m_calendar->setFirstDayOfWeek(Qt::Monday);
+        m_calendar->setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
+        m_calendar->setDateEditEnabled(false);
+        setStyle(owner->controlStyle());
+        setPalette(systemPalette());
+        for (QWidget* part : findChildren<QWidget*>()) {
+            part->setStyle(owner->controlStyle());
+            part->setPalette(systemPalette());
+        }
+    }
+
+    [[nodiscard]] QCalendarWidget* calendar() const { return m_calendar; }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QPainter painter(this);
+        drawEdge(painter, rect(), QColor::fromRgb(kLine));
+    }
+
+private:
+    QCalendarWidget* m_calendar;
+};
+
+DatePicker::DatePicker(QWidget* parent) : ControlOf(parent), m_accessibility(holdAccessibility()) {
+    setFocusPolicy(Qt::StrongFocus);
+    setAttribute(Qt::WA_InputMethodEnabled);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+}
+
+DatePicker::~DatePicker() = default;
+
+// Every change goes through here: one notification for a change of the value, none otherwise.
+template <class Step>
+void DatePicker::edit(Step step) {
+    const QDate before = value();
+    step();
+    update();
+    if (value() == before) return;
+    QAccessibleEvent told(this, QAccessible::ValueChanged);
+    QAccessible::updateAccessibility(&told);
+    emit valueChanged(value());
+}
+
+void DatePicker::setBounds(QDate minimum, QDate maximum) {
+    if (!minimum.isValid() || !maximum.isValid() || maximum < minimum)
+        throw base::Error(base::kInvalidProcedureCall, u"Limitele datei nu sunt corecte."_s);
+    edit([&] { m_sections.setBounds(minimum, maximum); });
+}
+
+void DatePicker::setValue(QDate value) {
+    if (!value.isValid() || value < minimum() || value > maximum())
+        throw base::Error(base::kInvalidProcedureCall, u"Data este in afara limitelor."_s);
+    edit([&] { m_sections.setValue(value); });
+}
+
+bool DatePicker::enter(QDate value) {
+    if (!isEnabled() || !isVisible() || !value.isValid() || value < minimum() || value > maximum()) return false;
+    closeCalendar();
+    edit([&] { m_sections.setValue(value); });
+    return true;
+}
+
+QVariantMap DatePicker::controlState() const {
+    QVariantMap state = colourState();
+    state[u"value"_s] = isoText(value());
+    state[u"min"_s] = isoText(minimum());
+    state[u"max"_s] = isoText(maximum());
+    state[u"shown"_s] = shown();
+    return state;
+}
+
+bool DatePicker::isOpen() const { return m_popup && m_popup->isVisible(); }
+
+void DatePicker::openCalendar() {
+    if (isOpen() || !isEnabled()) return;
+    edit([this] { m_sections.finishTyping(); });
+    if (!m_popup) {
+        m_popup = std::make_unique<CalendarPopup>(this);
+        m_popup->installEventFilter(this);
+        const auto pick = [this](QDate picked) { enter(picked); };
+        connect(m_popup->calendar(), &QCalendarWidget::clicked, this, pick);
+        connect(m_popup->calendar(), &QCalendarWidget::activated, this, pick);
+    }
+    QCalendarWidget* calendar = m_popup->calendar();
+    calendar->setDateRange(minimum(), maximum());
+    calendar->setSelectedDate(value());
+    calendar->setFont(makeFont({}));
+    m_popup->adjustSize();
+    QRect place(mapToGlobal(QPoint(0, height())), m_popup->size());
+    const QRect screenPlace = screen()->availableGeometry();
+    if (place.bottom() > screenPlace.bottom()) place.moveBottom(mapToGlobal(QPoint(0, -1)).y());
+    if (place.right() > screenPlace.right()) place.moveRight(screenPlace.right());
+    m_popup->setGeometry(place);
+    calendar->setFocus();
+    m_popup->show();
+}
+
+void DatePicker::closeCalendar() {
+    if (m_popup) m_popup->hide();
+}
+
+bool DatePicker::eventFilter(QObject* object, QEvent* event) {
+    if (m_popup && object == m_popup.get()) {
+        if (event->type() == QEvent::MouseButtonPress) {
+            // A press on the picker closes its calendar and must not open it again.
+            const QPoint place = mapFromGlobal(static_cast<QMouseEvent*>(event)->globalPosition().toPoint());
+            m_popup->setAttribute(Qt::WA_NoMouseReplay, rect().contains(place));
+        }
+        if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_F4) {
+            closeCalendar();
+            return true;
+        }
+    }
+    return ControlOf::eventFilter(object, event);
+}
+
+void DatePicker::typeText(const QString& text) {
+    edit([&] {
+        for (const QChar character : text) {
+            const bool isSeparator = character == u'/' || character == u'.' || character == u'-';
+            if (isSeparator)
+                m_sections.moveSection(1);
+            else
+                m_sections.type(character);
+        }
+    });
+}
+
+void DatePicker::keyPressEvent(QKeyEvent* event) {
+    const bool isAlt = event->modifiers() & Qt::AltModifier;
+    event->accept();
+    switch (event->key()) {
+        case Qt::Key_F4:
+            openCalendar();
+            return;
+        case Qt::Key_Up:
+        case Qt::Key_Down:
+            if (isAlt)
+                openCalendar();
+            else
+                edit([&] { m_sections.step(event->key() == Qt::Key_Up ? 1 : -1); });
+            return;
+        case Qt::Key_Left:
+            edit([this] { m_sections.moveSection(-1); });
+            return;
+        case Qt::Key_Right:
+            edit([this] { m_sections.moveSection(1); });
+            return;
+        case Qt::Key_Backspace:
+        case Qt::Key_Delete:
+            edit([this] { m_sections.removeTyped(); });
+            return;
+        default:
+            break;
+    }
+    const bool isTyped = !event->text().isEmpty() && event->text().front().isPrint() && !isAlt;
+    if (isTyped && !(event->modifiers() & Qt::ControlModifier))
+        typeText(event->text());
+    else
+        event->ignore();
+}
+
+void DatePicker::inputMethodEvent(QInputMethodEvent* event) {
+    typeText(event->commitString());
+    event->accept();
+}
+
+void DatePicker::focusOutEvent(QFocusEvent* event) {
+    if (event->reason() != Qt::PopupFocusReason) {
+        closeCalendar();
+        edit([this] { m_sections.finishTyping(); });
+    }
+    ControlOf::focusOutEvent(event);
+}
+
+void DatePicker::mousePressEvent(QMouseEvent* event) {
+    event->accept();
+    if (event->button() != Qt::LeftButton) return;
+    const QPoint place = event->position().toPoint();
+    if (buttonRect().contains(place)) {
+        isOpen() ? closeCalendar() : openCalendar();
+        return;
+    }
+    DateSection pressed = DateSection::year;
+    for (const DateSection section : {DateSection::month, DateSection::day})
+        if (place.x() <= sectionRect(section).right() + 1) pressed = section;
+    edit([&] { m_sections.setSection(pressed); });
+}
+
+void DatePicker::wheelEvent(QWheelEvent* event) { event->ignore(); }
+
+QRect DatePicker::buttonRect() const {
+    const int side = qMin(kButtonWidth * qRound(densityOf(this)) / 96, width() / 3);
+    return {width() - 1 - side, 1, side, height() - 2};
+}
+
+QRect DatePicker::sectionRect(DateSection section) const {
+    const QFontMetrics metrics = fontMetrics();
+    int left = kTextMargin;
+    for (const DateSection each : kSections) {
+        const int width = metrics.horizontalAdvance(m_sections.text(each));
+        if (each == section) return {left, (height() - metrics.height()) / 2, width, metrics.height()};
+        left += width + metrics.horizontalAdvance(u'/');
+    }
+    return {};
+}
+
+void DatePicker::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    const bool isLive = isOwnEnabled();
+    const QColor colour = textColour(kBlack);
+    painter.fillRect(rect(), isLive ? back(kWhite) : QColor::fromRgb(kFace));
+    painter.setClipRect(rect().adjusted(1, 1, -1 - buttonRect().width(), -1));
+    for (const DateSection section : kSections) {
+        const QRect place = sectionRect(section);
+        const bool isMarked = hasFocus() && section == m_sections.section();
+        if (isMarked) painter.fillRect(place, QColor::fromRgb(kHighlight));
+        painter.setPen(isMarked ? QColor::fromRgb(kWhite) : colour);
+        const int flags = Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine | Qt::TextDontClip;
+        painter.drawText(place, flags, m_sections.text(section));
+        painter.setPen(colour);
+        if (section != DateSection::year) painter.drawText(place.translated(place.width(), 0), flags, u"/"_s);
+    }
+    painter.setClipping(false);
+    painter.fillRect(buttonRect(), QColor::fromRgb(kFace));
+    painter.fillRect(QRect(buttonRect().topLeft(), QSize(1, buttonRect().height())), QColor::fromRgb(kLine));
+    drawArrow(painter, buttonRect(), isLive ? QColor::fromRgb(kBlack) : QColor::fromRgb(kDisabledText));
+    drawEdge(painter, rect(), hasFocus() ? QColor::fromRgb(kHighlight) : QColor::fromRgb(kLine));
+}
+
+}  // namespace velcoran::controls

@@ -1,0 +1,99 @@
+#include "platform/controls/look.h"
+
+#include "platform/controls/control.h"
+
+#include <QFontDatabase>
+#include <QProxyStyle>
+#include <QRect>
+#include <QStyleFactory>
+#include <QVariant>
+#include <QWidget>
+
+using namespace Qt::StringLiterals;
+
+namespace velcoran::controls {
+
+namespace {
+
+constexpr char kTwipsProperty[] = "twips";
+constexpr char kDensityProperty[] = "density";
+
+/// Menus and lists that open over the window take the keys at once, without effects that need a timer.
+class ControlStyle : public QProxyStyle {
+public:
+    ControlStyle() : QProxyStyle(QStyleFactory::create(u"Fusion"_s)) {}
+
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* returned) const override {
+        switch (hint) {
+            case SH_Widget_Animation_Duration:
+            case SH_ScrollBar_Transient:
+                return 0;
+            case SH_ItemView_MovementWithoutUpdatingSelection:
+                return 1;
+            default:
+                return QProxyStyle::styleHint(hint, option, widget, returned);
+        }
+    }
+};
+
+int edge(base::Twips position, double density) { return position.toPixels(density); }
+
+}  // namespace
+
+QFont makeFont(const FontSpec& spec) {
+    QFont font;
+    if (spec.family == u"Arial"_s) {
+        font.setFamilies({u"Arial"_s, u"Liberation Sans"_s});
+        if (!QFontDatabase::hasFamily(u"Arial"_s)) font.setFamilies({u"Liberation Sans"_s, u"Arial"_s});
+    } else {
+        font.setFamilies({spec.family});
+    }
+    font.setPointSizeF(spec.points);
+    font.setBold(spec.isBold);
+    font.setItalic(false);
+    return font;
+}
+
+void placeTwips(QWidget* widget, base::TwipsRect place, double density) {
+    const bool isDensityNew = widget->property(kDensityProperty).toDouble() != density;
+    widget->setProperty(kTwipsProperty,
+                        QRect(place.left.value, place.top.value, place.width.value, place.height.value));
+    widget->setProperty(kDensityProperty, density);
+    const int left = edge(place.left, density);
+    const int top = edge(place.top, density);
+    const int right = edge(place.left + place.width, density);
+    const int bottom = edge(place.top + place.height, density);
+    widget->setGeometry(left, top, right - left, bottom - top);
+    Control* control = Control::of(widget);
+    if (control != nullptr && isDensityNew) control->densityChanged();
+}
+
+base::TwipsRect twipsOf(const QWidget* widget) {
+    const QVariant stored = widget->property(kTwipsProperty);
+    if (stored.isValid()) {
+        const QRect place = stored.toRect();
+        return {{place.x()}, {place.y()}, {place.width()}, {place.height()}};
+    }
+    const double density = densityOf(widget);
+    const QRect place = widget->geometry();
+    return {base::Twips::fromPixels(place.x(), density), base::Twips::fromPixels(place.y(), density),
+            base::Twips::fromPixels(place.width(), density), base::Twips::fromPixels(place.height(), density)};
+}
+
+double densityOf(const QWidget* widget) {
+    const double density = widget->property(kDensityProperty).toDouble();
+    return density > 0 ? density : widget->logicalDpiX();
+}
+
+std::shared_ptr<QStyle> sharedStyle() {
+    static std::weak_ptr<QStyle> shared;
+    std::shared_ptr<QStyle> style = shared.lock();
+    if (!style) {
+        style = std::make_shared<ControlStyle>();
+        shared = style;
+    }
+    return style;
+}
+
+}  // namespace velcoran::controls
