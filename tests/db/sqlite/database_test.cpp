@@ -1,0 +1,176 @@
+#include "db/sqlite/database.h"
+
+#include "support/test_data.h"
+#include "test_file.h"
+
+#include "base/error.h"
+
+#include <QFile>
+
+#include <future>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+namespace velcoran::sqlite {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr QStringView kEndless =
+    u"WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n) SELECT count(*) FROM n";
+
+struct ErrorCase {
+    const char* statement;
+    std::int32_t number;
+};
+
+TEST(Database, refusesEverythingButOneSelect) {
+    constexpr ErrorCase kCases[] = {
+        {"SELECT An FROM An", 0},
+        {"SELECT An FROM An;", 0},
+        {"  SELECT 1 ; ; -- nothing\n /* more */", 0},
+        {"WITH x AS (SELECT 1) SELECT * FROM x", 0},
+        {"SELECT 1; SELECT 2", base::kStatementError},
+        {"SELECT 1; DELETE FROM An", base::kStatementError},
+        {"SELECT 1; '", base::kStatementError},
+        {"INSERT INTO An VALUES (1)", base::kStatementError},
+        {"UPDATE An SET An = 1", base::kStatementError},
+        {"DELETE FROM An", base::kStatementError},
+        {"DROP TABLE An", base::kStatementError},
+        {"CREATE TEMP TABLE x (a)", base::kStatementError},
+        {"PRAGMA user_version", base::kStatementError},
+        {"PRAGMA query_only = OFF", base::kStatementError},
+        {"SELECT * FROM pragma_user_version", base::kStatementError},
+        {"ATTACH 'x.db' AS x", base::kStatementError},
+        {"BEGIN", base::kStatementError},
+        {"VACUUM INTO 'x.db'", base::kStatementError},
+        {"EXPLAIN SELECT 1", base::kStatementError},
+        {"", base::kStatementError},
+        {"-- only a comment", base::kStatementError},
+        {"SELECT An FROM Lipsa", base::kNoSuchObject},
+        {"SELECT Lipsa FROM An", base::kStatementError},
+        {"SELECT \"lipsa\" FROM An", base::kStatementError},
+        {"SELECT 'deschis", base::kStatementError},
+        {"SELECT p FROM ALFA.dbo.CPP ORDER BY p", base::kStatementError},
+        {"SELECT abs(-9223372036854775808)", base::kStatementError},
+    };
+    const TestFile file("CREATE TABLE An (An INTEGER); INSERT INTO An VALUES (2026);");
+    for (const ErrorCase& one : kCases)
+        EXPECT_EQ(file.errorNumber(QString::fromUtf8(one.statement)), one.number) << one.statement;
+    EXPECT_EQ(file.value(u"SELECT An FROM An"_s), u"2026"_s);
+}
+
+TEST(Database, keepsTheDatabasesWords) {
+    const TestFile file;
+    try {
+        static_cast<void>(file.connection().prepare(u"SELECT x FROM Lipsa"_s));
+        ADD_FAILURE();
+    } catch (const base::Error& error) {
+        EXPECT_EQ(error.description(), u"no such table: Lipsa"_s);
+    }
+}
+
+TEST(Database, opensNothingThatIsNoDatabase) {
+    const QTemporaryDir folder;
+    QFile text(folder.filePath(u"text"_s));
+    ASSERT_TRUE(text.open(QIODevice::WriteOnly));
+    text.write(QByteArray(5000, 'x'));
+    text.close();
+    for (const QString& path : {folder.filePath(u"missing"_s), folder.path(), text.fileName()}) {
+        try {
+            static_cast<void>(openDatabase(path));
+            ADD_FAILURE() << path.toStdString();
+        } catch (const base::Error& error) {
+            EXPECT_EQ(error.number(), base::kProviderFailure);
+            EXPECT_TRUE(error.description().startsWith(path + u": "_s)) << error.what();
+        }
+    }
+    EXPECT_FALSE(QFile::exists(folder.filePath(u"missing"_s)));
+}
+
+TEST(Database, closedConnectionFailsEveryCall) {
+    const TestFile file("CREATE TABLE An (An INTEGER); INSERT INTO An VALUES (2026), (2027);");
+    const db::Connection& connection = file.connection();
+    const db::Rows open = connection.execute(u"SELECT An FROM An"_s);
+    ASSERT_NE(open.fetch(1), nullptr);
+    const db::Statement prepared = connection.prepare(u"SELECT An FROM An"_s);
+    EXPECT_EQ(connection.interface()->State(), kStateOpen);
+    EXPECT_TRUE(connection.isFreeThreaded());
+    closeDatabase(connection.interface());
+    closeDatabase(connection.interface());
+    EXPECT_EQ(connection.interface()->State(), kStateClosed);
+    const std::function<void()> calls[] = {[&] { static_cast<void>(connection.execute(u"SELECT 1"_s)); },
+                                           [&] { static_cast<void>(connection.openRowset(u"SELECT 1"_s)); },
+                                           [&] { static_cast<void>(connection.prepare(u"SELECT 1"_s)); },
+                                           [&] { static_cast<void>(prepared.run()); },
+                                           [&] { static_cast<void>(open.fetch()); }};
+    for (const auto& call : calls) {
+        try {
+            call();
+            ADD_FAILURE();
+        } catch (const base::Error& error) {
+            EXPECT_EQ(error.number(), base::kInvalidConnection);
+        }
+    }
+}
+
+/// Runs an endless statement on a thread, cancels it and gives what it ended with.
+template <class CancelCall>
+base::Error cancelledError(const db::Connection& connection, const db::Rows& rows, CancelCall cancel) {
+    auto ended = std::async(std::launch::async, [&] {
+        try {
+            static_cast<void>(rows.fetch());
+        } catch (const base::Error& error) {
+            return error;
+        }
+        return base::Error(0, u"it ended by itself"_s);
+    });
+    EXPECT_EQ(ended.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+    cancel();
+    EXPECT_EQ(ended.wait_for(std::chrono::seconds(20)), std::future_status::ready);
+    static_cast<void>(connection);
+    return ended.get();
+}
+
+TEST(Database, isUsableAfterACancel) {
+    const TestFile file;
+    const db::Connection& connection = file.connection();
+    const db::Rows first = connection.execute(kEndless.toString());
+    EXPECT_EQ(cancelledError(connection, first, [&] { connection.cancel(); }).number(), base::kProviderFailure);
+    EXPECT_EQ(file.value(u"SELECT 1"_s), u"1"_s);
+    const db::Rows second = connection.execute(kEndless.toString());
+    EXPECT_EQ(cancelledError(connection, second, [&] { second.cancel(); }).number(), base::kProviderFailure);
+    EXPECT_EQ(file.value(u"SELECT 1"_s), u"1"_s);
+    connection.cancel();
+    EXPECT_EQ(file.value(u"SELECT 1"_s), u"1"_s) << "a cancel while nothing runs is forgotten";
+}
+
+TEST(Database, cancelBetweenFetchesFailsTheNextOne) {
+    const TestFile file;
+    const db::Statement statement = file.connection().prepare(u"SELECT 1 UNION SELECT 2"_s);
+    const db::Rows rows = statement.run();
+    ASSERT_NE(rows.fetch(1), nullptr);
+    const db::Rows other = file.connection().execute(u"SELECT 3"_s);
+    rows.cancel();
+    EXPECT_NE(other.fetch(), nullptr) << "another statement's rows are not touched";
+    EXPECT_THROW(static_cast<void>(rows.fetch(1)), base::Error);
+    EXPECT_EQ(statement.run().fetch()->rowCount, 2U);
+}
+
+TEST(Database, busyConnectionLetsCallsWaitTheirTurn) {
+    const TestFile file;
+    const db::Connection& connection = file.connection();
+    const db::Rows endless = connection.execute(kEndless.toString());
+    std::future<QString> waiting;
+    const base::Error error = cancelledError(connection, endless, [&] {
+        waiting = std::async(std::launch::async, [&] { return file.value(u"SELECT 5"_s); });
+        EXPECT_EQ(waiting.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+        endless.cancel();
+    });
+    EXPECT_EQ(error.number(), base::kProviderFailure);
+    EXPECT_EQ(waiting.get(), u"5"_s);
+}
+
+}  // namespace
+}  // namespace velcoran::sqlite

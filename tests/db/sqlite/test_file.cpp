@@ -1,0 +1,40 @@
+#include "test_file.h"
+
+#include "db/row_set.h"
+#include "db/sqlite/database.h"
+
+#include <sqlite3.h>
+
+#include <gtest/gtest.h>
+
+namespace velcoran::sqlite {
+
+TestFile::TestFile(const char* script) {
+    sqlite3* database = nullptr;
+    EXPECT_EQ(sqlite3_open(path().toUtf8().constData(), &database), SQLITE_OK);
+    const std::string whole = std::string("PRAGMA user_version = 1;") + script;
+    EXPECT_EQ(sqlite3_exec(database, whole.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(database);
+    sqlite3_close(database);
+    m_connection = db::Connection(openDatabase(path()));
+}
+
+QString TestFile::value(const QString& statement) const {
+    db::RowSet rows;
+    db::DirectCallRunner runner;
+    rows.open(m_connection, statement, runner);
+    return rows.field(0).value_or(QStringLiteral("<null>"));
+}
+
+std::int32_t TestFile::errorNumber(const QString& statement) const {
+    try {
+        const db::Rows rows = m_connection.execute(statement);
+        while (rows.fetch() != nullptr) {
+        }
+    } catch (const base::Error& error) {
+        EXPECT_FALSE(error.description().isEmpty());
+        return error.number();
+    }
+    return 0;
+}
+
+}  // namespace velcoran::sqlite
