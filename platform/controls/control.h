@@ -4,6 +4,7 @@
 #include "platform/controls/look.h"
 
 #include <QChar>
+#include <QEvent>
 #include <QVariantMap>
 #include <QWidget>
 

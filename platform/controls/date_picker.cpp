@@ -73,7 +73,7 @@ void DatePicker::edit(Step step) {
     step();
     update();
     if (value() == before) return;
-    QAccessibleEvent told(this, QAccessible::ValueChanged);
+    QAccessibleValueChangeEvent told(this, shown());
     QAccessible::updateAccessibility(&told);
     emit valueChanged(value());
 }
