@@ -1,0 +1,75 @@
+#include "db/odbc/connection.h"
+
+#include "db/odbc/rows.h"
+#include "db/odbc/session.h"
+
+namespace velcoran::odbc {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+class Connection final : public com::Object<IConnection> {
+public:
+    Connection(const QString& text, const Waits& waits) : m_session(std::make_shared<Session>(text, waits)) {}
+
+    std::int32_t State() override { return m_session->isOpen() ? kStateOpen : kStateClosed; }
+
+    com::HResult Execute(com::Bstr text, IRows** rows) override {
+        return com::guarded([&] {
+            if (rows == nullptr) return com::kNullPointer;
+            *rows = nullptr;
+            const auto statement = com::makeObject<Statement>(m_session);
+            statement->execute(com::toQString(text));
+            *rows = com::Ref<IRows>(statement.get()).release();
+            return com::kOk;
+        });
+    }
+
+    com::HResult OpenRowset(com::Bstr text, std::int32_t cursorLocation, std::int32_t, std::int32_t,
+                            IRows** rows) override {
+        if (cursorLocation != kCursorClient) {
+            return com::guarded(
+                [] { throw base::Error(base::kInvalidProcedureCall, u"Only client-side row sets can be opened"_s); });
+        }
+        return Execute(text, rows);
+    }
+
+    com::HResult Prepare(com::Bstr text, IStatement** statement) override {
+        return com::guarded([&] {
+            if (statement == nullptr) return com::kNullPointer;
+            *statement = nullptr;
+            auto prepared = com::makeObject<Statement>(m_session);
+            prepared->prepare(com::toQString(text));
+            *statement = prepared.release();
+            return com::kOk;
+        });
+    }
+
+    com::HResult Cancel() override {
+        m_session->cancelAll();
+        return com::kOk;
+    }
+
+    void close() { m_session->close(); }
+
+protected:
+    [[nodiscard]] bool answersTo(const com::Guid& id) const override { return id == IFreeThreadedConnection::kId; }
+
+private:
+    std::shared_ptr<Session> m_session;
+};
+
+}  // namespace
+
+com::Ref<IConnection> openConnection(const QString& connectionText, const Waits& waits) {
+    return com::Ref<IConnection>(com::makeObject<Connection>(connectionText, waits).get());
+}
+
+void closeConnection(const com::Ref<IConnection>& connection) {
+    auto* own = dynamic_cast<Connection*>(connection.get());
+    if (own == nullptr) throw base::Error(base::kInvalidProcedureCall, u"Not a connection of this provider"_s);
+    own->close();
+}
+
+}  // namespace velcoran::odbc

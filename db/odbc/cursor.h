@@ -1,0 +1,68 @@
+#pragma once
+
+#include "db/odbc/fetcher.h"
+#include "db/odbc/link.h"
+
+#include <QString>
+
+#include <deque>
+#include <exception>
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace velcoran::odbc {
+
+/// The driver's side of one statement. Its functions are for the worker's steps, one at a time; the columns and the
+/// block that next() filled are read by the statement's owner between steps.
+class Cursor {
+public:
+    explicit Cursor(std::shared_ptr<Link> link);
+    /// Frees the handle; on the worker, unless the link is disconnected.
+    ~Cursor();
+    Cursor(const Cursor&) = delete;
+    Cursor& operator=(const Cursor&) = delete;
+
+    /// Runs a text at once. @throws Error; Cancelled
+    void execute(const QString& text, const SharedToken& token);
+    /// Prepares a text and describes its columns. @throws Error; Cancelled
+    void prepare(const QString& text, const SharedToken& token);
+    /// Runs what was prepared, again from its first row when it ran before. @throws Error; Cancelled
+    void run(const SharedToken& token);
+    /// Reads on into block(). @return false at the end @throws Error; Cancelled; the statement is closed then
+    bool next(const CancelToken& token);
+    /// Reads the rest of the rows into memory, because another statement needs the connection. A failure is kept for
+    /// the next(). @param token  of the other statement
+    void storeRows(const CancelToken& token) noexcept;
+    /// Ends the run; the statement can run again. What is left of its rows is given up.
+    void close() noexcept;
+    /// Frees the handle.
+    void release() noexcept;
+
+    [[nodiscard]] const std::vector<ColumnPlan>& columns() const { return m_plans; }
+    [[nodiscard]] const Block& block() const { return m_block; }
+
+private:
+    enum class State { Closed, Open, Stored, AtEnd };
+
+    void start(const SharedToken& token, const std::function<SQLRETURN()>& call);
+    void describe(const CancelToken& token);
+    [[nodiscard]] DriverColumn describeColumn(SQLUSMALLINT number, const CancelToken& token);
+    void skipEmptyResults(const CancelToken& token);
+    bool fetch(Block& block, const CancelToken& token);
+    bool takeStored();
+    void finish(const CancelToken& token);
+    void endRun() noexcept;
+    [[nodiscard]] Block emptyBlock() const;
+
+    std::shared_ptr<Link> m_link;
+    StatementHandle m_statement;
+    std::vector<ColumnPlan> m_plans;
+    std::unique_ptr<Fetcher> m_fetcher;
+    State m_state = State::Closed;
+    Block m_block;
+    std::deque<Block> m_stored;
+    std::exception_ptr m_storedFailure;
+};
+
+}  // namespace velcoran::odbc

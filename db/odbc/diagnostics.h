@@ -1,0 +1,44 @@
+#pragma once
+
+#include "base/error.h"
+#include "db/odbc/handles.h"
+
+#include <QList>
+#include <QLoggingCategory>
+#include <QString>
+
+namespace velcoran::odbc {
+
+class Secrets;
+
+/// Warnings of drivers and other diagnostics; off unless switched on by the category's name, "velcoran.odbc".
+Q_DECLARE_LOGGING_CATEGORY(logOdbc)
+
+/// The published number of a refused login, 0x80040E4D.
+constexpr std::int32_t kAuthenticationFailed = -2147217843;
+
+struct DiagnosticRecord {
+    QString state;  ///< SQLSTATE, five characters
+    std::int32_t nativeNumber = 0;
+    QString text;  ///< the words without the bracketed names of driver and component
+};
+
+/// What was going on when a call failed: what is a statement's fault later is the connection's fault while it opens.
+enum class Phase { Connecting, Running };
+
+/// Every record of the handle's last call.
+[[nodiscard]] QList<DiagnosticRecord> readDiagnostics(SQLSMALLINT handleType, SQLHANDLE handle);
+
+/// One error from all records: their words one below the other, each once, secrets hidden; the number from the record
+/// that says most.
+[[nodiscard]] base::Error errorOf(const QList<DiagnosticRecord>& records, Phase phase, const Secrets& secrets);
+
+/// True when the driver says that the call was cancelled.
+[[nodiscard]] bool isCancelled(const QList<DiagnosticRecord>& records);
+/// True when a record is about the connection itself.
+[[nodiscard]] bool isConnectionLost(const QList<DiagnosticRecord>& records);
+
+/// The words of a message without leading "[vendor][component]" names.
+[[nodiscard]] QString withoutPrefixes(const QString& message);
+
+}  // namespace velcoran::odbc

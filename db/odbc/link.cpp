@@ -1,0 +1,152 @@
+#include "db/odbc/link.h"
+
+#include "db/odbc/cursor.h"
+
+#include <algorithm>
+
+namespace velcoran::odbc {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+SQLPOINTER attributeValue(std::uintptr_t value) { return reinterpret_cast<SQLPOINTER>(value); }
+
+/// Pointers to wide texts are not const in the interface; drivers do not write through them.
+SQLWCHAR* wideText(const QString& text) { return reinterpret_cast<SQLWCHAR*>(const_cast<ushort*>(text.utf16())); }
+
+SQLUINTEGER readNumber(SQLHDBC connection, SQLUSMALLINT information) {
+    SQLUINTEGER value = 0;
+    const SQLRETURN result = SQLGetInfoW(connection, information, &value, sizeof value, nullptr);
+    return SQL_SUCCEEDED(result) ? value : 0;
+}
+
+QString readText(SQLHDBC connection, SQLUSMALLINT information) {
+    constexpr std::size_t kUnits = 128;
+    SQLWCHAR text[kUnits] = {};
+    SQLSMALLINT bytes = 0;
+    const SQLRETURN result = SQLGetInfoW(connection, information, text, sizeof text, &bytes);
+    if (!SQL_SUCCEEDED(result)) return {};
+    return QString::fromUtf16(reinterpret_cast<const char16_t*>(text));
+}
+
+void logWarnings(const QList<DiagnosticRecord>& records, const Secrets& secrets) {
+    for (const DiagnosticRecord& record : records)
+        qCDebug(logOdbc) << record.state << record.nativeNumber << secrets.scrub(record.text);
+}
+
+}  // namespace
+
+Link::Link() : m_gate(std::make_shared<CancelGate>([](void* statement) { SQLCancel(statement); })) {}
+
+Link::~Link() { disconnect(); }
+
+void Link::connect(const QString& text, std::chrono::milliseconds wait) {
+    m_secrets = Secrets(text);
+    const auto require = [this](SQLRETURN result, SQLSMALLINT type, SQLHANDLE handle) {
+        if (result == SQL_SUCCESS) return;
+        const QList<DiagnosticRecord> records = readDiagnostics(type, handle);
+        if (!SQL_SUCCEEDED(result)) throw errorOf(records, Phase::Connecting, m_secrets);
+        logWarnings(records, m_secrets);
+    };
+    // An environment of its own: the driver manager may let only one call at a time into an environment.
+    SQLHANDLE handle = nullptr;
+    if (!SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, &handle)))
+        throw base::Error(base::kProviderFailure, u"The driver manager does not start"_s);
+    m_environment = EnvironmentHandle(handle);
+    require(SQLSetEnvAttr(m_environment.get(), SQL_ATTR_ODBC_VERSION, attributeValue(SQL_OV_ODBC3), 0), SQL_HANDLE_ENV,
+            m_environment.get());
+    require(SQLAllocHandle(SQL_HANDLE_DBC, m_environment.get(), &handle), SQL_HANDLE_ENV, m_environment.get());
+    m_connection = ConnectionHandle(handle);
+    const auto seconds = std::max<std::int64_t>(1, std::chrono::duration_cast<std::chrono::seconds>(wait).count());
+    SQLSetConnectAttrW(m_connection.get(), SQL_ATTR_LOGIN_TIMEOUT, attributeValue(static_cast<std::uintptr_t>(seconds)),
+                       SQL_IS_UINTEGER);
+    require(SQLDriverConnectW(m_connection.get(), nullptr, wideText(text), SQL_NTS, nullptr, 0, nullptr,
+                              SQL_DRIVER_NOPROMPT),
+            SQL_HANDLE_DBC, m_connection.get());
+    m_isConnected = true;
+    // A wish: drivers that do not know the attribute refuse it.
+    SQLSetConnectAttrW(m_connection.get(), SQL_ATTR_ACCESS_MODE, attributeValue(SQL_MODE_READ_ONLY), SQL_IS_UINTEGER);
+    readTraits();
+}
+
+void Link::readTraits() {
+    constexpr SQLUINTEGER kAnyBound = SQL_GD_ANY_COLUMN | SQL_GD_ANY_ORDER | SQL_GD_BOUND;
+    const SQLUINTEGER extensions = readNumber(m_connection.get(), SQL_GETDATA_EXTENSIONS);
+    m_traits.isLoose = readText(m_connection.get(), SQL_DBMS_NAME).startsWith(u"SQLite", Qt::CaseInsensitive);
+    m_traits.canReread = (extensions & kAnyBound) == kAnyBound;
+    m_traits.canRereadInBlock = m_traits.canReread && (extensions & SQL_GD_BLOCK) != 0;
+}
+
+void Link::disconnect() noexcept {
+    for (Cursor* cursor : std::exchange(m_cursors, {})) cursor->release();
+    m_openCursor = nullptr;
+    if (m_isConnected) SQLDisconnect(m_connection.get());
+    m_isConnected = false;
+    m_connection.reset();
+    m_environment.reset();
+}
+
+StatementHandle Link::allocateStatement() {
+    SQLHANDLE handle = nullptr;
+    if (!SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_STMT, m_connection.get(), &handle)))
+        throw errorOf(readDiagnostics(SQL_HANDLE_DBC, m_connection.get()), Phase::Running, m_secrets);
+    StatementHandle statement(handle);
+    // Values may hold braces; a driver that looks for escape sequences would take them for some.
+    SQLSetStmtAttrW(statement.get(), SQL_ATTR_NOSCAN, attributeValue(SQL_NOSCAN_ON), SQL_IS_UINTEGER);
+    return statement;
+}
+
+bool Link::isDead() const {
+    SQLUINTEGER dead = SQL_CD_FALSE;
+    const SQLRETURN result =
+        SQLGetConnectAttrW(m_connection.get(), SQL_ATTR_CONNECTION_DEAD, &dead, sizeof dead, nullptr);
+    return SQL_SUCCEEDED(result) && dead == SQL_CD_TRUE;
+}
+
+SQLRETURN Link::check(SQLRETURN result, const CancelToken& token, const StatementHandle& statement) {
+    if (result == SQL_SUCCESS || result == SQL_NO_DATA) {
+        if (token.isRequested()) throw base::Cancelled();
+        return result;
+    }
+    const QList<DiagnosticRecord> records = readDiagnostics(SQL_HANDLE_STMT, statement.get());
+    if (!SQL_SUCCEEDED(result) && (isConnectionLost(records) || isDead())) noteLost();
+    if (token.isRequested()) throw base::Cancelled();
+    if (SQL_SUCCEEDED(result)) {
+        logWarnings(records, m_secrets);
+        return result;
+    }
+    const base::Error error = errorOf(records, Phase::Running, m_secrets);
+    if (isLost()) throw base::Error(base::kProviderFailure, error.description(), error.source());
+    if (isCancelled(records)) throw base::Cancelled();
+    throw error;
+}
+
+void Link::open(Cursor& cursor, const SharedToken& token) {
+    if (m_openCursor != nullptr && m_openCursor != &cursor) m_openCursor->storeRows(*token);
+    m_openCursor = &cursor;
+    setOpenToken(token);
+}
+
+void Link::noteClosed(const Cursor& cursor) {
+    if (m_openCursor != &cursor) return;
+    m_openCursor = nullptr;
+    setOpenToken(nullptr);
+}
+
+void Link::strikeOff(const Cursor& cursor) {
+    noteClosed(cursor);
+    std::erase(m_cursors, &cursor);
+}
+
+SharedToken Link::openToken() const {
+    const std::scoped_lock lock(m_tokenMutex);
+    return m_openToken.lock();
+}
+
+void Link::setOpenToken(const SharedToken& token) {
+    const std::scoped_lock lock(m_tokenMutex);
+    m_openToken = token;
+}
+
+}  // namespace velcoran::odbc

@@ -1,0 +1,83 @@
+#pragma once
+
+#include "db/odbc/connection_text.h"
+#include "db/odbc/diagnostics.h"
+#include "db/odbc/handles.h"
+#include "db/odbc/worker.h"
+
+#include <QString>
+
+#include <chrono>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+namespace velcoran::odbc {
+
+class Cursor;
+
+/// What a driver can do, asked once.
+struct DriverTraits {
+    bool isLoose = false;           ///< values are not held to their column's type and length
+    bool canReread = false;         ///< SQLGetData works on bound columns, in any order
+    bool canRereadInBlock = false;  ///< also on any row of a block
+};
+
+/// The driver's side of a connection: the handles, and the statement that is open. All functions are for the worker's
+/// steps alone, except where they say otherwise.
+class Link {
+public:
+    Link();
+    ~Link();
+    Link(const Link&) = delete;
+    Link& operator=(const Link&) = delete;
+
+    /// @throws Error kProviderFailure, kAuthenticationFailed
+    void connect(const QString& text, std::chrono::milliseconds wait);
+    /// Frees everything. Never throws, does nothing the second time.
+    void disconnect() noexcept;
+
+    [[nodiscard]] const DriverTraits& traits() const { return m_traits; }
+    [[nodiscard]] StatementHandle allocateStatement();
+
+    /// Makes a driver call on a statement, so that a cancel can end it. @return the driver's result, unchecked
+    template <class Call>
+    SQLRETURN call(const CancelToken& token, const StatementHandle& statement, Call call) {
+        return m_gate->pass(token, statement.get(), call);
+    }
+    /// Looks at a result. SQL_NO_DATA passes, warnings are logged.
+    /// @throws Cancelled when the token wishes it or the driver says so; Error; a lost connection is noted
+    SQLRETURN check(SQLRETURN result, const CancelToken& token, const StatementHandle& statement);
+
+    /// Makes a cursor the open one; the one that was open reads its rows into memory first.
+    void open(Cursor& cursor, const SharedToken& token);
+    void noteClosed(const Cursor& cursor);
+    void enlist(Cursor& cursor) { m_cursors.push_back(&cursor); }
+    void strikeOff(const Cursor& cursor);
+
+    /// Any thread.
+    [[nodiscard]] const std::shared_ptr<CancelGate>& gate() const { return m_gate; }
+    [[nodiscard]] bool isLost() const { return m_isLost.load(); }
+    void noteLost() { m_isLost.store(true); }
+    /// The token of the open statement, also between its calls; may be null.
+    [[nodiscard]] SharedToken openToken() const;
+
+private:
+    void readTraits();
+    [[nodiscard]] bool isDead() const;
+    void setOpenToken(const SharedToken& token);
+
+    std::shared_ptr<CancelGate> m_gate;
+    EnvironmentHandle m_environment;
+    ConnectionHandle m_connection;
+    bool m_isConnected = false;
+    Secrets m_secrets;
+    DriverTraits m_traits;
+    Cursor* m_openCursor = nullptr;
+    std::vector<Cursor*> m_cursors;
+    std::atomic<bool> m_isLost{false};
+    mutable std::mutex m_tokenMutex;
+    std::weak_ptr<CancelToken> m_openToken;
+};
+
+}  // namespace velcoran::odbc
