@@ -259,7 +259,46 @@ void TextSums::leave() {
     if (frame.isTextFunction || frame.givesText || isPlainText) m_frames.back().isText = true;
 }
 
+/// Name of an entry "a.b.[c]"; empty for any other.
+QString nameOfEntry(const QList<Token>& entry) {
+    for (qsizetype i = 0; i < entry.size(); ++i) {
+        const bool isName = entry[i].kind == TokenKind::Word || entry[i].kind == TokenKind::Name;
+        if (i % 2 == 0 ? !isName : !entry[i].isOperator(u".")) return {};
+    }
+    if (entry.size() % 2 == 0) return {};
+    const Token& last = entry.last();
+    return (last.kind == TokenKind::Name ? last.text.sliced(1, last.text.size() - 2) : last.text).toString();
+}
+
 }  // namespace
+
+QStringList writtenColumnNames(const QString& text) {
+    QList<Token> tokens;
+    for (const Token& token : tokenize(text))
+        if (token.isMeaningful()) tokens.append(token);
+    if (tokens.isEmpty() || !tokens.first().isWord(u"select")) return {};
+    tokens.removeFirst();
+    if (!tokens.isEmpty() && (tokens.first().isWord(u"distinct") || tokens.first().isWord(u"all")))
+        tokens.removeFirst();
+    QStringList names;
+    QList<Token> entry;
+    int depth = 0;
+    for (const Token& token : tokens) {
+        if (token.isOperator(u"(")) ++depth;
+        if (token.isOperator(u")")) --depth;
+        const bool isEnd = depth == 0 && token.isWord(u"from");
+        if (isEnd || (depth == 0 && token.isOperator(u","))) {
+            names.append(nameOfEntry(entry));
+            entry.clear();
+        } else {
+            entry.append(token);
+        }
+        if (entry.size() == 1 && token.isOperator(u"*")) return {};
+        if (isEnd) return names;
+    }
+    names.append(nameOfEntry(entry));
+    return names;
+}
 
 QString rewrite(const QString& text) {
     std::vector<Piece> pieces;

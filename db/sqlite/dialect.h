@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 namespace velcoran::sqlite {
 
@@ -14,6 +15,11 @@ namespace velcoran::sqlite {
 /// All the rest, comments and blanks included, stays as it is; what the tokenizer cannot finish is passed on for the
 /// database to refuse in its own words.
 [[nodiscard]] QString rewrite(const QString& text);
+
+/// Names of the result columns as a server gives them: a column without an alias has its name as the statement writes
+/// it, whatever the letters' case in the table. One text for each entry of the first select list, empty where the entry
+/// is no plain column; nothing when the list is not that of the whole result (a common table expression, a "*").
+[[nodiscard]] QStringList writtenColumnNames(const QString& text);
 
 /// True when nothing but blanks, comments and ";" stand in a text.
 [[nodiscard]] bool isEmptyStatement(QStringView text);

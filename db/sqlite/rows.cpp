@@ -1,5 +1,7 @@
 #include "db/sqlite/rows.h"
 
+#include "db/sqlite/dialect.h"
+
 #include <sqlite3.h>
 
 #include <algorithm>
@@ -30,7 +32,7 @@ Statement::Statement(std::shared_ptr<Session> session, const QString& text) : m_
     const Session::Activity activity(*m_session, m_token);
     const Session::Turn turn(*m_session, m_token);
     m_statement = m_session->prepare(text);
-    describe();
+    describe(text);
 }
 
 Statement::~Statement() {
@@ -38,12 +40,14 @@ Statement::~Statement() {
     m_session->finalize(std::move(m_statement));
 }
 
-void Statement::describe() {
+void Statement::describe(const QString& text) {
     const int count = sqlite3_column_count(m_statement.get());
     m_names.reserve(static_cast<std::size_t>(count));
+    const QStringList written = writtenColumnNames(text);
     for (int i = 0; i < count; ++i) {
         const ColumnType type = expectedType(sqlite3_column_decltype(m_statement.get(), i));
-        const QString& name = m_names.emplace_back(QString::fromUtf8(sqlite3_column_name(m_statement.get(), i)));
+        QString& name = m_names.emplace_back(QString::fromUtf8(sqlite3_column_name(m_statement.get(), i)));
+        if (written.size() == count && name.compare(written[i], Qt::CaseInsensitive) == 0) name = written[i];
         m_descriptions.push_back(
             {reinterpret_cast<const char16_t*>(name.utf16()), static_cast<std::uint32_t>(name.size()), type, 0});
         m_builders.emplace_back(type);

@@ -31,7 +31,7 @@ protected:
     [[nodiscard]] bool answersTo(const com::Guid& id) const override { return id == IRows::kId; }
 
 private:
-    void describe();
+    void describe(const QString& text);
     void stop();
     bool readBlock(std::uint32_t maxRows);
 

@@ -71,10 +71,10 @@ TEST(Blocks, endAtTheRowLimitAndAtTheByteLimit) {
 
 TEST(Blocks, describeColumnsBeforeTheyRun) {
     const TestFile file("CREATE TABLE [a b] ([C d] TEXT COLLATE NOCASE, e INTEGER, f NUMERIC);");
-    const db::Statement statement = file.connection().prepare(u"SELECT [C d], e, f, Avg(f) AS g FROM [a b]"_s);
+    const db::Statement statement = file.connection().prepare(u"SELECT [c D], e, f, Avg(f) AS g FROM [a b]"_s);
     const QList<db::Column> columns = statement.columns();
     ASSERT_EQ(columns.size(), 4);
-    EXPECT_EQ(columns[0].name, u"C d"_s);
+    EXPECT_EQ(columns[0].name, u"c D"_s);
     EXPECT_EQ(columns[0].type, ColumnType::Text);
     EXPECT_EQ(columns[1].type, ColumnType::Int64);
     EXPECT_EQ(columns[2].type, ColumnType::Decimal64);

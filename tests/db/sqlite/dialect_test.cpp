@@ -64,6 +64,14 @@ TEST(Dialect, leavesTheRestAsItIs) {
         EXPECT_EQ(rewrite(QString::fromUtf8(text)), QString::fromUtf8(text));
 }
 
+TEST(Dialect, namesColumnsAsTheStatementWritesThem) {
+    EXPECT_EQ(writtenColumnNames(u" SELECT DISTINCT S.[SubGrupa Produs], p as Cod, f(a,b), d /* x */ FROM t, u"_s),
+              (QStringList{u"SubGrupa Produs"_s, QString(), QString(), u"d"_s}));
+    EXPECT_EQ(writtenColumnNames(u"SELECT 1, a"_s), (QStringList{QString(), u"a"_s}));
+    EXPECT_EQ(writtenColumnNames(u"SELECT *, a FROM t"_s), QStringList());
+    EXPECT_EQ(writtenColumnNames(u"WITH x AS (SELECT 1) SELECT a FROM x"_s), QStringList());
+}
+
 TEST(Dialect, knowsAnEmptyRest) {
     EXPECT_TRUE(isEmptyStatement(u" ;; -- SELECT 1\n /* x */ ;"));
     EXPECT_TRUE(isEmptyStatement(u""));
