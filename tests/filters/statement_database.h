@@ -12,6 +12,7 @@ class StatementDatabase {
 public:
     StatementDatabase();
 
+    [[nodiscard]] const db::Connection& connection() const { return m_connection; }
     /// Rows of a statement, read to the end. @throws Error of the provider
     [[nodiscard]] db::RowSet run(const QString& sql) const;
     /// Texts of a column of a statement, separated by a blank.

@@ -1,6 +1,12 @@
 #include "report/hand_over.h"
 
+#include "base/error.h"
+#include "db/command.h"
+#include "filters/statement_database.h"
+#include "platform/engine/report.h"
 #include "report/period.h"
+#include "report/request.h"
+#include "report/statement.h"
 #include "support/test_data.h"
 
 #include <gtest/gtest.h>
@@ -56,6 +62,37 @@ TEST(HandOver, followsListKindAndTotals) {
         EXPECT_EQ(plan.option, one.option) << name;
         EXPECT_EQ(plan.periodSource, u"'= 01/07/2003 - 31/07/2003 ='") << name;
     }
+}
+
+class HandOverRun : public testing::Test {
+protected:
+    void run(const QString& sql) {
+        const FilterState state = stateOf(u"Export"_s, u"Client"_s, true);
+        const db::Command cmdRaport{database.connection(), db::kCommandText, sql};
+        handOver(planHandOver(state, u"/"), database.connection(), cmdRaport, rptFacturi);
+    }
+
+    tests::StatementDatabase database;
+    std::shared_ptr<engine::Report> rptFacturi;
+};
+
+TEST_F(HandOverRun, preparesTheReportForTheViewer) {
+    const FilterState state = stateOf(u"Export"_s, u"Client"_s, true);
+    run(assembleStatement(state, buildRequest(state)));
+    EXPECT_EQ(rptFacturi->name(), u"CRFacturiImport");
+    EXPECT_EQ(rptFacturi->text(u"Text1"_s), u"RAPORT FACTURI EXTERNE - CLIENTI");
+    EXPECT_EQ(rptFacturi->text(u"Text3"_s), u"DENUMIRE\r\nCLIENT");
+    EXPECT_EQ(rptFacturi->unboundFieldText(u"UnboundString6"_s), u"= 01/07/2003 - 31/07/2003 =");
+    EXPECT_EQ(rptFacturi->option(), 1);
+}
+
+TEST_F(HandOverRun, keepsAHalfPreparedReportWhenTheStatementFails) {
+    EXPECT_THROW(run(u"SELECT nothing FROM nowhere"_s), base::Error);
+    ASSERT_NE(rptFacturi, nullptr);
+    EXPECT_EQ(rptFacturi->text(u"Text6"_s), u"CLIENT:");
+    EXPECT_NE(rptFacturi->text(u"Text1"_s), u"RAPORT FACTURI EXTERNE - CLIENTI")
+        << "the title comes after the statement";
+    EXPECT_EQ(rptFacturi->option(), 0);
 }
 
 TEST(Period, isWrittenWithTheUsersSeparator) {

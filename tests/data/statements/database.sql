@@ -1,5 +1,7 @@
 -- A handful of documents for the statements to run on: 1 and 2 are imports, 3 a temporary one, 4 one that was not
 -- transferred, 5 one in the afternoon of the last day, 6 and 7 exports.
+PRAGMA synchronous = OFF;
+BEGIN;
 CREATE TABLE An (An INTEGER);
 CREATE TABLE CapDocIntE (Document TEXT COLLATE NOCASE, EC INTEGER, Furnizor TEXT COLLATE NOCASE,
   [Denumire Furnizor] TEXT COLLATE NOCASE, [Data Documentului] TEXT, [Valoare Neta] NUMERIC, [Valoare TVA] NUMERIC,
@@ -46,3 +48,4 @@ INSERT INTO CapDocIntE VALUES
   ('7', 13, 'C2', 'DELTA LTD', '2026-03-06', 60, 0, 0, 'EUR', 4.97, 120, 5, NULL);
 INSERT INTO [Linii DocIntE] VALUES ('1', 'P1'), ('1', 'P1'), ('1', 'T1'), ('2', 'P2'), ('3', 'L1'), ('4', 'P1'),
   ('5', 'P1'), ('6', 'P1'), ('7', 'T1'), ('7', 'P2');
+COMMIT;
