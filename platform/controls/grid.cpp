@@ -94,8 +94,10 @@ Grid::~Grid() = default;
 
 void Grid::bind(QAbstractItemModel* newModel) {
     if (QAbstractItemModel* old = model()) disconnect(old, nullptr, this, nullptr);
-    const std::unique_ptr<QItemSelectionModel> oldSelection(selectionModel());
-    setModel(newModel);
+    if (newModel != model()) {
+        const std::unique_ptr<QItemSelectionModel> oldSelection(selectionModel());
+        setModel(newModel);
+    }
     m_currentColumn = 1;
     if (newModel == nullptr) return;
     // Connected after the view's own parts, which have taken the new rows over by then.
@@ -104,7 +106,8 @@ void Grid::bind(QAbstractItemModel* newModel) {
     connect(newModel, &QAbstractItemModel::rowsInserted, this, keep);
     connect(newModel, &QAbstractItemModel::rowsRemoved, this, keep);
     connect(newModel, &QAbstractItemModel::layoutChanged, this, keep);
-    keepCurrent();
+    applyWidths();
+    moveTo(1, 1);
 }
 
 // A grid with rows always has a current cell.
