@@ -79,6 +79,10 @@ base::PageNumber Document::pageOfGroup(qint64 group) const {
     return {m_layout->pagination.pageOfGroup(static_cast<std::uint32_t>(group))};
 }
 
+base::Twips Document::topOfGroup(qint64 group) const {
+    return m_layout->maker.onSheet(m_layout->pagination.topOfGroup(static_cast<std::uint32_t>(group)));
+}
+
 std::optional<base::PageNumber> Document::pageOfRow(qint64 row) const {
     const GroupIndex& index = m_layout->data->content().index;
     if (m_layout->texts.option == 1) return std::nullopt;

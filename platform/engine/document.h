@@ -64,6 +64,8 @@ public:
     [[nodiscard]] QString groupText(qint64 group) const;
     /// Page on which a group starts. @param group  from 0
     [[nodiscard]] base::PageNumber pageOfGroup(qint64 group) const;
+    /// Where on its page a group starts, from the top of the sheet. @param group  from 0
+    [[nodiscard]] base::Twips topOfGroup(qint64 group) const;
     /// Page of a row by its number in the statement's order, from 0; nothing in a report of totals.
     [[nodiscard]] std::optional<base::PageNumber> pageOfRow(qint64 row) const;
     /// The group at the top of a page; nothing for a page without one.

@@ -74,10 +74,12 @@ double PageMaker::roomOf(const DefinitionObject& object) const {
 base::TwipsRect PageMaker::placeOnSheet(const base::TwipsRect& place, int top) const {
     const double across = m_scale * m_stretch;
     return {m_setup.left + base::Twips{rounded(place.left.value * across)},
-            m_setup.top + base::Twips{rounded((place.top.value + top) * m_scale)},
+            onSheet(place.top.value + top),
             {rounded(place.width.value * across)},
             {rounded(place.height.value * m_scale)}};
 }
+
+base::Twips PageMaker::onSheet(int top) const { return m_setup.top + base::Twips{rounded(top * m_scale)}; }
 
 QString PageMaker::groupText(std::uint32_t group) const { return keyTexts(m_content, group).join(u' '); }
 

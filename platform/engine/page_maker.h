@@ -15,6 +15,8 @@ public:
 
     /// Height between the margins, in twips of the designed sheet.
     [[nodiscard]] int designedHeight() const;
+    /// A height of the designed sheet as a place on this one.
+    [[nodiscard]] base::Twips onSheet(int top) const;
     /// Height by which a group's heading outgrows its section.
     [[nodiscard]] int headingGrowth(std::uint32_t group, bool isContinued) const;
     [[nodiscard]] Page make(int number, const Pagination& pagination) const;

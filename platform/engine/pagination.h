@@ -64,6 +64,10 @@ public:
     [[nodiscard]] int pageCount() const { return m_pageCount; }
     [[nodiscard]] PagePlan plan(int page) const;
     [[nodiscard]] int pageOfGroup(std::uint32_t group) const { return m_starts[group].page; }
+    /// From the top of the page, header included.
+    [[nodiscard]] int topOfGroup(std::uint32_t group) const {
+        return bodyTop(m_starts[group].page) + m_starts[group].top;
+    }
     [[nodiscard]] int pageOfDetail(std::uint32_t group, std::uint32_t detail) const;
     [[nodiscard]] int headingHeight(std::uint32_t group, bool isContinued) const;
     [[nodiscard]] int bodyTop(int page) const { return m_pageHeader + (page == 1 ? m_reportHeader : 0); }
