@@ -82,7 +82,9 @@ enum class Kind : std::uint8_t {
 
 /// Colours and font of a control. A colour that is not set is the system's.
 struct Look {
-    std::optional<base::Colour> back, fore, border;
+    std::optional<base::Colour> back = std::nullopt;
+    std::optional<base::Colour> fore = std::nullopt;
+    std::optional<base::Colour> border = std::nullopt;
     double points = 8.25;
     bool isBold = false;
 };

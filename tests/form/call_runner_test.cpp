@@ -1,0 +1,80 @@
+#include "form/form_fixture.h"
+
+#include <QTimer>
+
+namespace velcoran::tests {
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+class SlowStatementTest : public FormTest {
+protected:
+    SlowStatementTest() {
+        setUpFor(u"Import"_s);
+        connection->answer(
+            u"FROM Agenti"_s,
+            {.columns = {{u"Cod"_s}, {u"Denumire"_s}}, .rows = {{u"1"_s, u"ALFA"_s}}, .openDelay = 700ms});
+        giveFocus("txtCodAgent");
+    }
+    /// Does something while the lookup's statement runs.
+    void lookUpWhile(const std::function<void()>& action) {
+        QTimer::singleShot(450, &window, [&] {
+            EXPECT_TRUE(connection->isBusy());
+            action();
+        });
+        press(Qt::Key_Return);
+        EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+    }
+};
+
+TEST_F(SlowStatementTest, dropsInputAndPaintsWhileItRuns) {
+    int paintings = 0;
+    lookUpWhile([&] {
+        QTest::keyClick(box("txtCodAgent"), Qt::Key_X);
+        QTest::mouseClick(find<QWidget>("Raport"), Qt::LeftButton);
+        window.repaint();
+        ++paintings;
+    });
+    EXPECT_EQ(paintings, 1);
+    EXPECT_EQ(box("txtCodAgent")->text(), QString());
+    EXPECT_TRUE(isShown("fraGrid"));
+    EXPECT_EQ(connection->cancelCount(), 0);
+}
+
+TEST_F(SlowStatementTest, escCancelsTheStatementAlone) {
+    lookUpWhile([&] { QTest::keyClick(box("txtCodAgent"), Qt::Key_Escape); });
+    EXPECT_GE(connection->cancelCount(), 1);
+    EXPECT_TRUE(window.isLoaded());
+    EXPECT_EQ(surroundings.messages.size(), 1);
+    EXPECT_EQ(focus(), u"txtCodAgent"_s);
+}
+
+TEST_F(SlowStatementTest, closingCancelsAndTheCloseFollows) {
+    lookUpWhile([&] {
+        window.close();
+        EXPECT_TRUE(window.isLoaded());
+    });
+    EXPECT_FALSE(window.isLoaded());
+    EXPECT_FALSE(window.isVisible());
+    EXPECT_TRUE(surroundings.messages.isEmpty());
+    EXPECT_EQ(member("priza"), u"false"_s);
+}
+
+TEST_F(SlowStatementTest, aSetupMeanwhileIsRefused) {
+    std::optional<base::Error> error;
+    lookUpWhile([&] { error = failureOf(u"Export"_s); });
+    ASSERT_TRUE(error.has_value());
+    EXPECT_EQ(error->number(), 5);
+    EXPECT_EQ(member("caption"), u"Facturi Import Furnizori"_s);
+}
+
+TEST_F(SlowStatementTest, aBoundConnectionIsCalledOnTheWindowsThread) {
+    connection->setFreeThreaded(false);
+    bool wasDispatched = false;
+    QTimer::singleShot(400, &window, [&] { wasDispatched = connection->isBusy(); });
+    press(Qt::Key_Return);
+    EXPECT_FALSE(wasDispatched);
+    EXPECT_TRUE(isShown("fraGrid"));
+}
+
+}  // namespace velcoran::tests

@@ -1,0 +1,165 @@
+#include "form/form_fixture.h"
+
+namespace velcoran::tests {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString kYear = u"execute: SELECT An FROM An"_s;
+const QString kWarehouses =
+    u"recordset:  SELECT str(Depozite.Depozit,len(Depozite.Depozit),0) + ' - ' + Depozite.[Denumire Depozit] FROM Depozite"_s;
+
+struct KindCase {
+    QString kind, title, type, category, name, client, products, temporary;
+    QStringList reports, sorts, categories;
+};
+
+const KindCase kKinds[] = {
+    {u"Import"_s,
+     u"Facturi Import Furnizori"_s,
+     u"Tip Furnizor:"_s,
+     u"Categorie Furnizor:"_s,
+     u"Denumire Furnizor:"_s,
+     u"Filtrare Furnizori:"_s,
+     u"Filtrare Produse"_s,
+     u"Inclusiv importurile temporare"_s,
+     {u"Furnizor"_s, u"Zi"_s},
+     {u"Data"_s, u"Numar Document"_s, u"Furnizor"_s},
+     {QString(), u"Produse Finite"_s, u"Servicii"_s, u"Alte Cheltuieli"_s, u"Mijloace Fixe"_s, u"Produse in Lohn"_s}},
+    {u"Export"_s,
+     u"Facturi Export Clienti"_s,
+     u"Tip Client:"_s,
+     u"Categorie Client :"_s,
+     u"Denumire Client:"_s,
+     u"Filtrare Clienti"_s,
+     u"Facturi care contin:"_s,
+     u"Inclusiv exporturile temporare"_s,
+     {u"Client"_s, u"Zi"_s},
+     {u"Data"_s, u"Numar Document"_s, u"Client"_s},
+     {QString(), u"Produse Finite"_s, u"Produse Finite in Consignatie"_s, u"Servicii"_s, u"Mijloace Fixe"_s,
+      u"Produse in Lohn"_s}},
+    {u"import"_s,
+     u"Facturi Import Furnizori"_s,
+     u"Tip Client:"_s,
+     u"Categorie Client :"_s,
+     u"Denumire Client:"_s,
+     u"Filtrare Clienti"_s,
+     u"Filtrare Produse"_s,
+     u"chkLohn"_s,
+     {u"Furnizor"_s, u"Zi"_s},
+     {u"Data"_s, u"Numar Document"_s, u"Client"_s},
+     {QString()}},
+};
+
+}  // namespace
+
+class SetupTest : public FormTest {
+protected:
+    void expectKind(const KindCase& kind) {
+        SCOPED_TRACE(kind.kind.toStdString());
+        EXPECT_EQ(member("sTipRaport"), kind.kind);
+        EXPECT_EQ(member("caption"), kind.title);
+        EXPECT_EQ(caption("Label1(13)"), kind.type);
+        EXPECT_EQ(caption("Label1(12)"), kind.category);
+        EXPECT_EQ(caption("Label1(9)"), kind.name);
+        EXPECT_EQ(caption("frmClient"), kind.client);
+        EXPECT_EQ(caption("frmProduse"), kind.products);
+        EXPECT_EQ(caption("chkLohn"), kind.temporary);
+        EXPECT_EQ(list("cmbTipRaport")->items(), kind.reports);
+        EXPECT_EQ(list("cmbSortare")->items(), kind.sorts);
+        EXPECT_EQ(list("cmbSelectie")->items(), QStringList(u"Facturi"_s));
+        EXPECT_EQ(list("cmbCategorie")->items(), kind.categories);
+        for (const char* one : {"cmbTipRaport", "cmbSortare", "cmbSelectie", "cmbCategorie"})
+            EXPECT_EQ(list(one)->index(), 0) << one;
+        EXPECT_EQ(find<controls::TickList>("cmbDepozit")->items().size(), 5);
+        EXPECT_EQ(find<controls::TickList>("cmbDepozit")->currentIndex(), 0);
+        EXPECT_TRUE(find<controls::TickList>("cmbDepozit")->ticked().isEmpty());
+        EXPECT_EQ(statements(), QStringList({kYear, kWarehouses}));
+    }
+};
+
+TEST_F(SetupTest, setsUpForEachKindAndForOneAfterTheOther) {
+    for (const KindCase& kind : kKinds) {
+        setUpFor(kind.kind, QDate(2003, 7, 15), u"ALFA.dbo."_s);
+        expectKind(kind);
+    }
+    setUpFor(kKinds[0].kind);
+    expectKind(kKinds[0]);
+    EXPECT_EQ(member("sSoc"), QString());
+    EXPECT_TRUE(window.isMaximized());
+    EXPECT_EQ(focus(), u"cmbTipRaport"_s);
+    EXPECT_EQ(find<controls::DatePicker>("Deladata")->value(), QDate(2003, 7, 1));
+    EXPECT_EQ(find<controls::DatePicker>("Ladata")->value(), QDate(2003, 7, 15));
+}
+
+TEST_F(SetupTest, secondSetupKeepsTypedValues) {
+    setUpFor(u"Import"_s);
+    setPicked("txtTipProdus", u"MARFA"_s);
+    box("txtCodAgent")->setText(u"x"_s);
+    list("cmbCategorie")->setIndex(0);
+    find<controls::CheckBox>("chkTotale")->setFocus();
+    find<controls::CheckBox>("chkLohn")->setValue(true);
+    setUpFor(u"Export"_s);
+    EXPECT_EQ(box("txtTipProdus")->text(), u"MARFA"_s);
+    EXPECT_FALSE(dataChanged("txtTipProdus"));
+    EXPECT_TRUE(dataChanged("txtCodAgent"));
+    EXPECT_EQ(focus(), u"chkTotale"_s);
+    EXPECT_FALSE(find<controls::CheckBox>("chkLohn")->value()) << "choosing the selection unticks it";
+}
+
+TEST_F(SetupTest, failuresLeaveTheWindowAsFarAsItGot) {
+    const struct {
+        const char* name;
+        std::function<void()> prepare;
+        int number;
+        bool isMaximized;
+        int reportEntries, warehouses;
+    } cases[] = {
+        {"null year", [this] { answerYear(std::nullopt); }, 94, false, 0, 0},
+        {"text year", [this] { answerYear(u"an"_s, ColumnType::Text); }, 13, false, 0, 0},
+        {"large year", [this] { answerYear(u"40000"_s); }, 6, false, 0, 0},
+        {"last year", [this] { answerYear(u"32767"_s); }, 6, true, 2, 5},
+        {"empty An", [this] { connection->answer(u"FROM An"_s, {.columns = {{u"An"_s}}}); }, 3021, false, 0, 0},
+        {"empty Depozite", [this] { connection->answer(u"FROM Depozite"_s, {.columns = {{u"D"_s}}}); }, 3021, true, 2,
+         0},
+        {"no table",
+         [this] { connection->answer(u"FROM An"_s, {.openError = base::Error(base::kNoSuchObject, u"no An"_s)}); },
+         base::kNoSuchObject, false, 0, 0},
+        {"closed", [this] { connection->close(); }, 3709, false, 0, 0},
+    };
+    for (const auto& one : cases) {
+        SCOPED_TRACE(one.name);
+        connection = FakeConnection::create();
+        connection->answer(u"FROM Depozite"_s,
+                           {.columns = {{u"D"_s}}, .rows = {{u"1 - A"_s}, {u"2"_s}, {u"3"_s}, {u"4"_s}, {u"5"_s}}});
+        answerYear(u"2003"_s);
+        one.prepare();
+        const auto error = failureOf(u"Import"_s);
+        ASSERT_TRUE(error.has_value());
+        EXPECT_EQ(error->number(), one.number);
+        EXPECT_TRUE(window.isVisible());
+        EXPECT_EQ(window.isMaximized(), one.isMaximized);
+        EXPECT_EQ(member("caption"), u"Rapoarte Terti"_s);
+        EXPECT_EQ(focus(), u"cmbTipRaport"_s);
+        EXPECT_EQ(list("cmbTipRaport")->items().size(), one.reportEntries);
+        EXPECT_EQ(find<controls::TickList>("cmbDepozit")->items().size(), one.warehouses);
+        EXPECT_EQ(member("objMesaje"), u"true"_s);
+        window.CloseForm();
+        QCoreApplication::processEvents();
+    }
+}
+
+TEST_F(SetupTest, withoutAConnectionFailsOnceTheWindowShows) {
+    try {
+        window.Incarca(u"Export"_s, QDate(2003, 7, 15), {});
+        FAIL();
+    } catch (const base::Error& error) {
+        EXPECT_EQ(error.number(), 91);
+        EXPECT_EQ(error.description(), u"Object variable or With block variable not set"_s);
+    }
+    EXPECT_TRUE(window.isVisible());
+    EXPECT_EQ(member("priza"), u"false"_s);
+}
+
+}  // namespace velcoran::tests
