@@ -23,6 +23,15 @@ struct RowFilter {
 
     /// True for a value that passes; letters are compared case-insensitively (simple case folding of each character).
     [[nodiscard]] bool matches(QStringView value) const;
+
+    /// A first look that turns most values away: false only for one that does not pass.
+    [[nodiscard]] bool mayMatch(const char16_t* value, std::size_t length) const {
+        if (isOpenBefore || text.isEmpty()) return true;
+        if (length < static_cast<std::size_t>(text.size())) return false;
+        const char16_t first = *value;
+        const char16_t lower = first >= u'A' && first <= u'Z' ? static_cast<char16_t>(first + 0x20) : first;
+        return first >= 0x80 || lower == *text.utf16();
+    }
 };
 
 }  // namespace velcoran::db

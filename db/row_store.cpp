@@ -7,6 +7,7 @@
 #include <QLocale>
 
 #include <algorithm>
+#include <charconv>
 #include <cstring>
 #include <limits>
 
@@ -77,6 +78,19 @@ QString RowStore::Values::text(std::uint32_t row) const {
     return view(row).toString();
 }
 
+bool RowStore::Values::passes(std::uint32_t row, const RowFilter& filter) const {
+    if (type == ColumnType::Text) {
+        const auto* characters = reinterpret_cast<const char16_t*>(values.get()) + offsets[row];
+        return filter.mayMatch(characters, offsets[row + 1] - offsets[row]) && filter.matches(view(row));
+    }
+    if (type != ColumnType::Int64) return filter.matches(text(row));
+    char digits[24];
+    const char* const end = std::to_chars(digits, digits + sizeof digits, valueAt<std::int64_t>(values.get(), row)).ptr;
+    char16_t units[sizeof digits];
+    const auto* const unitsEnd = std::copy(static_cast<const char*>(digits), end, units);
+    return filter.matches({units, unitsEnd - units});
+}
+
 RowStore::Values RowStore::copyOf(const ColumnBlock& column, std::uint32_t rowCount) {
     Values copy;
     copy.type = column.type;
@@ -129,12 +143,8 @@ std::vector<std::uint32_t> RowStore::select(const RowFilter& filter, int column)
     std::vector<std::uint32_t> selected;
     for (const Segment& segment : m_segments) {
         const Values& values = segment.columns.at(static_cast<std::size_t>(column));
-        const bool isText = values.type == ColumnType::Text;
-        for (std::uint32_t row = 0; row < segment.rowCount; ++row) {
-            if (values.isNull(row)) continue;
-            if (isText ? filter.matches(values.view(row)) : filter.matches(values.text(row)))
-                selected.push_back(segment.firstRow + row);
-        }
+        for (std::uint32_t row = 0; row < segment.rowCount; ++row)
+            if (!values.isNull(row) && values.passes(row, filter)) selected.push_back(segment.firstRow + row);
     }
     return selected;
 }

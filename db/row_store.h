@@ -35,6 +35,7 @@ private:
         [[nodiscard]] bool isNull(std::uint32_t row) const { return nulls && nulls[row] != 0; }
         [[nodiscard]] QStringView view(std::uint32_t row) const;
         [[nodiscard]] QString text(std::uint32_t row) const;
+        [[nodiscard]] bool passes(std::uint32_t row, const RowFilter& filter) const;
     };
     struct Segment {
         std::uint32_t firstRow = 0;
