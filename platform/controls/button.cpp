@@ -61,7 +61,7 @@ void Button::keyPressEvent(QKeyEvent* event) {
 void Button::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const bool isFlat = m_look == ButtonLook::flat;
-    const QColor colour = textColour(isFlat ? kWhite : kBlack);
+    const QColor colour = textColour(kBlack);
     const QColor line = hasFocus() || underMouse() ? colour : colour.darker(200);
     painter.fillRect(rect(), isFlat && isDown() ? QColor::fromRgb(kFocusGround) : back(kFace));
     if (isFlat) {

@@ -2,6 +2,7 @@
 
 #include "platform/controls/painting.h"
 
+#include <QAbstractButton>
 #include <QHeaderView>
 #include <QHelpEvent>
 #include <QInputMethodEvent>
@@ -83,6 +84,10 @@ Grid::Grid(QWidget* parent) : ControlOf(parent) {
         header->setHighlightSections(false);
         header->setSectionResizeMode(QHeaderView::Fixed);
         header->setMinimumSectionSize(1);
+    }
+    for (QAbstractButton* corner : findChildren<QAbstractButton*>()) {
+        corner->setStyle(controlStyle());
+        corner->setPalette(systemPalette());
     }
     horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     styleScrollBars(this);

@@ -31,7 +31,9 @@ public:
         const bool isCurrent = m_list->currentRow() == index.row();
         const bool isEnabled = m_list->isEnabledTo(m_list->parentWidget());
         painter->save();
-        if (isCurrent) painter->fillRect(row, QColor::fromRgb(m_list->hasFocus() ? kFocusGround : kDimGround));
+        const QColor ground = m_list->palette().color(QPalette::Base);
+        const QColor marked = QColor::fromRgb(m_list->hasFocus() ? kFocusGround : kDimGround);
+        if (isCurrent) painter->fillRect(row, ground.lightness() > 127 ? ground.darker(115) : marked);
         const int side = row.height() - 4;
         const QRect box(row.left() + kMargin, row.top() + 2, side, side);
         const bool isTicked = index.data(Qt::CheckStateRole).toInt() == Qt::Checked;
