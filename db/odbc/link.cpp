@@ -98,9 +98,9 @@ StatementHandle Link::allocateStatement() {
 }
 
 bool Link::isDead() const {
-    SQLUINTEGER dead = SQL_CD_FALSE;
+    SQLULEN dead = SQL_CD_FALSE;  // wide enough for drivers that write more than the standard says
     const SQLRETURN result =
-        SQLGetConnectAttrW(m_connection.get(), SQL_ATTR_CONNECTION_DEAD, &dead, sizeof dead, nullptr);
+        SQLGetConnectAttrW(m_connection.get(), SQL_ATTR_CONNECTION_DEAD, &dead, SQL_IS_UINTEGER, nullptr);
     return SQL_SUCCEEDED(result) && dead == SQL_CD_TRUE;
 }
 

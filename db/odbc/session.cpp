@@ -6,7 +6,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-base::Error closedError() { return {base::kInvalidConnection, u"The connection is closed or invalid"_s}; }
+base::Error closedError() {
+    return {base::kInvalidConnection,
+            u"The connection cannot be used to perform this operation. It is either closed or "
+            "invalid in this context."_s};
+}
 
 base::Error lostError() { return {base::kProviderFailure, u"The connection to the server is lost"_s}; }
 
