@@ -129,7 +129,8 @@ DriveSession::DriveSession(std::function<OpenedConnection()> open, const QString
       m_component(libraryPath),
       m_plainBoxes([dialogs = m_dialogs](const QString& text, const QString& title) {
           dialogs->addMessage({text, kStilPlain, title, u"platform"_s});
-      }) {
+      }),
+      m_connection(recordConnection(m_open().connection, m_log)) {
     registerDialogs(m_component.hostObjects(), m_dialogs);
 }
 
@@ -203,7 +204,6 @@ com::Ref<IConnection> DriveSession::connectionFor(const DriveCommand& command) {
         closed.close();
         return recordConnection(closed.connection, m_log);
     }
-    if (!m_connection) m_connection = recordConnection(m_open().connection, m_log);
     return m_connection;
 }
 

@@ -22,9 +22,9 @@ struct OpenedConnection;
 /// Works the report window by a script, line by line. Never throws for what a line says.
 class DriveSession {
 public:
-    /// @param open  opens the host's connection; asked for once, at the first Incarca that needs it, and once more for
-    ///              each Incarca with a closed one
-    DriveSession(std::function<OpenedConnection()> open, const QString& libraryPath = {});
+    /// @param open  opens the host's connection: once here, and once more for each Incarca with a closed one
+    /// @throws Error when the connection cannot be opened or the component is not found
+    explicit DriveSession(std::function<OpenedConnection()> open, const QString& libraryPath = {});
     ~DriveSession();
 
     /// Carries out a line. @return the answer, one line of JSON without its end
