@@ -9,11 +9,11 @@ namespace velcoran::viewer {
 
 namespace {
 
-LoadResult layOut(const engine::RunOutcome& outcome, const engine::Report& report, const engine::PageSetup& setup,
+LoadResult layOut(const engine::RunOutcome& outcome, const engine::ReportTexts& texts, const engine::PageSetup& setup,
                   const QDateTime& printTime) {
     if (!outcome.data) return {nullptr, nullptr, outcome.error, outcome.isCancelled};
     try {
-        auto document = std::make_shared<const engine::Document>(outcome.data, report, setup, printTime);
+        auto document = std::make_shared<const engine::Document>(outcome.data, texts, setup, printTime);
         return {outcome.data, std::move(document), std::nullopt, false};
     } catch (const base::Error& error) {
         return {nullptr, nullptr, error, false};
@@ -59,13 +59,13 @@ void Loader::start(std::shared_ptr<engine::Report> report, const engine::PageSet
     m_report = std::move(report);
     const quint64 run = m_run;
     try {
-        // The report joins the worker before it goes: the plain reference lives as long as the run.
         m_report->start(
             [mailbox = m_mailbox, run](qint64 rows) {
                 mailbox->post([run, rows](Loader& loader) { loader.takeRows(run, rows); });
             },
-            [mailbox = m_mailbox, run, setup, printTime, &report = *m_report](const engine::RunOutcome& outcome) {
-                const LoadResult result = layOut(outcome, report, setup, printTime);
+            [mailbox = m_mailbox, run, texts = m_report->snapshot(), setup,
+             printTime](const engine::RunOutcome& outcome) {
+                const LoadResult result = layOut(outcome, texts, setup, printTime);
                 mailbox->post([run, result](Loader& loader) { loader.takeResult(run, result); });
             });
     } catch (...) {
