@@ -58,6 +58,22 @@ bool readDigits(QStringView text, qsizetype& position, ParsedNumber& number) {
     return !number.digits.isEmpty();
 }
 
+/// The number that digits write, read in pieces that a machine word holds.
+Mantissa mantissaOf(const QByteArray& digits) {
+    constexpr qsizetype kPieceDigits = 18;
+    Mantissa mantissa = 0;
+    for (qsizetype start = 0; start < digits.size(); start += kPieceDigits) {
+        std::int64_t piece = 0;
+        std::int64_t power = 1;
+        for (const char digit : QByteArrayView(digits).sliced(start, std::min(kPieceDigits, digits.size() - start))) {
+            piece = piece * 10 + (digit - '0');
+            power *= 10;
+        }
+        mantissa = mantissa * power + piece;
+    }
+    return mantissa;
+}
+
 }  // namespace
 
 Decimal Decimal::fromInt128(Int128 mantissa, int scale) { return {Mantissa(mantissa), scale}; }
@@ -85,7 +101,7 @@ std::optional<Decimal> Decimal::parse(QStringView text) {
     }
     while (number.digits.size() > 1 && number.digits.front() == '0') number.digits.remove(0, 1);
     if (number.digits.size() > kMaxParsedDigits) return std::nullopt;
-    Mantissa mantissa(number.digits.constData());
+    Mantissa mantissa = mantissaOf(number.digits);
     if (number.isNegative) mantissa = -mantissa;
     return Decimal(std::move(mantissa), scale);
 }
