@@ -8,6 +8,10 @@ namespace {
 
 constexpr int kMaxParsedDigits = 76;  // what 255 bits always hold
 
+// Digits are read and written in pieces that a machine word holds.
+constexpr qsizetype kPieceDigits = 18;
+constexpr std::int64_t kPiecePower = 1'000'000'000'000'000'000;
+
 using Mantissa = Decimal::Mantissa;
 
 /// Runs an operation of the checked integers and turns its overflow into the run-time's.
@@ -58,9 +62,8 @@ bool readDigits(QStringView text, qsizetype& position, ParsedNumber& number) {
     return !number.digits.isEmpty();
 }
 
-/// The number that digits write, read in pieces that a machine word holds.
+/// The number that digits write.
 Mantissa mantissaOf(const QByteArray& digits) {
-    constexpr qsizetype kPieceDigits = 18;
     Mantissa mantissa = 0;
     for (qsizetype start = 0; start < digits.size(); start += kPieceDigits) {
         std::int64_t piece = 0;
@@ -115,7 +118,17 @@ Decimal Decimal::rounded(int places) const {
     return {quotient, places};
 }
 
-QString Decimal::digits() const { return QString::fromStdString(Mantissa(abs(m_mantissa)).str()); }
+QString Decimal::digits() const {
+    Mantissa rest = abs(m_mantissa);
+    QString text;
+    do {
+        const auto piece = static_cast<qulonglong>(rest % kPiecePower);
+        rest /= kPiecePower;
+        const QString digits = QString::number(piece);
+        text.prepend(rest == 0 ? digits : digits.rightJustified(kPieceDigits, u'0'));
+    } while (rest != 0);
+    return text;
+}
 
 QString Decimal::toText(int minimumPlaces) const {
     if (m_scale < minimumPlaces) return rounded(minimumPlaces).toText();
