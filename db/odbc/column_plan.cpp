@@ -79,7 +79,7 @@ bool isNumeric(ValueKind kind) {
 }
 
 /// A described character may be a pair of units, and a byte is written as two digits.
-void planText(ColumnPlan& plan, const TypeRow& row, const DriverColumn& column) {
+void planTextColumn(ColumnPlan& plan, const TypeRow& row, const DriverColumn& column) {
     const bool isOpenEnded =
         row.length != Length::Fixed && (column.size == 0 || column.size > kMaxBoundCharacters || &row == &kOtherType);
     plan.isLong = isOpenEnded;
@@ -124,7 +124,7 @@ ColumnPlan planColumn(const DriverColumn& column, bool isLoose) {
             plan.valueBytes = sizeof(SQL_DATE_STRUCT);
             break;
         case ValueKind::Text:
-            planText(plan, row, column);
+            planTextColumn(plan, row, column);
             break;
     }
     return plan;

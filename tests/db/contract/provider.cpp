@@ -33,9 +33,9 @@ public:
                      "INSERT INTO valori VALUES(1, '0007', 'Țuică și „ăâî” €', 12.5, 4.9765, '2026-03-15 00:00:00',"
                      " replace(hex(zeroblob(4500)), '0', 'ș')), (2, NULL, NULL, NULL, NULL, NULL, NULL),"
                      "(3, '', '日本語 😀', -0.0001, 0.5, '2026-12-31 23:59:59', '');"
-                     "CREATE TABLE serie(n INTEGER, name VARCHAR(20));"
+                     "CREATE TABLE numere(n INTEGER, name VARCHAR(20));"
                      "WITH RECURSIVE s(n) AS (SELECT 1 UNION ALL SELECT n+1 FROM s LIMIT 50000)"
-                     "INSERT INTO serie SELECT n, 'rand ' || n FROM s;",
+                     "INSERT INTO numere SELECT n, 'rand ' || n FROM s;",
                      nullptr, nullptr, &message);
         const std::string problem = message == nullptr ? "" : message;
         sqlite3_free(message);
@@ -50,10 +50,10 @@ public:
     }
     [[nodiscard]] std::optional<QString> bigNumber() const override { return std::nullopt; }
     [[nodiscard]] QString series(int count) const override {
-        return u"SELECT n, name FROM serie WHERE n <= %1 ORDER BY n"_s.arg(count);
+        return u"SELECT n, name FROM numere WHERE n <= %1 ORDER BY n"_s.arg(count);
     }
     [[nodiscard]] QString slow() const override {
-        return u"SELECT Count(*) AS c FROM serie AS a, serie AS b, serie AS c WHERE a.n = b.n + c.n + 1"_s;
+        return u"SELECT Count(*) AS c FROM numere AS a, numere AS b, numere AS c WHERE a.n = b.n + c.n + 1"_s;
     }
     [[nodiscard]] std::optional<QString> failingLate() const override { return std::nullopt; }
 
@@ -66,9 +66,9 @@ public:
     com::Ref<IConnection> open() override { return sqlite::openDatabase(path()); }
     void close(const com::Ref<IConnection>& connection) override { sqlite::closeDatabase(connection); }
     [[nodiscard]] std::vector<FailingStatement> failing() const override {
-        return {{u"SELECT FROM serie"_s, base::kStatementError},
+        return {{u"SELECT FROM numere"_s, base::kStatementError},
                 {u"SELECT x FROM nu_exista"_s, base::kNoSuchObject},
-                {u"SELECT nu_exista FROM serie"_s, base::kStatementError}};
+                {u"SELECT nu_exista FROM numere"_s, base::kStatementError}};
     }
 };
 
@@ -90,9 +90,9 @@ public:
     void close(const com::Ref<IConnection>& connection) override { odbc::closeConnection(connection); }
     /// The driver gives all errors of the database one state.
     [[nodiscard]] std::vector<FailingStatement> failing() const override {
-        return {{u"SELECT FROM serie"_s, base::kStatementError},
+        return {{u"SELECT FROM numere"_s, base::kStatementError},
                 {u"SELECT x FROM nu_exista"_s, base::kStatementError},
-                {u"SELECT nu_exista FROM serie"_s, base::kStatementError}};
+                {u"SELECT nu_exista FROM numere"_s, base::kStatementError}};
     }
 };
 
