@@ -1,17 +1,18 @@
 #include "host/data_source.h"
 
-#include "base/error.h"
+#include "db/odbc/connection.h"
+#include "db/odbc/connection_text.h"
 #include "db/sqlite/database.h"
-
-using namespace Qt::StringLiterals;
 
 namespace velcoran::host {
 
 OpenedConnection openSource(const DataSource& source) {
-    if (!source.odbc.isEmpty())
-        throw base::Error(base::kProviderFailure, u"this program is built without ODBC; use --db FILE"_s);
-    com::Ref<IConnection> connection = sqlite::openDatabase(source.file);
-    return {connection, [connection] { sqlite::closeDatabase(connection); }};
+    if (source.odbc.isEmpty()) {
+        com::Ref<IConnection> connection = sqlite::openDatabase(source.file);
+        return {connection, [connection] { sqlite::closeDatabase(connection); }};
+    }
+    com::Ref<IConnection> connection = odbc::openConnection(odbc::resolveConnectionText(source.odbc));
+    return {connection, [connection] { odbc::closeConnection(connection); }};
 }
 
 }  // namespace velcoran::host

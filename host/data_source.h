@@ -20,7 +20,7 @@ struct OpenedConnection {
     std::function<void()> close;
 };
 
-/// @throws Error of the provider, or kPathAccess for a file that is not there
+/// @throws Error of the provider, without secrets of a connection text
 [[nodiscard]] OpenedConnection openSource(const DataSource& source);
 
 }  // namespace velcoran::host

@@ -52,8 +52,12 @@ void choosePeriod() {
     }
 }
 
+void failOnMessage(DialogScript& dialogs) {
+    for (const RecordedMessage& message : dialogs.takeMessages()) fail(message.text.simplified());
+}
+
 /// Works one report as a person does, and leaves its pictures and its PDF file in a folder.
-void produceReport(const QDir& folder, const QString& name) {
+void produceReport(DialogScript& dialogs, const QDir& folder, const QString& name) {
     QWidget* window = loadedWindow();
     QWidget* command = findControl(u"Raport"_s);
     if (window == nullptr || command == nullptr) fail(u"the report window did not open"_s);
@@ -63,11 +67,12 @@ void produceReport(const QDir& folder, const QString& name) {
     takePicture(*window, folder.filePath(name + u"-filters.png"_s));
     clickControl(*command);
     if (!waitForViewer(kPatience)) fail(u"the report took too long"_s);
+    failOnMessage(dialogs);
     if (!viewer()->property("hasReport").toBool()) fail(u"no report was produced"_s);
     deliverEvents();
     takePicture(*window, folder.filePath(name + u"-report.png"_s));
     const QString pdf = folder.filePath(name + u".pdf"_s);
-    actOnViewer(u"exportPdf"_s, {{u"file"_s, pdf}});
+    exportPdf(pdf);
     announce(pdf);
 }
 
@@ -83,8 +88,7 @@ int produceFiles(ComponentClient& component, const com::Ref<IConnection>& connec
     for (const auto& [kind, name] : {std::pair{u"Import"_s, u"furnizori"_s}, std::pair{u"Export"_s, u"clienti"_s}}) {
         component.incarca(kind, connection, date, QString());
         deliverEvents();
-        produceReport(folder, name);
-        for (const RecordedMessage& message : dialogs->takeMessages()) fail(message.text.simplified());
+        produceReport(*dialogs, folder, name);
     }
     if (QWidget* window = loadedWindow()) window->close();
     return kStatusDone;

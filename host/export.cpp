@@ -149,14 +149,11 @@ void produce(DialogScript& dialogs) {
 
 void writeFile(DialogScript& dialogs, const QString& path) {
     const QString ending = QFileInfo(path).suffix();
+    if (ending.compare(u"pdf"_s, Qt::CaseInsensitive) == 0) return exportPdf(path);
     // What stands in the place is no proof of a new file.
     const QDateTime before = QFileInfo(path).lastModified();
-    if (ending.compare(u"pdf"_s, Qt::CaseInsensitive) == 0) {
-        actOnViewer(u"exportPdf"_s, {{u"file"_s, path}});
-    } else {
-        dialogs.prepare(u"export"_s, {{u"format"_s, ending}, {u"file"_s, path}});
-        actOnViewer(u"export"_s);
-    }
+    dialogs.prepare(u"export"_s, {{u"format"_s, ending}, {u"file"_s, path}});
+    actOnViewer(u"export"_s);
     deliverEvents();
     failOnMessage(dialogs);
     const QFileInfo written(path);

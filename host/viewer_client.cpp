@@ -3,6 +3,8 @@
 #include "host/window_input.h"
 #include "host/window_view.h"
 
+#include "base/error.h"
+
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QTimer>
@@ -31,6 +33,13 @@ QStringList pageLines(int page) {
     if (QWidget* shown = viewer())
         QMetaObject::invokeMethod(shown, "pageLines", Q_RETURN_ARG(QStringList, lines), Q_ARG(int, page));
     return lines;
+}
+
+void exportPdf(const QString& file) {
+    const QVariant answer = actOnViewer(u"exportPdf"_s, {{u"file"_s, file}});
+    if (answer.typeId() == QMetaType::Bool && answer.toBool()) return;
+    const QString words = answer.toString();
+    throw base::Error(base::kPathAccess, words.isEmpty() ? file + u" was not written"_s : words);
 }
 
 QList<Format> exportFormats() {

@@ -16,6 +16,8 @@ QVariant actOnViewer(const QString& action, const QVariantMap& arguments = {});
 [[nodiscard]] QJsonValue shownReport();
 /// The text of one page, from 1; empty for no such page.
 [[nodiscard]] QStringList pageLines(int page);
+/// Writes the shown report as a PDF file, without a dialog. @throws Error with the viewer's words
+void exportPdf(const QString& file);
 /// The formats of the export dialog, in its order.
 [[nodiscard]] QList<Format> exportFormats();
 
