@@ -1,7 +1,6 @@
 #include "db/odbc/fetcher.h"
 
 #include <algorithm>
-#include <cstring>
 
 namespace velcoran::odbc {
 
@@ -27,6 +26,13 @@ bool hasVariableLength(const ColumnPlan& plan) {
 
 std::size_t terminatorBytes(const ColumnPlan& plan) {
     return plan.cType == SQL_C_WCHAR ? sizeof(SQLWCHAR) : sizeof(SQLCHAR);
+}
+
+/// A driver may leave the end of a piece empty where a character would not fit whole.
+std::size_t filledBytes(const char* piece, std::size_t bytes, std::size_t unit) {
+    const auto isZero = [](char c) { return c == 0; };
+    while (bytes >= unit && std::all_of(piece + bytes - unit, piece + bytes, isZero)) bytes -= unit;
+    return bytes;
 }
 
 bool isCut(SQLLEN length, std::size_t bufferBytes, const ColumnPlan& plan) {
@@ -187,7 +193,7 @@ void Fetcher::appendPieces(ColumnBuilder& builder, const Binding& binding, const
     if (!readPieces(binding, token)) {
         builder.appendNull();
     } else if (binding.plan.kind == ValueKind::Number) {
-        builder.appendNumber(m_pieces);
+        builder.appendNumber({m_pieces.data(), m_pieces.size()});
     } else {
         builder.appendText({reinterpret_cast<const char16_t*>(m_pieces.data()), m_pieces.size() / sizeof(char16_t)});
     }
@@ -215,10 +221,7 @@ bool Fetcher::readPieces(const Binding& binding, const CancelToken& token) {
             m_pieces.resize(start + std::min<std::size_t>(static_cast<std::size_t>(length), piece - terminator));
             return true;
         }
-        m_pieces.resize(start + piece - terminator);
-        // A driver may leave the end of a piece empty where a character would not fit whole.
-        const std::string nothing(terminator, '\0');
-        while (m_pieces.size() > start && m_pieces.ends_with(nothing)) m_pieces.resize(m_pieces.size() - terminator);
+        m_pieces.resize(start + filledBytes(m_pieces.data() + start, piece - terminator, terminator));
         piece = std::min(piece * 2, kMaxPiece);
     }
 }

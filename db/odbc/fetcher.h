@@ -5,7 +5,6 @@
 #include "db/odbc/link.h"
 
 #include <memory>
-#include <string>
 #include <vector>
 
 namespace velcoran::odbc {
@@ -59,7 +58,7 @@ private:
     std::unique_ptr<std::byte[]> m_memory;
     std::vector<SQLUSMALLINT> m_status;
     SQLULEN m_fetched = 0;
-    std::string m_pieces;
+    std::vector<char> m_pieces;
 };
 
 }  // namespace velcoran::odbc
