@@ -1,0 +1,81 @@
+#include "platform/printing/print_dialog.h"
+
+#include "platform/printing/dialog_language.h"
+#include "platform/printing/dialog_runner.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QLocale>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <QStandardPaths>
+#include <QTabWidget>
+
+#include <algorithm>
+
+namespace velcoran::printing {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Parts of the toolkit's dialog that ask for what PrintRequest does not hold: they would promise what is not done.
+constexpr const char16_t* kUnused[] = {u"properties",   u"reverse",          u"pageSetCombo",
+                                       u"pageSetLabel", u"pagesRadioButton", u"pagesLineEdit"};
+
+void hideUnused(const QDialog& dialog) {
+    for (const char16_t* name : kUnused)
+        if (auto* part = dialog.findChild<QWidget*>(QString::fromUtf16(name))) part->hide();
+    for (auto* tabs : dialog.findChildren<QTabWidget*>())
+        for (int index = 1; index < tabs->count(); ++index) tabs->setTabVisible(index, false);
+}
+
+QString suggestedFile() {
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return QDir(QFileInfo(documents).isDir() ? documents : QDir::homePath()).filePath(u"raport.pdf"_s);
+}
+
+void prepare(QPrinter& printer, QPrintDialog& dialog, int pageCount, const PrintRequest& request) {
+    dialog.setWindowTitle(u"Tipărește raportul"_s);
+    dialog.setLocale(QLocale(QLocale::Romanian, QLocale::Romania));
+    dialog.setOptions(QAbstractPrintDialog::PrintToFile | QAbstractPrintDialog::PrintPageRange |
+                      QAbstractPrintDialog::PrintCollateCopies);
+    dialog.setMinMax(1, pageCount);
+    dialog.setFromTo(1, pageCount);
+    printer.setCopyCount(std::max(request.copies, 1));
+    printer.setCollateCopies(request.isCollated);
+}
+
+void readChoice(const QPrinter& printer, const QPrintDialog& dialog, PrintRequest& request) {
+    const bool isFile = printer.outputFormat() == QPrinter::PdfFormat || !printer.outputFileName().isEmpty();
+    request.file = isFile ? QFileInfo(printer.outputFileName()).absoluteFilePath() : QString();
+    request.printer = isFile ? request.printer : printer.printerName();
+    const bool isRange = dialog.printRange() == QAbstractPrintDialog::PageRange;
+    request.firstPage = isRange ? dialog.fromPage() : 1;
+    request.lastPage = isRange ? dialog.toPage() : 0;
+    request.copies = printer.copyCount();
+    request.isCollated = printer.collateCopies();
+}
+
+}  // namespace
+
+bool choosePrint(QWidget* window, int pageCount, PrintRequest& request) {
+    const DialogLanguage language;
+    QPrinter printer(QPrinter::HighResolution);
+    const QString name = request.printer.isEmpty() ? defaultPrinterName() : request.printer;
+    if (name.isEmpty()) {
+        // Without a printer the dialog can only print into a file.
+        printer.setOutputFormat(QPrinter::PdfFormat);
+        printer.setOutputFileName(suggestedFile());
+    } else {
+        printer.setPrinterName(name);
+    }
+    QPrintDialog dialog(&printer, window);
+    prepare(printer, dialog, pageCount, request);
+    hideUnused(dialog);
+    if (!runDialog(dialog)) return false;
+    readChoice(printer, dialog, request);
+    return true;
+}
+
+}  // namespace velcoran::printing

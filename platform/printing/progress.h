@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QString>
+
+#include <atomic>
+#include <functional>
+
+class QWidget;
+
+namespace velcoran::printing {
+
+/// How far a work is. Written by the work's thread, read by the window's.
+struct WorkProgress {
+    std::atomic<qint64> done{0};
+    std::atomic<qint64> total{0};  ///< 0 while nobody knows
+};
+
+/// Does a work on a thread of its own while the window stays alive, and returns when it has ended. The window takes no
+/// input meanwhile; after half a second a dialog shows how far the work is. Its button, Esc and closing the window set
+/// the stop flag; the work answers that by throwing Cancelled.
+/// @param what  what is being done, as the dialog says it
+/// @throws what the work throws
+void runWithProgress(QWidget& window, const QString& what, const WorkProgress& progress, std::atomic_bool& stop,
+                     const std::function<void()>& work);
+
+}  // namespace velcoran::printing
