@@ -1,6 +1,7 @@
 #include "component/surroundings.h"
 
 #include "component/message_dialog.h"
+#include "platform/printing/default_dialogs.h"
 
 namespace velcoran::component {
 
@@ -10,13 +11,22 @@ com::Ref<IMesaje> HostSurroundings::newMesaje() {
 }
 
 com::Ref<IExportDialog> HostSurroundings::newExportDialog() {
-    return m_objects.create<IExportDialog>(kClassExportDialog);
+    if (auto registered = m_objects.create<IExportDialog>(kClassExportDialog)) return registered;
+    return printing::makeExportDialog();
 }
 
-com::Ref<IPrintDialog> HostSurroundings::newPrintDialog() { return m_objects.create<IPrintDialog>(kClassPrintDialog); }
+com::Ref<IPrintDialog> HostSurroundings::newPrintDialog() {
+    if (auto registered = m_objects.create<IPrintDialog>(kClassPrintDialog)) return registered;
+    return printing::makePrintDialog();
+}
 
 com::Ref<IPrinterSetupDialog> HostSurroundings::newPrinterSetupDialog() {
-    return m_objects.create<IPrinterSetupDialog>(kClassPrinterSetupDialog);
+    if (auto registered = m_objects.create<IPrinterSetupDialog>(kClassPrinterSetupDialog)) return registered;
+    return printing::makePrinterSetupDialog();
+}
+
+std::unique_ptr<form::IOutput> HostSurroundings::newOutput(QWidget& window) {
+    return std::make_unique<form::ReportOutput>(window, *this, m_outputMemory);
 }
 
 }  // namespace velcoran::component

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "form/report_output.h"
 #include "form/surroundings.h"
 
 #include "platform/com/host_objects.h"
 
 namespace velcoran::component {
 
-/// The window's surroundings in a host's process: what the host registered, otherwise the component's own. The dialogs
-/// have no substitute yet.
+/// The window's surroundings in a host's process: what the host registered, otherwise the component's own.
 class HostSurroundings final : public form::Surroundings {
 public:
     /// @param objects  outlives this
@@ -17,9 +17,11 @@ public:
     com::Ref<IExportDialog> newExportDialog() override;
     com::Ref<IPrintDialog> newPrintDialog() override;
     com::Ref<IPrinterSetupDialog> newPrinterSetupDialog() override;
+    std::unique_ptr<form::IOutput> newOutput(QWidget& window) override;
 
 private:
     const com::HostObjects& m_objects;
+    form::OutputMemory m_outputMemory;
 };
 
 }  // namespace velcoran::component

@@ -1,0 +1,184 @@
+#include "form/report_output.h"
+
+#include "form/surroundings.h"
+
+#include "base/error.h"
+#include "db/connection.h"
+#include "platform/com/error_information.h"
+#include "platform/engine/document.h"
+#include "platform/engine/export_formats.h"
+#include "platform/engine/report.h"
+#include "platform/printing/print_job.h"
+#include "platform/printing/progress.h"
+#include "platform/viewer/report_viewer.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
+#include <QWidget>
+
+#include <velcoran/dialogs.h>
+
+#include <utility>
+
+namespace velcoran::form {
+
+using namespace Qt::StringLiterals;
+using printing::PrintRequest;
+using printing::WorkProgress;
+
+namespace {
+
+/// A text that goes into a dialog's choice and may come back as another one. Both are ours to free.
+class ChoiceText {
+public:
+    ChoiceText(const QString& text, com::Bstr& place) : m_given(com::toText(text)), m_place(place) {
+        m_place = m_given.get();
+    }
+    ~ChoiceText() {
+        if (m_place != m_given.get()) com::freeText(m_place);
+    }
+    ChoiceText(const ChoiceText&) = delete;
+    ChoiceText& operator=(const ChoiceText&) = delete;
+
+    [[nodiscard]] QString text() const { return com::toQString(m_place); }
+
+private:
+    com::Text m_given;
+    com::Bstr& m_place;
+};
+
+/// @return false when the user cancelled
+template <class Dialog>
+bool isChosen(com::HResult result, const com::Ref<Dialog>& dialog) {
+    if (com::failed(result)) throw db::errorOf(result, dialog.get());
+    return result == com::kOk;
+}
+
+std::shared_ptr<const engine::Document> shownDocument(const OutputSubject& subject) {
+    auto document = subject.viewer.document();
+    if (!document) throw base::Error(base::kObjectNotSet, u"Nu este niciun raport incarcat."_s);
+    return document;
+}
+
+void requireSheet(const engine::PageSetup& setup) {
+    const bool isLeft = setup.left.value >= 0 && setup.top.value >= 0 && setup.right.value >= 0 &&
+                        setup.bottom.value >= 0 && setup.left + setup.right < setup.width &&
+                        setup.top + setup.bottom < setup.height;
+    if (!isLeft) throw base::Error(base::kInvalidProcedureCall, u"Marginile nu lasa loc pe foaie."_s);
+}
+
+/// Where a first export is offered to go.
+QString documentsFolder() {
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return QFileInfo(documents).isDir() ? documents : QDir::homePath();
+}
+
+}  // namespace
+
+ReportOutput::ReportOutput(QWidget& window, Surroundings& surroundings, OutputMemory& memory)
+    : m_window(window), m_surroundings(surroundings), m_memory(memory) {}
+
+ReportOutput::~ReportOutput() = default;
+
+std::uintptr_t ReportOutput::windowHandle() const { return static_cast<std::uintptr_t>(m_window.internalWinId()); }
+
+void ReportOutput::printOut(const OutputSubject& subject) {
+    const auto document = shownDocument(subject);
+    if (!m_printer.isEmpty()) printing::requirePrinter(m_printer);
+    const auto dialog = m_surroundings.newPrintDialog();
+    if (!dialog) return;
+    PrintChoice choice{nullptr, nullptr, 1, 0, 1, 1};
+    const ChoiceText printer(m_printer, choice.printer);
+    const ChoiceText file(QString(), choice.file);
+    if (!isChosen(dialog->Choose(windowHandle(), document->pageCount(), &choice), dialog)) return;
+    const PrintRequest request{printer.text(),  file.text(),   choice.firstPage,
+                               choice.lastPage, choice.copies, choice.isCollated != 0};
+    if (request.file.isEmpty()) printing::requirePrinter(request.printer);
+    WorkProgress progress;
+    std::atomic_bool stop{false};
+    const printing::PrintControl control{[&progress](int done, int total) {
+                                             progress.total = total;
+                                             progress.done = done;
+                                         },
+                                         &stop};
+    printing::runWithProgress(m_window, u"Se tipărește raportul…"_s, progress, stop,
+                              [&] { printing::printDocument(*document, request, control); });
+}
+
+bool ReportOutput::printerSetup(const OutputSubject& subject) {
+    const auto dialog = m_surroundings.newPrinterSetupDialog();
+    if (!dialog) return false;
+    const engine::PageSetup& present = subject.viewer.pageSetup();
+    PrinterSetup choice{nullptr,
+                        nullptr,
+                        present.isLandscape ? kLandscape : kPortrait,
+                        present.left.value,
+                        present.top.value,
+                        present.right.value,
+                        present.bottom.value};
+    const ChoiceText printer(m_printer, choice.printer);
+    const ChoiceText paper(present.paper, choice.paper);
+    if (!isChosen(dialog->Choose(windowHandle(), &choice), dialog)) return false;
+    engine::PageSetup setup = engine::pageSetup(paper.text(), choice.orientation == kLandscape);
+    setup.left = {choice.left};
+    setup.top = {choice.top};
+    setup.right = {choice.right};
+    setup.bottom = {choice.bottom};
+    requireSheet(setup);
+    m_printer = printer.text();
+    subject.viewer.setPageSetup(setup);
+    return true;
+}
+
+void ReportOutput::resetExportOptions() {
+    m_formatType = 0;
+    m_file.clear();
+}
+
+QString ReportOutput::suggestedFile(const OutputSubject& subject) const {
+    const QString period = subject.report ? subject.report->unboundFieldText(u"UnboundString6"_s) : QString();
+    const QString name = engine::suggestedFileName(m_window.windowTitle(), period, engine::kPdf);
+    return QDir(QFileInfo(m_memory.folder).isDir() ? m_memory.folder : documentsFolder()).filePath(name);
+}
+
+void ReportOutput::promptForExportOptions(const OutputSubject& subject) {
+    const auto dialog = m_surroundings.newExportDialog();
+    if (!dialog) throw base::Cancelled();
+    std::vector<velcoran::ExportFormat> formats;
+    for (const engine::ExportFormat& format : engine::exportFormats())
+        formats.push_back({format.type, reinterpret_cast<const char16_t*>(format.name.utf16()),
+                           reinterpret_cast<const char16_t*>(format.extension.utf16())});
+    com::Text file;
+    std::int32_t type = 0;
+    const com::Text suggested = com::toText(suggestedFile(subject));
+    const com::HResult result =
+        dialog->Choose(windowHandle(), formats.data(), static_cast<std::uint32_t>(formats.size()), suggested.get(),
+                       &type, file.receive());
+    if (!isChosen(result, dialog)) throw base::Cancelled();
+    m_formatType = type;
+    m_file = com::toQString(file.get());
+}
+
+void ReportOutput::exportReport(const OutputSubject& subject) {
+    const auto document = shownDocument(subject);
+    auto control = std::make_unique<engine::ExportControl>();
+    const auto progress = std::make_shared<WorkProgress>();
+    control->tell = [progress](qint64 done, qint64 total) {
+        progress->total = total;
+        progress->done = done;
+    };
+    try {
+        printing::runWithProgress(m_window, u"Se exportă raportul…"_s, *progress, control->stop,
+                                  [type = m_formatType, file = m_file, &document, &used = *control] {
+                                      engine::exportReport(type, document, file, used);
+                                  });
+    } catch (const base::Cancelled&) {
+        // What could not be broken off goes on by itself; it is waited for when the window goes.
+        m_stopped.push_back(std::move(control));
+        throw;
+    }
+    m_memory.folder = QFileInfo(m_file).absolutePath();
+}
+
+}  // namespace velcoran::form

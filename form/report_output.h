@@ -1,0 +1,57 @@
+#pragma once
+
+#include "form/output.h"
+
+#include <QString>
+
+#include <velcoran/com.h>
+
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+class QWidget;
+
+namespace velcoran::engine {
+class Document;
+class ExportControl;
+}  // namespace velcoran::engine
+
+namespace velcoran::form {
+
+class Surroundings;
+
+/// What the output commands keep from one loading of the window to the next.
+struct OutputMemory {
+    QString folder;  ///< of the last export; empty before the first
+};
+
+/// Printing, printer set-up and export through the dialogs of the surroundings. Both outputs are written on a thread of
+/// their own while the window stays alive.
+class ReportOutput final : public IOutput {
+public:
+    /// @param memory  outlives this, as the window and the surroundings do
+    ReportOutput(QWidget& window, Surroundings& surroundings, OutputMemory& memory);
+    ~ReportOutput() override;
+
+    void printOut(const OutputSubject& subject) override;
+    bool printerSetup(const OutputSubject& subject) override;
+    void resetExportOptions() override;
+    void promptForExportOptions(const OutputSubject& subject) override;
+    [[nodiscard]] int formatType() const override { return m_formatType; }
+    void exportReport(const OutputSubject& subject) override;
+
+private:
+    [[nodiscard]] std::uintptr_t windowHandle() const;
+    [[nodiscard]] QString suggestedFile(const OutputSubject& subject) const;
+
+    QWidget& m_window;
+    Surroundings& m_surroundings;
+    OutputMemory& m_memory;
+    QString m_printer;  ///< chosen at set-up; empty before, and where there was none
+    int m_formatType = 0;
+    QString m_file;
+    std::vector<std::unique_ptr<engine::ExportControl>> m_stopped;  ///< exports whose rest could not be broken off
+};
+
+}  // namespace velcoran::form
