@@ -1,5 +1,6 @@
 #include "platform/viewer/report_viewer.h"
 
+#include "platform/engine/export_formats.h"
 #include "platform/viewer/page_area.h"
 #include "platform/viewer/report_values.h"
 #include "platform/viewer/viewer_private.h"
@@ -55,6 +56,19 @@ QStringList ReportViewer::pageLines(int page) const {
 
 int ReportViewer::pageCount() const { return hasReport() ? m_private->m_document->pageCount() : 0; }
 
+namespace {
+
+QVariantList formatValues() {
+    QVariantList values;
+    for (const engine::ExportFormat& format : engine::exportFormats())
+        values.append(QVariantMap{{QStringLiteral("type"), format.type},
+                                  {QStringLiteral("name"), format.name},
+                                  {QStringLiteral("extension"), format.extension}});
+    return values;
+}
+
+}  // namespace
+
 QVariant ReportViewer::act(const QString& action, const QVariantMap& arguments) {
     if (action == u"goto") {
         m_private->m_pages->goToPage(arguments.value(QStringLiteral("page")).toInt());
@@ -62,6 +76,7 @@ QVariant ReportViewer::act(const QString& action, const QVariantMap& arguments) 
     }
     if (action == u"search") return m_private->searchNow(arguments.value(QStringLiteral("text")).toString());
     if (action == u"object") return m_private->clickField(arguments);
+    if (action == u"formats") return formatValues();
     if (action == u"exportPdf") return m_private->exportPdf(arguments.value(QStringLiteral("file")).toString());
     const std::optional<Command> command = commandNamed(action);
     if (command && m_private->isUsable(*command)) m_private->run(*command);

@@ -71,7 +71,8 @@ public:
     /// Presses a button of the toolbar by its name: export, print, first, previous, next, last, zoomIn, zoomOut, stop,
     /// tree; "goto" with a page; "search" with a text (answers the map {"page": n} or an invalid variant); "object"
     /// with {page, field, record} (answers whether there is such an object); "exportPdf" with {file} (answers true, or
-    /// the text of the error). What the toolbar does not offer just now does nothing.
+    /// the text of the error); "formats" (answers the export formats, a list of {type, name, extension}). What the
+    /// toolbar does not offer just now does nothing.
     /// @return an invalid variant where there is nothing to answer
     Q_INVOKABLE QVariant act(const QString& action, const QVariantMap& arguments);
 
