@@ -24,6 +24,7 @@ bool isNarrow(Int128 mantissa) {
 }
 
 void widen(AmountColumn::Block& block) {
+    block.isWide = true;
     block.wide.reserve(kBlockRows);
     block.wide.assign(block.narrow.begin(), block.narrow.end());
     block.narrow = {};
@@ -57,8 +58,8 @@ void AmountColumn::append(const Int128* mantissas, const std::uint8_t* nulls, st
     while (count > 0) {
         Block& block = blockFor(scale);
         const std::uint32_t part = std::min(count, kBlockRows - block.rowCount);
-        if (block.wide.empty() && !std::all_of(mantissas, mantissas + part, isNarrow)) widen(block);
-        if (block.wide.empty()) {
+        if (!block.isWide && !std::all_of(mantissas, mantissas + part, isNarrow)) widen(block);
+        if (!block.isWide) {
             for (std::uint32_t i = 0; i < part; ++i) block.narrow.push_back(static_cast<std::int64_t>(mantissas[i]));
         } else {
             block.wide.insert(block.wide.end(), mantissas, mantissas + part);

@@ -29,6 +29,7 @@ public:
         std::uint32_t firstRow = 0;
         std::uint32_t rowCount = 0;
         int scale = 0;
+        bool isWide = false;
         std::vector<std::int64_t> narrow;
         std::vector<Int128> wide;          ///< instead of narrow where a mantissa needs it
         std::vector<std::uint64_t> nulls;  ///< a bit a row; empty without nulls
@@ -36,7 +37,7 @@ public:
         [[nodiscard]] bool isNull(std::uint32_t index) const {
             return !nulls.empty() && ((nulls[index >> 6U] >> (index & 63U)) & 1U) != 0;
         }
-        [[nodiscard]] Int128 mantissa(std::uint32_t index) const { return wide.empty() ? narrow[index] : wide[index]; }
+        [[nodiscard]] Int128 mantissa(std::uint32_t index) const { return isWide ? wide[index] : narrow[index]; }
     };
 
     /// Appends rows of one scale. @param nulls  one byte a row, 1 for null; may be null

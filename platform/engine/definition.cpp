@@ -233,7 +233,8 @@ PageSetup readPage(const JsonNode& node) {
 }
 
 [[noreturn]] void failSyntax(const QByteArray& json, const QJsonParseError& error) {
-    const QByteArray before = json.left(error.offset);
+    // The offset lies behind the character at which reading stopped.
+    const QByteArray before = json.left(std::max(0, error.offset - 1));
     const qsizetype line = before.count('\n') + 1;
     const qsizetype column = before.size() - (before.lastIndexOf('\n') + 1) + 1;
     throw base::Error(base::kInvalidProcedureCall,

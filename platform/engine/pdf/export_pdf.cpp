@@ -46,11 +46,11 @@ public:
     void write() {
         writePages();
         writeNodes();
-        const bool hasOutlines = writeOutlines();
-        m_file.writeObject(m_catalog,
-                           "<</Type/Catalog/Pages " + reference(m_root) +
-                               (hasOutlines ? "/PageMode/UseOutlines/Outlines " + reference(m_outlines) : "") +
-                               "/Lang(ro-RO)/ViewerPreferences<</DisplayDocTitle true>>>>");
+        writeOutlines();
+        const std::string outlines = "/Outlines " + reference(m_outlines);
+        m_file.writeObject(m_catalog, "<</Type/Catalog/Pages " + reference(m_root) + outlines +
+                                          (m_document.groupCount() > 0 ? "/PageMode/UseOutlines" : "") +
+                                          "/Lang(ro-RO)/ViewerPreferences<</DisplayDocTitle true>>>>");
         const std::string date = m_document.printTime().toString(u"yyyyMMddHHmmss"_s).toStdString();
         m_file.writeObject(m_information, "<</Title " + pdfText(m_document.title()) +
                                               "/Creator(Velcoran)/Producer(Velcoran)/CreationDate(D:" + date + ")>>");
@@ -100,10 +100,12 @@ private:
                                        "]/MediaBox[0 0 " + width + ' ' + height + "]/Resources " +
                                        reference(m_resources) + ">>");
     }
-    bool writeOutlines() {
+    void writeOutlines() {
         const auto groups = static_cast<int>(m_document.groupCount());
-        if (groups == 0) return false;
         const int first = m_file.reserve(groups);
+        std::string ends;
+        if (groups > 0) ends = "/First " + reference(first) + "/Last " + reference(first + groups - 1);
+        m_file.writeObject(m_outlines, "<</Type/Outlines" + ends + "/Count " + std::to_string(groups) + ">>");
         for (int group = 0; group < groups; ++group) {
             stopIfAsked();
             const int top = toCentipoints((m_document.pageHeight() - m_document.topOfGroup(group)).value);
@@ -114,9 +116,6 @@ private:
             if (group + 1 < groups) item += "/Next " + reference(first + group + 1);
             m_file.writeObject(first + group, item + ">>");
         }
-        m_file.writeObject(m_outlines, "<</Type/Outlines/First " + reference(first) + "/Last " +
-                                           reference(first + groups - 1) + "/Count " + std::to_string(groups) + ">>");
-        return true;
     }
 
     const Document& m_document;
