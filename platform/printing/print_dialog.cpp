@@ -3,11 +3,13 @@
 #include "platform/printing/dialog_language.h"
 #include "platform/printing/dialog_runner.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QLocale>
 #include <QPrintDialog>
 #include <QPrinter>
+#include <QPushButton>
 #include <QStandardPaths>
 #include <QTabWidget>
 
@@ -28,6 +30,13 @@ void hideUnused(const QDialog& dialog) {
         if (auto* part = dialog.findChild<QWidget*>(QString::fromUtf16(name))) part->hide();
     for (auto* tabs : dialog.findChildren<QTabWidget*>())
         for (int index = 1; index < tabs->count(); ++index) tabs->setTabVisible(index, false);
+}
+
+/// Pages and copies are what people come for: they stand open from the start.
+void openOptions(const QDialog& dialog) {
+    const QString caption = QCoreApplication::translate("QPrintDialog", "&Options >>");
+    for (auto* button : dialog.findChildren<QPushButton*>())
+        if (button->text() == caption) return button->click();
 }
 
 QString suggestedFile() {
@@ -72,6 +81,7 @@ bool choosePrint(QWidget* window, int pageCount, PrintRequest& request) {
     }
     QPrintDialog dialog(&printer, window);
     prepare(printer, dialog, pageCount, request);
+    openOptions(dialog);
     hideUnused(dialog);
     if (!runDialog(dialog)) return false;
     readChoice(printer, dialog, request);

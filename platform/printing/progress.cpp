@@ -158,6 +158,7 @@ void runWithProgress(QWidget& window, const QString& what, const WorkProgress& p
     QObject::connect(&beat, &QTimer::timeout, &dialog, [&] { dialog.follow(progress); });
     QTimer patience;
     patience.setSingleShot(true);
+    patience.setTimerType(Qt::PreciseTimer);
     QObject::connect(&patience, &QTimer::timeout, &dialog, [&] {
         if (stop) return;
         dialog.follow(progress);
