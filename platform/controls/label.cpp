@@ -15,7 +15,21 @@ Label::Label(QWidget* parent) : ControlOf(parent) {
 
 void Label::setCaption(const QString& caption) {
     setText(caption);
+    makeRoom();
     update();
+}
+
+void Label::makeRoom() {
+    constexpr int kAnyHeight = 1 << 20;
+    const int flags = Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap;
+    const QRect wrapped = fontMetrics().boundingRect(QRect(0, 0, width(), kAnyHeight), flags, caption());
+    const int whole = fontMetrics().boundingRect(QRect(), Qt::AlignLeft, caption()).width();
+    if (wrapped.height() > height() && whole > width()) resize(whole, height());
+}
+
+void Label::resizeEvent(QResizeEvent* event) {
+    ControlOf::resizeEvent(event);
+    makeRoom();
 }
 
 QVariantMap Label::controlState() const {

@@ -7,7 +7,8 @@
 namespace velcoran::controls {
 
 /// A text without focus. Transparent until a back colour is set. The caption is shown exactly, runs of blanks and "&"
-/// included; what is wider than the label wraps at blanks.
+/// included; what is wider than the label wraps at blanks where the place has the lines, and runs on beyond it where
+/// not.
 class Label : public ControlOf<QLabel> {
     Q_OBJECT
     Q_PROPERTY(QVariantMap controlState READ controlState)
@@ -23,6 +24,11 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    /// A designed place that is too short for a caption of another report kind must not cut its last word.
+    void makeRoom();
 };
 
 }  // namespace velcoran::controls
