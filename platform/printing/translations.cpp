@@ -11,6 +11,7 @@ constexpr const char* kButtons = "QPlatformTheme";
 constexpr const char* kButtonBox = "QDialogButtonBox";
 constexpr const char* kFile = "QFileDialog";
 constexpr const char* kFiles = "QFileSystemModel";
+constexpr const char* kIcons = "QAbstractFileIconProvider";
 constexpr const char* kPrint = "QPrintDialog";
 constexpr const char* kPrintPart = "QPrintWidget";
 constexpr const char* kOutput = "QPrintSettingsOutput";
@@ -129,6 +130,15 @@ constexpr TranslationRow kRows[] = {
      u"„%1” este protejat la scriere.\nÎl ștergeți totuși?"},
     {kFile, "Are you sure you want to delete '%1'?", u"Sigur ștergeți „%1”?"},
     {kFile, "Could not delete directory.", u"Dosarul nu a putut fi șters."},
+
+    {kIcons, "Drive", u"Unitate"},
+    {kIcons, "File", u"Fișier"},
+    {kIcons, "%1 File", u"Fișier %1"},
+    {kIcons, "File Folder", u"Dosar"},
+    {kIcons, "Folder", u"Dosar"},
+    {kIcons, "Alias", u"Alias"},
+    {kIcons, "Shortcut", u"Scurtătură"},
+    {kIcons, "Unknown", u"Necunoscut"},
 
     {kFiles, "Name", u"Nume"},
     {kFiles, "Size", u"Mărime"},

@@ -21,7 +21,9 @@
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QTabWidget>
+#include <QTemporaryDir>
 #include <QTranslator>
+#include <QTreeView>
 
 #include <gtest/gtest.h>
 
@@ -48,6 +50,12 @@ private:
         // Names of files and fonts are nobody's language.
         if (!text.contains(u'/') && text != QDir::home().dirName()) texts.append(text);
     }
+    /// The kinds of what a list of files shows; the names are the files' own.
+    void addKinds(const QTreeView& tree) {
+        constexpr int kKind = 2;
+        for (int row = 0; row < tree.model()->rowCount(tree.rootIndex()); ++row)
+            add(tree.model()->index(row, kKind, tree.rootIndex()).data().toString());
+    }
     void walk(const QWidget& part) {
         for (const char* name : {"windowTitle", "title", "toolTip", "placeholderText", "accessibleName", "suffix"})
             add(part.property(name).toString());
@@ -60,6 +68,7 @@ private:
         if (const auto* header = qobject_cast<const QHeaderView*>(&part))
             for (int index = 0; index < header->count(); ++index)
                 add(header->model()->headerData(index, header->orientation()).toString());
+        if (const auto* tree = qobject_cast<const QTreeView*>(&part)) addKinds(*tree);
         for (const QAction* action : part.actions()) add(action->text());
     }
 };
@@ -74,6 +83,9 @@ std::unique_ptr<QDialog> fileDialog(QFileDialog::AcceptMode mode) {
     dialog->setOption(QFileDialog::DontUseNativeDialog);
     dialog->setViewMode(QFileDialog::Detail);
     dialog->setAcceptMode(mode);
+    static const QTemporaryDir folder;
+    QDir(folder.path()).mkdir(u"2026"_s);
+    dialog->setDirectory(folder.path());
     return dialog;
 }
 
@@ -102,7 +114,10 @@ const WalkedDialog kDialogs[] = {
 QStringList textsOf(const WalkedDialog& each) {
     const auto dialog = each.make();
     dialog->show();
-    QCoreApplication::processEvents();
+    // A list of files is read on a thread of the toolkit.
+    if (const auto* files = dialog->findChild<QTreeView*>()) {
+        EXPECT_TRUE(QTest::qWaitFor([files] { return files->model()->rowCount(files->rootIndex()) > 0; }));
+    }
     return TextWalk(*dialog).texts;
 }
 
