@@ -33,7 +33,7 @@ enum class Command {
 };
 
 /// When a command can be used.
-enum class Needs { Report, Loading, Search, Source, Selection };
+enum class Needs { Report, Loading, Source, Selection };
 
 struct CommandRow {
     Command command;

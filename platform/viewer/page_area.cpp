@@ -64,7 +64,8 @@ void PageArea::install(std::shared_ptr<const engine::Document> document) {
     // A bar that came and went with the width would make the fitted width swing.
     setVerticalScrollBarPolicy(document ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff);
     m_layout.setPercent(m_layout.percentFor(m_zoom, viewport()->size()));
-    m_current = 0;
+    // Not a page: the next one is told even when its number is the same.
+    if (m_current != 0) m_current = -1;
     updateBars();
     emit zoomChanged();
     viewport()->update();

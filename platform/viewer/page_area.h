@@ -7,6 +7,8 @@
 #include <QAbstractScrollArea>
 #include <QPropertyAnimation>
 
+class QHelpEvent;
+
 namespace velcoran::viewer {
 
 class StatePane;
@@ -46,7 +48,6 @@ public:
     /// A place of a page, in twips, on the viewport.
     [[nodiscard]] QRectF placeOf(int page, const QRectF& place) const;
     [[nodiscard]] qint64 scrollPosition() const;
-    [[nodiscard]] const PageCache& cache() const { return m_cache; }
 
 signals:
     void currentPageChanged(int page);
@@ -84,6 +85,7 @@ private:
     void zoomAt(const Zoom& zoom, QPoint anchor);
     void noteCurrent(int page);
     [[nodiscard]] Visible visiblePages() const;
+    void showFullText(const QHelpEvent& help);
     [[nodiscard]] std::optional<Selection> objectAt(QPoint place);
     [[nodiscard]] QPointF toTwips(int page, QPoint place) const;
 

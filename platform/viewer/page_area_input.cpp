@@ -124,19 +124,27 @@ void PageArea::contextMenuEvent(QContextMenuEvent* event) {
     if (m_layout.pageCount() > 0) emit menuRequested(event->globalPos());
 }
 
-// A text that did not fit shows whole when the pointer rests on it.
+// Painting and the mouse make pages; when that fails for want of memory, the ground stays and the host lives on.
 bool PageArea::viewportEvent(QEvent* event) {
-    if (event->type() != QEvent::ToolTip) return QAbstractScrollArea::viewportEvent(event);
-    const auto* help = static_cast<QHelpEvent*>(event);
-    const std::optional<Selection> object = objectAt(help->pos());
+    try {
+        if (event->type() != QEvent::ToolTip) return QAbstractScrollArea::viewportEvent(event);
+        showFullText(*static_cast<QHelpEvent*>(event));
+    } catch (const std::exception&) {
+        m_pressed.reset();
+    }
+    return true;
+}
+
+// A text that did not fit shows whole when the pointer rests on it.
+void PageArea::showFullText(const QHelpEvent& help) {
+    const std::optional<Selection> object = objectAt(help.pos());
     QString text;
     if (object) {
         const engine::PageItem& item = m_marks.page(object->page).items[object->item];
         QString shown = item.text;
         if (shown.replace(u'\n', u' ') != item.fullText.simplified()) text = item.fullText;
     }
-    QToolTip::showText(help->globalPos(), text.toHtmlEscaped(), viewport());
-    return true;
+    QToolTip::showText(help.globalPos(), text.toHtmlEscaped(), viewport());
 }
 
 }  // namespace velcoran::viewer

@@ -29,7 +29,8 @@ struct PartRow {
 constexpr PartRow kParts[] = {
     {Command::Export, Part::ExportButton}, {Command::Print, Part::PrintButton}, {Command::Refresh, Part::RefreshButton},
     {Command::Filter, Part::FilterButton}, {Command::Help, Part::HelpButton},   {Command::Close, Part::CloseButton},
-    {Command::Tree, Part::TreeButton},     {Command::Find, Part::Search},       {Command::Stop, Part::StopButton},
+    {Command::Tree, Part::TreeButton},     {Command::Find, Part::Search},       {Command::FindNext, Part::Search},
+    {Command::FindPrevious, Part::Search}, {Command::Stop, Part::StopButton},
 };
 
 QString helpText() {
@@ -55,8 +56,6 @@ bool ReportViewer::Private::isUsable(Command command) const {
             return m_document != nullptr;
         case Needs::Loading:
             return m_isBusy;
-        case Needs::Search:
-            return m_searcher.isActive();
         case Needs::Source:
             return m_source != nullptr && !m_isBusy;
         case Needs::Selection:
@@ -70,7 +69,15 @@ std::optional<Command> ReportViewer::Private::usableCommand(const QKeyEvent& eve
     return command && isUsable(*command) ? command : std::nullopt;
 }
 
-void ReportViewer::Private::run(Command command) {
+void ReportViewer::Private::run(Command command) noexcept {
+    try {
+        perform(command);
+    } catch (const std::exception&) {
+        // A page could not be made for want of memory: what was shown stays.
+    }
+}
+
+void ReportViewer::Private::perform(Command command) {
     bool useDefault = true;
     const int page = m_pages->currentPage();
     switch (command) {
@@ -111,9 +118,9 @@ void ReportViewer::Private::run(Command command) {
         case Command::Find:
             return m_toolbar->openSearch();
         case Command::FindPrevious:
-            return m_searcher.step(false);
+            return findAgain(false);
         case Command::FindNext:
-            return m_searcher.step(true);
+            return findAgain(true);
         case Command::Copy:
             return copyToClipboard(m_marks.selectedValue());
         case Command::SwitchPane:
@@ -128,6 +135,11 @@ void ReportViewer::Private::startSearch(const QString& text) {
     else if (m_document)
         m_searcher.start(m_document, text, {std::max(1, m_pages->currentPage())});
     m_pages->refreshMarks();
+}
+
+void ReportViewer::Private::findAgain(bool isForward) {
+    if (m_searcher.isActive()) return m_searcher.step(isForward);
+    m_toolbar->openSearch();
 }
 
 void ReportViewer::Private::showHit(bool isFound) {

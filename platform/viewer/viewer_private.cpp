@@ -7,6 +7,7 @@
 #include "platform/viewer/texts.h"
 #include "platform/viewer/toolbar.h"
 
+#include <QApplication>
 #include <QListView>
 #include <QMenu>
 #include <QScopedValueRollback>
@@ -183,23 +184,41 @@ void ReportViewer::Private::finish(const LoadResult& result) {
     m_tick.stop();
     m_isBusy = false;
     m_toolbar->setProgress({});
-    showDocument(result);
-    if (result.document)
+    const std::optional<base::Error> failure = tryToShow(result);
+    if (m_document)
         showState({}, {});
-    else if (result.error)
+    else if (failure)
         showState(QStringLiteral("Raportul nu a putut fi încărcat."),
-                  QStringLiteral("%1: %2").arg(QString::number(result.error->number()), result.error->description()));
+                  QStringLiteral("%1: %2").arg(QString::number(failure->number()), failure->description()));
     else
         showState(QStringLiteral("Încărcarea a fost oprită."), {});
     emit m_viewer.downloadFinished(0);
 }
 
+// What goes wrong here - no memory for the pages - is a failure of the loading like any other.
+std::optional<base::Error> ReportViewer::Private::tryToShow(const LoadResult& result) noexcept {
+    try {
+        showDocument(result);
+        return result.error;
+    } catch (const std::exception& failure) {
+        m_document.reset();
+        m_data.reset();
+        return base::Error(base::kProviderFailure, QString::fromUtf8(failure.what()));
+    }
+}
+
 void ReportViewer::Private::showDocument(const LoadResult& result) {
+    // What is switched off or hidden below would pass the focus on to another control of the window.
+    const QWidget* focused = QApplication::focusWidget();
+    if (m_toolbar->isAncestorOf(focused) || m_tree->isAncestorOf(focused) || m_tree == focused) m_pages->setFocus();
     closeSearch();
     m_data = result.data;
     m_document = result.document;
     m_definition = m_document ? m_source->name() : QString();
     m_groups.setDocument(m_document);
+    // The tree takes its room first, so that the first sight of a page has its right size.
+    refreshChrome();
+    m_splitter->refresh();
     m_pages->setDocument(m_document);
     refreshChrome();
 }

@@ -37,7 +37,7 @@ public:
 
     // The commands.
     [[nodiscard]] bool isUsable(Command command) const;
-    void run(Command command);
+    void run(Command command) noexcept;
     /// The command of a key press, while it can be used.
     [[nodiscard]] std::optional<Command> usableCommand(const QKeyEvent& event) const;
     /// @return false when no search was open
@@ -70,11 +70,13 @@ public:
     QTimer m_tick;
 
 private:
+    void perform(Command command);
     void buildWidgets();
     void buildTree();
     void connectToolbar();
     void connectPages();
     void finish(const LoadResult& result);
+    std::optional<base::Error> tryToShow(const LoadResult& result) noexcept;
     void showDocument(const LoadResult& result);
     void showProgress();
     void showState(const QString& heading, const QString& text);
@@ -82,6 +84,7 @@ private:
     void followGroup(int page);
     void goToGroup(int group);
     void startSearch(const QString& text);
+    void findAgain(bool isForward);
     void showHit(bool isFound);
     void showMenu(QPoint place);
     void showHelp();

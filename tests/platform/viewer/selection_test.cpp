@@ -1,0 +1,78 @@
+#include "platform/viewer/page_area.h"
+#include "platform/viewer/viewer_fixture.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QLabel>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace velcoran::tests {
+
+class Objects : public ViewerTest {
+protected:
+    Objects() {
+        FakeAnswer answer = reportRows(2, 5);
+        // Longer than its column: shown with an ellipsis, given out whole.
+        answer.rows[2][4] = longNumber;
+        load(scriptedReport(answer));
+        QObject::connect(&viewer, &viewer::ReportViewer::objectClicked, &viewer,
+                         [this](int, int, const QStringList& fields, bool*) { clicks << fields; });
+    }
+    viewer::PageArea& pages() { return part<viewer::PageArea>("crwPages"); }
+    /// Middle of the first object of page 1 that passes.
+    template <class Test>
+    QPoint middleOf(Test test) {
+        const engine::Page page = viewer.document()->page({1});
+        const auto item = std::ranges::find_if(page.items, test);
+        if (item == page.items.end()) throw std::runtime_error("no such object");
+        return pages().placeOf(0, viewer::rectOf(*item)).center().toPoint();
+    }
+
+    const QString longNumber = u"FACTURA-EXTERNA-CU-UN-NUMAR-FOARTE-FOARTE-LUNG-1234567890"_s;
+    QList<QStringList> clicks;
+};
+
+TEST_F(Objects, aDoubleClickGivesTheValuesOfTheField) {
+    using engine::PageItem;
+    const QPoint field = middleOf([](const PageItem& item) { return item.isField && item.text == u"F0001-2"_s; });
+    const QPoint text = middleOf([](const PageItem& item) { return item.field == u"Text1"_s; });
+    QTest::mouseDClick(pages().viewport(), Qt::LeftButton, {}, field);
+    QTest::mouseDClick(pages().viewport(), Qt::LeftButton, {}, text);
+    QTest::mouseDClick(pages().viewport(), Qt::LeftButton, {}, QPoint(3, 3));
+    QTest::mouseClick(pages().viewport(), Qt::LeftButton, {}, field);
+    EXPECT_EQ(clicks, QList<QStringList>({{u"F0001-2"_s}, {}}));
+}
+
+TEST_F(Objects, anActionMakesTheGesture) {
+    EXPECT_TRUE(act("object", {{u"page"_s, 1}, {u"field"_s, u"NumarFactura"_s}, {u"record"_s, 3}}).toBool());
+    EXPECT_EQ(clicks, QList<QStringList>({{longNumber}}));
+    for (const QVariantMap& nowhere : {QVariantMap{{u"page"_s, 1}, {u"field"_s, u"NumarFactura"_s}, {u"record"_s, 99}},
+                                       QVariantMap{{u"page"_s, 9}, {u"field"_s, u"NumarFactura"_s}, {u"record"_s, 1}},
+                                       QVariantMap{{u"page"_s, 1}, {u"field"_s, u"Altceva"_s}, {u"record"_s, 1}}})
+        EXPECT_FALSE(act("object", nowhere).toBool());
+    EXPECT_EQ(clicks.size(), 1);
+}
+
+TEST_F(Objects, theChosenOneIsCopiedWhole) {
+    QClipboard* clipboard = QGuiApplication::clipboard();
+    clipboard->setText(u"nimic"_s);
+    QTest::keyClick(&pages(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(clipboard->text(), u"nimic"_s);
+    const QPoint place = middleOf([this](const engine::PageItem& item) { return item.fullText == longNumber; });
+    QTest::mouseClick(pages().viewport(), Qt::LeftButton, {}, place);
+    QTest::keyClick(&pages(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(clipboard->text(), longNumber);
+}
+
+TEST_F(Objects, theFieldInTheTotalsIsNoRecord) {
+    const engine::Page page = viewer.document()->page({1});
+    EXPECT_EQ(viewer::itemOfField(page, u"NumarFactura"_s, 0), std::nullopt);
+    const auto first = viewer::itemOfField(page, u"numarfactura"_s, 1);
+    ASSERT_TRUE(first.has_value());
+    EXPECT_EQ(page.items[*first].fullText, u"F0001-1"_s);
+}
+
+}  // namespace velcoran::tests
