@@ -7,6 +7,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <mutex>
 #include <thread>
 
 namespace velcoran::engine {
@@ -55,7 +56,9 @@ struct Report::State {
     QMap<QString, QString> unboundTexts;
     int option = 0;
     db::Connection connection;
+    QString commandText;
     db::Statement statement;
+    bool isStatementCancelled = false;
     QList<db::Column> columns;
     ColumnBinding binding{};
     bool isBound = false;
@@ -73,7 +76,14 @@ struct Report::State {
 struct Report::Run {
     std::thread worker;
     std::atomic_bool stop = false;
+    std::mutex mutex;  ///< guards the next four
     db::Statement statement;
+    bool isPreparing = false;
+    bool isReading = false;  ///< the statement is in use: a cancel reaches this run and no later one
+    bool wasStatementCancelled = false;
+    db::Connection connection;
+    QString text;
+    bool isPreparedAnew = false;  ///< a cancel may still wait in the old statement and would end this run
     ColumnBinding binding{};
     Grouping grouping = Grouping::Partner;
     std::function<void(qint64)> progress;
@@ -87,10 +97,44 @@ struct Report::Run {
         }
     }
 
+    void prepareAnew() {
+        {
+            const std::lock_guard guard(mutex);
+            isPreparing = true;
+        }
+        db::Statement fresh = connection.prepare(text);
+        const std::lock_guard guard(mutex);
+        statement = std::move(fresh);
+        isPreparing = false;
+    }
+
+    /// The statement may be cancelled from here on. Cancels that came before end the run here.
+    db::Statement beginReading() {
+        if (isPreparedAnew) prepareAnew();
+        const std::lock_guard guard(mutex);
+        if (stop) throw base::Cancelled();
+        isReading = true;
+        return statement;
+    }
+
+    void endReading() {
+        const std::lock_guard guard(mutex);
+        isReading = false;
+    }
+
+    void cancel() {
+        const std::lock_guard guard(mutex);
+        if (stop.exchange(true)) return;
+        if (isPreparing) connection.cancel();
+        if (!isReading) return;
+        wasStatementCancelled = true;
+        statement.cancel();
+    }
+
     RowStore readRows() {
         RowReader reader(binding);
         auto next = std::chrono::steady_clock::now();
-        const db::Rows rows = statement.run();
+        const db::Rows rows = beginReading().run();
         while (const RowBlock* block = rows.fetch()) {
             if (stop) throw base::Cancelled();
             reader.add(*block);
@@ -98,6 +142,7 @@ struct Report::Run {
             tellProgress(reader.rowCount());
             next = std::chrono::steady_clock::now() + kProgressInterval;
         }
+        endReading();
         tellProgress(reader.rowCount());
         return reader.take();
     }
@@ -166,7 +211,9 @@ void Report::addCommand(const db::Connection& connection, const db::Command& com
     cancelAndWait();
     m_state->isBound = false;
     m_state->statement = connection.prepare(command.commandText);
+    m_state->isStatementCancelled = false;
     m_state->connection = connection;
+    m_state->commandText = command.commandText;
     m_state->columns = m_state->statement.columns();
 }
 
@@ -216,6 +263,9 @@ void Report::start(std::function<void(qint64)> progress, std::function<void(RunO
     if (!m_state->isBound) throw base::Error(base::kInvalidProcedureCall, u"The report's fields are not bound."_s);
     m_run = std::make_unique<Run>();
     m_run->statement = m_state->statement;
+    m_run->connection = m_state->connection;
+    m_run->text = m_state->commandText;
+    m_run->isPreparedAnew = m_state->isStatementCancelled;
     m_run->binding = m_state->binding;
     m_run->grouping = m_state->definition->grouping;
     m_run->progress = std::move(progress);
@@ -224,13 +274,15 @@ void Report::start(std::function<void(qint64)> progress, std::function<void(RunO
 }
 
 void Report::cancel() {
-    if (!m_run || m_run->stop.exchange(true)) return;
-    m_run->statement.cancel();
+    if (m_run) m_run->cancel();
 }
 
 void Report::cancelAndWait() {
+    if (!m_run) return;
     cancel();
-    if (m_run && m_run->worker.joinable()) m_run->worker.join();
+    if (m_run->worker.joinable()) m_run->worker.join();
+    m_state->statement = m_run->statement;
+    m_state->isStatementCancelled = m_run->wasStatementCancelled;
     m_run.reset();
 }
 
