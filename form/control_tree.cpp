@@ -145,6 +145,17 @@ void ControlTree::place(Ctl control, const base::TwipsRect& place) {
     controls::placeTwips(&widget(control), place, m_density);
 }
 
+void ControlTree::setCaption(Ctl control, const QString& caption) {
+    switch (layoutOf(control).kind) {
+        case Kind::label:
+            return label(control).setCaption(caption);
+        case Kind::checkBox:
+            return checkBox(control).setCaption(caption);
+        default:
+            return frame(control).setCaption(caption);
+    }
+}
+
 void ControlTree::setDensity(double density) {
     m_density = density;
     for (const LayoutRow& row : layoutRows()) place(row.control, controls::twipsOf(&widget(row.control)));

@@ -58,6 +58,8 @@ public:
     [[nodiscard]] double density() const { return m_density; }
     /// Fills the viewer and moves the two small buttons, for the window's inner size.
     void followSize(QSize pixels);
+    /// Sets the caption of a label, frame or check box.
+    void setCaption(Ctl control, const QString& caption);
     /// Gives the fields the texts of their labels as accessible names.
     void nameFields();
 

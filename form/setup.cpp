@@ -5,6 +5,7 @@
 #include "form/setup_values.h"
 #include "form/surroundings.h"
 
+#include <QApplication>
 #include <QWidget>
 
 namespace velcoran::form {
@@ -56,7 +57,6 @@ private:
     void setWindowCaption();
 
     void newRecordset() { m_members.rsQuery = std::make_unique<db::RowSet>(); }
-    void setCaption(Ctl control, const QString& caption);
     [[nodiscard]] bool isImport() const { return m_members.sTipRaport == u"Import"; }
     [[nodiscard]] bool isExport() const { return m_members.sTipRaport == u"Export"; }
 
@@ -76,23 +76,23 @@ void Setup::run() {
     for (const auto step : kSteps) (this->*step)();
 }
 
-void Setup::setCaption(Ctl control, const QString& caption) {
-    switch (layoutOf(control).kind) {
-        case Kind::label:
-            return m_controls.label(control).setCaption(caption);
-        case Kind::checkBox:
-            return m_controls.checkBox(control).setCaption(caption);
-        default:
-            return m_controls.frame(control).setCaption(caption);
-    }
+/// A platform that has not noticed the hiding of a window takes its activation for nothing new.
+void activate(QWidget& window) {
+    window.activateWindow();
+    if (QApplication::activeWindow() == &window || QGuiApplication::focusWindow() != window.windowHandle()) return;
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_DEPRECATED
+    QApplication::setActiveWindow(&window);
+    QT_WARNING_POP
 }
 
 void Setup::show() {
     QWidget& window = m_context.window;
-    if (!window.isVisible()) m_controls.widget(Ctl::cmbTipRaport).setFocus();
+    const bool isAppearing = !window.isVisible();
     window.show();
-    window.raise();
-    window.activateWindow();
+    if (!isAppearing) window.raise();
+    activate(window);
+    if (isAppearing) m_controls.widget(Ctl::cmbTipRaport).setFocus();
 }
 
 void Setup::readYear() {
@@ -132,7 +132,7 @@ void Setup::showPanel() {
 
 void Setup::setPartnerCaptions() {
     for (const KindCaption& one : kSupplierCaptions)
-        setCaption(one.control, (isImport() ? one.caption : layoutOf(one.control).caption).toString());
+        m_controls.setCaption(one.control, (isImport() ? one.caption : layoutOf(one.control).caption).toString());
     m_controls.nameFields();
 }
 
@@ -170,13 +170,14 @@ void Setup::fillCategories() {
     QString temporary = layoutOf(Ctl::chkLohn).caption.toString();
     if (isImport()) temporary = u"Inclusiv importurile temporare"_s;
     if (isExport()) temporary = u"Inclusiv exporturile temporare"_s;
-    setCaption(Ctl::chkLohn, temporary);
+    m_controls.setCaption(Ctl::chkLohn, temporary);
     m_controls.list(Ctl::cmbCategorie).fill(filters::categoryEntries(m_members.sTipRaport), 0);
 }
 
 void Setup::setWindowCaption() {
     m_context.window.setWindowTitle(isExport() ? u"Facturi Export Clienti"_s : u"Facturi Import Furnizori"_s);
-    setCaption(Ctl::frmProduse, isExport() ? u"Facturi care contin:"_s : layoutOf(Ctl::frmProduse).caption.toString());
+    m_controls.setCaption(Ctl::frmProduse,
+                          isExport() ? u"Facturi care contin:"_s : layoutOf(Ctl::frmProduse).caption.toString());
 }
 
 }  // namespace

@@ -28,7 +28,7 @@ void WaitState::enter() {
 }
 
 void WaitState::showReading() {
-    m_context.controls.label(Ctl::Label2).setCaption(u"Asteptati va rog ! Raportul este in executie ..."_s);
+    m_context.controls.setCaption(Ctl::Label2, u"Asteptati va rog ! Raportul este in executie ..."_s);
     setMessageFont();
     m_context.window.repaint();
 }
@@ -43,7 +43,7 @@ void WaitState::leave() {
     tree.widget(Ctl::cmdViz).setEnabled(true);
     tree.widget(Ctl::frmEnable).setEnabled(true);
     tree.widget(Ctl::frmEnable).hide();
-    tree.label(Ctl::Label2).setCaption(layoutOf(Ctl::Label2).caption.toString());
+    m_context.controls.setCaption(Ctl::Label2, layoutOf(Ctl::Label2).caption.toString());
     m_context.window.repaint();
     tree.viewer().setFocus();
 }

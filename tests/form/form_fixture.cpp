@@ -88,7 +88,7 @@ void FormTest::setPicked(const char* name, const QString& text) {
 
 QStringList FormTest::statements() {
     QStringList texts;
-    for (const FakeCall& call : connection->calls()) texts.append(call.via + u": " + call.text);
+    for (const FakeCall& call : connection->calls()) texts.append(call.via + u": "_s + call.text);
     connection->clearCalls();
     return texts;
 }

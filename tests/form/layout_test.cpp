@@ -57,6 +57,20 @@ TEST_F(FormTest, stacksButtonsOverPickerOverPanelOverViewer) {
     EXPECT_EQ(panel.last(), u"fraMesaj"_s);
 }
 
+TEST(Layout, keepsItsTwipsAtEveryDensity) {
+    QWidget window;
+    form::ControlTree tree(window, 96);
+    const struct {
+        double density;
+        QRect pixels;
+    } cases[] = {{96, {11, 63, 396, 210}}, {144, {16, 95, 595, 315}}, {192, {22, 127, 792, 420}}};
+    for (const auto& one : cases) {
+        tree.setDensity(one.density);
+        EXPECT_EQ(tree.widget(Ctl::frmProduse).geometry(), one.pixels) << one.density;
+        EXPECT_EQ(twips(&tree.widget(Ctl::frmProduse)), QRect(165, 950, 5940, 3150));
+    }
+}
+
 TEST_F(FormTest, namesFieldsAfterTheirLabels) {
     setUpFor(u"Import"_s);
     EXPECT_EQ(box("txtCodClient")->accessibleName(), u"Denumire Furnizor:"_s);

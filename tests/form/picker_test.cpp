@@ -51,7 +51,9 @@ TEST_F(PickerTest, eachPickWritesItsFieldAndMovesOn) {
         EXPECT_TRUE(frame("frmEnable")->isEnabled());
         EXPECT_EQ(box(one.field)->text(), one.text);
         EXPECT_FALSE(dataChanged(one.field));
-        if (one.code != nullptr) EXPECT_EQ(member(one.code), u"C2"_s);
+        if (one.code != nullptr) {
+            EXPECT_EQ(member(one.code), u"C2"_s);
+        }
         EXPECT_EQ(focus(), QString::fromLatin1(one.next));
     }
     box("txtCodProdus")->setText(u"z"_s);
@@ -117,6 +119,7 @@ TEST_F(PickerTest, nothingFoundOrAFailureIsOneMessage) {
         EXPECT_EQ(box("txtCodAgent")->text(), u"x"_s);
         EXPECT_EQ(member("rsLookup"), u"true"_s);
         surroundings.messages.clear();
+        box("txtCodAgent")->setText({});
     }
 }
 
