@@ -25,9 +25,12 @@ namespace {
 constexpr const char16_t* kUnused[] = {u"properties",   u"reverse",          u"pageSetCombo",
                                        u"pageSetLabel", u"pagesRadioButton", u"pagesLineEdit"};
 
-void hideUnused(const QDialog& dialog) {
+/// The dialog shows some of its parts again for another printer: in a hidden place they stay unseen.
+void hideUnused(QDialog& dialog) {
+    auto* place = new QWidget(&dialog);
+    place->hide();
     for (const char16_t* name : kUnused)
-        if (auto* part = dialog.findChild<QWidget*>(QString::fromUtf16(name))) part->hide();
+        if (auto* part = dialog.findChild<QWidget*>(QString::fromUtf16(name))) part->setParent(place);
     for (auto* tabs : dialog.findChildren<QTabWidget*>())
         for (int index = 1; index < tabs->count(); ++index) tabs->setTabVisible(index, false);
 }

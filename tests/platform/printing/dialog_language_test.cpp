@@ -159,6 +159,7 @@ TEST(DialogLanguage, thePrintDialogIsRomanianAndCanBeCancelled) {
     ASSERT_TRUE(user.wasOpen());
     for (const char16_t* text : {u"Tipărește raportul", u"Pagini de tipărit", u"Exemplare", u"Renunță", u"&Tipărește"})
         EXPECT_TRUE(texts.contains(QString::fromUtf16(text))) << QString::fromUtf16(text).toStdString();
+    EXPECT_FALSE(texts.contains(u"Setul de pagini:"_s)) << "nobody would follow the choice";
     for (const TranslationRow& row : translationRows()) {
         const QString source = QString::fromUtf8(row.source);
         if (source == QString::fromUtf16(row.text) || isSharedWord(source)) continue;
