@@ -63,7 +63,7 @@ TEST(Layout, keepsItsTwipsAtEveryDensity) {
     const struct {
         double density;
         QRect pixels;
-    } cases[] = {{96, {11, 63, 396, 210}}, {144, {16, 95, 595, 315}}, {192, {22, 127, 792, 420}}};
+    } cases[] = {{96, {11, 63, 396, 210}}, {144, {17, 95, 594, 315}}, {192, {22, 127, 792, 420}}};
     for (const auto& one : cases) {
         tree.setDensity(one.density);
         EXPECT_EQ(tree.widget(Ctl::frmProduse).geometry(), one.pixels) << one.density;
