@@ -32,6 +32,7 @@ void writePdf(const Document& document, const QString& file, ExportControl& cont
         if (error.number() == base::kPathAccess) output.fail();
         throw;
     }
+    if (control.stop) throw base::Cancelled();
     output.commit();
 }
 

@@ -325,8 +325,9 @@ private:
     void close() {
         auto result = std::make_shared<lxw_error>(LXW_NO_ERROR);
         auto words = std::make_shared<int>(0);
-        std::future<void> closing =
-            std::async(std::launch::async, [workbook = m_workbook.get(), place = m_place, result, words]() mutable {
+        std::future<void> closing = std::async(
+            std::launch::async,
+            [workbook = m_workbook.get(), place = m_place, name = m_name, folder = m_folder, result, words]() mutable {
                 errno = 0;
                 *result = workbook_close(workbook);  // frees it too
                 *words = errno;

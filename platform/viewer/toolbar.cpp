@@ -275,7 +275,8 @@ void Toolbar::openSearch() {
 }
 
 bool Toolbar::isOn(const Section& section) const {
-    if (section.rank == kRankProgress) return m_isLoading && m_options.isOn(Part::Progress);
+    if (section.rank == kRankProgress)
+        return m_isLoading && (m_options.isOn(Part::Progress) || m_options.isOn(Part::StopButton));
     if (section.rank == kRankSearch) return m_options.isOn(Part::Search);
     return std::ranges::any_of(section.commands,
                                [this](Command command) { return m_options.isOn(buttonOf(command).part); });

@@ -127,7 +127,7 @@ TEST_F(Navigation, theLastOfManyPagesIsThereAtOnce) {
     low.height = {4200};
     viewer.setPageSetup(low);
     FakeAnswer answer = reportRows(10, 100);
-    answer.repeat = 100;
+    answer.repeat = 180;
     answer.blockRows = 4096;
     load(scriptedReport(answer));
     ASSERT_GT(viewer.pageCount(), 20'000);
