@@ -24,8 +24,12 @@ namespace {
 
 [[noreturn]] void refuse(const QString& why) { throw Refusal{why}; }
 
+/// Thrown where a person could not do it either: the window is closed, the row is not there. The command is answered as
+/// one that changed nothing.
+struct NothingToDo {};
+
 QWidget& wantedControl(const QString& name) {
-    if (loadedWindow() == nullptr) refuse(u"the window is not loaded"_s);
+    if (loadedWindow() == nullptr) throw NothingToDo();
     QWidget* control = findControl(name);
     if (control == nullptr) refuse(u"no control "_s + name);
     return *control;
@@ -52,12 +56,12 @@ void focusControl(const DriveCommand& command, QWidget& control) {
 void clickIt(const DriveCommand& command, QWidget& control) {
     if (!command.has("row") && !command.has("column")) return clickControl(control);
     wantKind(control, "cellRect(int,int)");
-    if (!clickCell(control, command.whole("row"), command.whole("column", 1))) refuse(u"no such cell"_s);
+    if (!clickCell(control, command.whole("row"), command.whole("column", 1))) throw NothingToDo();
 }
 
 void pickEntry(const DriveCommand& command, QWidget& control) {
     wantKind(control, "choose(int)");
-    if (!chooseEntry(control, command.whole("index"))) refuse(u"no such entry"_s);
+    if (!chooseEntry(control, command.whole("index"))) throw NothingToDo();
 }
 
 void tickIt(const DriveCommand& command, QWidget& control) {
@@ -66,7 +70,7 @@ void tickIt(const DriveCommand& command, QWidget& control) {
         return clickControl(control);
     }
     wantKind(control, "rowRect(int)");
-    if (!clickRow(control, command.whole("index"))) refuse(u"no such row"_s);
+    if (!clickRow(control, command.whole("index"))) throw NothingToDo();
 }
 
 void setDate(const DriveCommand& command, QWidget& control) {
@@ -162,13 +166,21 @@ DriveSession::Handler DriveSession::handlerOf(const QString& name) {
     return row == std::end(kHandlers) ? nullptr : row->handler;
 }
 
+QJsonObject DriveSession::carryOut(const DriveCommand& command) {
+    try {
+        return (this->*handlerOf(command.name))(command);
+    } catch (const NothingToDo&) {
+        return {};
+    }
+}
+
 QByteArray DriveSession::answer(const QByteArray& line) {
     QJsonObject answer;
     try {
         const auto parsed = parseCommand(line);
         if (const auto* refusal = std::get_if<Refusal>(&parsed)) throw *refusal;
         const auto& command = std::get<DriveCommand>(parsed);
-        answer = (this->*handlerOf(command.name))(command);
+        answer = carryOut(command);
         deliverEvents();
         addRecords(answer);
     } catch (const Refusal& refusal) {
@@ -229,11 +241,10 @@ QJsonObject DriveSession::input(const DriveCommand& command) {
     } else if (command.name == u"paste") {
         pasteText(command.text("text"));
     } else if (command.name == u"cell") {
-        if (!moveToCell(wantedControl(u"Grid"_s), command.whole("row"), command.whole("column")))
-            refuse(u"no such cell"_s);
+        if (!moveToCell(wantedControl(u"Grid"_s), command.whole("row"), command.whole("column"))) throw NothingToDo();
     } else {
         QWidget* window = loadedWindow();
-        if (window == nullptr) refuse(u"the window is not loaded"_s);
+        if (window == nullptr) throw NothingToDo();
         const int width = command.whole("width"), height = command.whole("height");
         if (width <= 0 || height <= 0) refuse(u"a window has a width and a height"_s);
         resizeWindow(*window, width, height);
@@ -275,8 +286,7 @@ QJsonObject DriveSession::formats(const DriveCommand&) {
 
 QJsonObject DriveSession::view(const DriveCommand& command) {
     const QVariantMap arguments = actionArguments(command);
-    if (viewer() == nullptr) refuse(u"the window is not loaded"_s);
-    const QVariant answer = actOnViewer(command.text("action"), arguments);
+    const QVariant answer = viewer() == nullptr ? QVariant() : actOnViewer(command.text("action"), arguments);
     if (command.text("action") != u"search") return {};
     return {{u"found"_s, answer.isValid() ? QJsonValue::fromVariant(answer) : QJsonValue()}};
 }

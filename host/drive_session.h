@@ -36,6 +36,7 @@ private:
     using Handler = QJsonObject (DriveSession::*)(const DriveCommand&);
     [[nodiscard]] static Handler handlerOf(const QString& name);
 
+    QJsonObject carryOut(const DriveCommand& command);
     QJsonObject incarca(const DriveCommand& command);
     QJsonObject input(const DriveCommand& command);
     QJsonObject work(const DriveCommand& command);
