@@ -1,28 +1,11 @@
 # Every folder is a target of its own whose headers are reachable only through it: each listed header is linked into an
 # include root that belongs to the target alone, so an include of a layer that the target does not link cannot compile.
 
-function(velcoran_present_sources variable)
-    set(present)
-    foreach(source ${${variable}})
-        if(EXISTS ${CMAKE_CURRENT_SOURCE_DIR}/${source} OR IS_ABSOLUTE ${source})
-            list(APPEND present ${source})
-        else()
-            message(NOTICE "not there yet: ${CMAKE_CURRENT_SOURCE_DIR}/${source}")
-        endif()
-    endforeach()
-    if(NOT present)
-        set(present ${PROJECT_SOURCE_DIR}/cmake/pch.cpp)
-    endif()
-    set(${variable} ${present} PARENT_SCOPE)
-endfunction()
-
 # velcoran_layer(<folder> HEADERS ... SOURCES ... LINKS ... PRIVATE_LINKS ... [MOC] [WIDGETS])
 #   target velcoran_<folder with _ for />, a static library; headers are included as "<folder>/<header>".
 #   MOC runs the meta-object compiler, WIDGETS takes the precompiled header with the widget classes.
 function(velcoran_layer folder)
     cmake_parse_arguments(LAYER "MOC;WIDGETS" "" "HEADERS;SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
-    velcoran_present_sources(LAYER_SOURCES)
-    velcoran_present_sources(LAYER_HEADERS)
     string(REPLACE "/" "_" name ${folder})
     set(target velcoran_${name})
     set(root ${CMAKE_BINARY_DIR}/layers/${name})
@@ -52,7 +35,6 @@ endfunction()
 #   the sanitizer run.
 function(velcoran_test name)
     cmake_parse_arguments(TEST "MOC;SLOW;WIDGETS" "" "SOURCES;LINKS;ENVIRONMENT" ${ARGN})
-    velcoran_present_sources(TEST_SOURCES)
     add_executable(${name} ${TEST_SOURCES})
     if(TEST_WIDGETS)
         target_link_libraries(${name} PRIVATE ${TEST_LINKS} velcoran_widget_test_main velcoran_build_options)

@@ -4,6 +4,7 @@
 #include "platform/com/variant.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFileInfo>
 
 using namespace Qt::StringLiterals;
@@ -31,8 +32,12 @@ void ComponentClient::incarca(const QString& kind, const com::Ref<IConnection>& 
 }
 
 QString libraryBesideProgram() {
-    const QString path = QCoreApplication::applicationDirPath() + u"/libvelcoran.so"_s;
-    return QFileInfo::exists(path) ? path : QString();
+    // The build tree has both in one folder, an installation has them in bin and lib.
+    for (const char* folder : {"/", "/../" VELCORAN_LIBRARY_FOLDER "/"}) {
+        const QString path = QCoreApplication::applicationDirPath() + QString::fromLatin1(folder) + u"libvelcoran.so"_s;
+        if (QFileInfo::exists(path)) return QDir::cleanPath(path);
+    }
+    return {};
 }
 
 }  // namespace velcoran::host
