@@ -51,7 +51,8 @@ asan:
 	tools/install-packages build run test
 	cmake --preset asan
 	cmake --build build/asan --parallel $(JOBS)
-	ctest --test-dir build/asan --output-on-failure --label-exclude slow
+	LSAN_OPTIONS=suppressions=$(CURDIR)/tools/leaks.supp \
+		ctest --test-dir build/asan --output-on-failure --label-exclude slow
 
 ## Writes the golden files of pages anew; look at the difference before it is committed.
 golden: all
