@@ -61,7 +61,12 @@ DropDownList::DropDownList(QWidget* parent) : ControlOf(parent) {
     });
 }
 
-DropDownList::~DropDownList() = default;
+DropDownList::~DropDownList() {
+    if (!m_popup) return;
+    // A widget still sends events while it goes, when it is no popup any more.
+    m_popup->removeEventFilter(this);
+    m_popup->list()->viewport()->removeEventFilter(this);
+}
 
 void DropDownList::fill(const QStringList& items, int index) {
     m_isFilling = true;
