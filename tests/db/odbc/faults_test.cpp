@@ -20,7 +20,7 @@ using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
-constexpr odbc::Waits kWaits{3000ms, 500ms};
+constexpr odbc::Waits kWaits{5000ms, 2000ms};
 
 /// Longer than any call may take: login and its patience, or a stall, its cancel and its patience, on a busy machine.
 constexpr auto kLongestCall = 20s;
