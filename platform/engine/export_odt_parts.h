@@ -38,12 +38,12 @@ inline constexpr char kStyles[] =
 inline constexpr char kContentStart[] =
     R"(<?xml version="1.0" encoding="UTF-8"?>
 <office:document-content xmlns:office="urn:oasis:names:tc:opendocument:xmlns:office:1.0" xmlns:style="urn:oasis:names:tc:opendocument:xmlns:style:1.0" xmlns:text="urn:oasis:names:tc:opendocument:xmlns:text:1.0" xmlns:table="urn:oasis:names:tc:opendocument:xmlns:table:1.0" xmlns:fo="urn:oasis:names:tc:opendocument:xmlns:xsl-fo-compatible:1.0" office:version="1.2"><office:automatic-styles>
-<style:style style:name="Table" style:family="table" style:master-page-name="Standard"><style:table-properties style:width="277mm" table:align="left" fo:margin-top="3mm"/></style:style>
+<style:style style:name="Table" style:family="table"><style:table-properties style:width="277mm" table:align="left" fo:margin-top="3mm"/></style:style>
 <style:style style:name="Row" style:family="table-row"><style:table-row-properties fo:keep-together="always"/></style:style>
 <style:style style:name="Left" style:family="paragraph" style:parent-style-name="Standard"/>
 <style:style style:name="Right" style:family="paragraph" style:parent-style-name="Standard"><style:paragraph-properties fo:text-align="end"/></style:style>
 <style:style style:name="Bold" style:family="paragraph" style:parent-style-name="Standard"><style:text-properties fo:font-weight="bold"/></style:style>
-<style:style style:name="BoldRight" style:family="paragraph" style:parent-style-name="Right"><style:text-properties fo:font-weight="bold"/></style:style>
+<style:style style:name="BoldRight" style:family="paragraph" style:parent-style-name="Standard"><style:paragraph-properties fo:text-align="end"/><style:text-properties fo:font-weight="bold"/></style:style>
 <style:style style:name="Keep" style:family="paragraph" style:parent-style-name="Standard"><style:paragraph-properties fo:keep-with-next="always"/><style:text-properties fo:font-size="9pt" fo:font-weight="bold"/></style:style>
 )";
 

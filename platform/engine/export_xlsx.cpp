@@ -74,6 +74,7 @@ struct Formats {
         amount = make("#,##0.00", false, false);
         rate = make("#,##0.0000##", false, false);
         date = make("dd/mm/yyyy", false, false);
+        format_set_align(date, LXW_ALIGN_LEFT);  // at the right it would touch the currency
         right = make(nullptr, false, true);
         bold = make(nullptr, true, false);
         boldAmount = make("#,##0.00", true, false);

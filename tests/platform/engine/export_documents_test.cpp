@@ -122,6 +122,8 @@ TEST_F(ExportDocuments, odtIsAnArchiveOfWellFormedParts) {
     check.start(u"unzip"_s, {u"-tqq"_s, path(u"raport"_s)});
     ASSERT_TRUE(check.waitForFinished());
     EXPECT_EQ(check.exitCode(), 0) << check.readAllStandardOutput().constData();
+    // A page style on the table would push it to the second page.
+    EXPECT_FALSE(entry(path(u"raport"_s), u"content.xml"_s).contains("master-page-name"));
     for (const QString& part : {u"content.xml"_s, u"styles.xml"_s, u"meta.xml"_s, u"META-INF/manifest.xml"_s}) {
         QXmlStreamReader reader(entry(path(u"raport"_s), part));
         while (!reader.atEnd()) reader.readNext();
