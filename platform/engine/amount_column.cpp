@@ -114,11 +114,6 @@ void AmountSum::add(const base::Decimal& amount) {
     *m_wide += amount;
 }
 
-void AmountSum::add(const AmountSum& other, int scale) {
-    add(other.m_low, scale);
-    if (other.m_wide) add(*other.m_wide);
-}
-
 base::Decimal AmountSum::value(int scale) const {
     const base::Decimal low = base::Decimal::fromInt128(m_low, scale);
     return m_wide ? low + *m_wide : low;

@@ -76,11 +76,7 @@ public:
     /// @throws Error kOverflow beyond 256 bits
     void add(const Amount& amount, int scale);
     void add(const base::Decimal& amount);
-    void add(const AmountSum& other, int scale);
     [[nodiscard]] base::Decimal value(int scale) const;
-    [[nodiscard]] bool isWide() const { return m_wide != nullptr; }
-    /// The sum where it is not wide.
-    [[nodiscard]] Int128 mantissa() const { return m_low; }
 
 private:
     void spill(int scale);

@@ -77,25 +77,35 @@ std::vector<std::uint32_t> dayRanks(const TextPool& pool) {
     return ranks;
 }
 
-/// Order of the groups by their keys: their numbers, sorted.
+/// Null first, then by code points.
+bool isNameBefore(const TextPool& pool, std::uint32_t one, std::uint32_t other) {
+    if (one == TextPool::kNull || other == TextPool::kNull) return one == TextPool::kNull && other != TextPool::kNull;
+    return isBefore(pool.text(one), pool.text(other));
+}
+
+/// Order of the groups by their keys: their numbers, sorted. Names are compared where codes are equal alone: sorting
+/// all names would take longer than everything else.
 std::vector<std::uint32_t> sortedGroups(const PairIndex& pairs, const RowStore& store, Grouping grouping) {
-    const bool isDay = grouping == Grouping::Day;
-    const std::vector<std::uint32_t> first =
-        isDay ? dayRanks(store.text(ColumnRole::DataDoc).pool) : store.text(ColumnRole::CodClient).pool.ranks();
-    const std::vector<std::uint32_t> second =
-        isDay ? std::vector<std::uint32_t>(1, 0) : store.text(ColumnRole::NumeClient).pool.ranks();
-    std::vector<std::pair<std::uint64_t, std::uint32_t>> places(pairs.size());
+    const std::vector<std::uint32_t> ranks = grouping == Grouping::Day ? dayRanks(store.text(ColumnRole::DataDoc).pool)
+                                                                       : store.text(ColumnRole::CodClient).pool.ranks();
+    const TextPool& names = store.text(ColumnRole::NumeClient).pool;
+    struct Place {
+        std::uint32_t rank, name, group;
+    };
+    std::vector<Place> places(pairs.size());
     for (std::uint32_t group = 0; group < pairs.size(); ++group) {
-        places[group] = {(std::uint64_t{first[pairs.first(group)]} << 32U) | second[pairs.second(group)], group};
+        places[group] = {ranks[pairs.first(group)], pairs.second(group), group};
     }
-    std::sort(places.begin(), places.end());
+    std::sort(places.begin(), places.end(), [&names](const Place& one, const Place& other) {
+        return one.rank != other.rank ? one.rank < other.rank : isNameBefore(names, one.name, other.name);
+    });
     std::vector<std::uint32_t> order(pairs.size());
-    std::transform(places.begin(), places.end(), order.begin(), [](const auto& place) { return place.second; });
+    std::transform(places.begin(), places.end(), order.begin(), [](const Place& place) { return place.group; });
     return order;
 }
 
-/// Fills keys, starts and rows. @return the group of each row
-std::vector<std::uint32_t> indexGroups(const RowStore& store, Grouping grouping, GroupIndex& index) {
+/// Fills keys, starts and rows.
+void indexGroups(const RowStore& store, Grouping grouping, GroupIndex& index) {
     const bool isDay = grouping == Grouping::Day;
     const auto& first = store.text(isDay ? ColumnRole::DataDoc : ColumnRole::CodClient).numbers;
     const auto& second = store.text(ColumnRole::NumeClient).numbers;
@@ -120,7 +130,6 @@ std::vector<std::uint32_t> indexGroups(const RowStore& store, Grouping grouping,
     std::vector<std::uint32_t> next(index.starts.begin(), index.starts.end() - 1);
     index.rows.resize(store.rowCount);
     for (std::uint32_t row = 0; row < store.rowCount; ++row) index.rows[next[groups[row]]++] = row;
-    return groups;
 }
 
 /// For each currency the number under which it is summed: a null and an empty currency are one.
@@ -132,74 +141,116 @@ std::vector<std::uint32_t> summedCurrencies(const TextPool& pool) {
     return summed;
 }
 
+/// Finds the currencies of one group after the other.
+class CellIndexer {
+public:
+    CellIndexer(const RowStore& store, GroupIndex& index)
+        : m_numbers(store.text(ColumnRole::Moneda).numbers),
+          m_summed(summedCurrencies(store.text(ColumnRole::Moneda).pool)),
+          m_ranks(store.text(ColumnRole::Moneda).pool.ranks()),
+          m_index(index),
+          m_groupOf(m_summed.size(), kNoGroup),
+          m_cellOf(m_summed.size(), 0) {}
+
+    /// Appends the cells of a group, in the order of its currencies, and notes the cell of each of its rows.
+    void add(std::uint32_t group, std::vector<std::uint32_t>& cellOfRow) {
+        const auto first = static_cast<std::uint32_t>(m_index.cells.size());
+        const std::uint32_t* const from = m_index.rows.data() + m_index.starts[group];
+        const std::uint32_t* const to = m_index.rows.data() + m_index.starts[group + 1];
+        for (const std::uint32_t* row = from; row != to; ++row) {
+            const std::uint32_t currency = m_summed[m_numbers[*row]];
+            if (m_groupOf[currency] != group) {
+                m_groupOf[currency] = group;
+                m_index.cells.push_back({currency, 0});
+            }
+        }
+        std::sort(m_index.cells.begin() + first, m_index.cells.end(),
+                  [this](const TotalCell& one, const TotalCell& other) {
+                      return m_ranks[one.currency] < m_ranks[other.currency];
+                  });
+        for (auto cell = first; cell < m_index.cells.size(); ++cell) m_cellOf[m_index.cells[cell].currency] = cell;
+        for (const std::uint32_t* row = from; row != to; ++row) {
+            const std::uint32_t cell = m_cellOf[m_summed[m_numbers[*row]]];
+            cellOfRow[*row] = cell;
+            ++m_index.cells[cell].rowCount;
+        }
+    }
+
+private:
+    static constexpr std::uint32_t kNoGroup = 0xFFFFFFFFU;
+
+    const std::vector<std::uint32_t>& m_numbers;
+    std::vector<std::uint32_t> m_summed;
+    std::vector<std::uint32_t> m_ranks;
+    GroupIndex& m_index;
+    std::vector<std::uint32_t> m_groupOf;  ///< for each currency the last group that has it
+    std::vector<std::uint32_t> m_cellOf;   ///< and its cell there
+};
+
 /// Lays out the cells of all groups. @return the cell of each row
-std::vector<std::uint32_t> indexCells(const RowStore& store, const std::vector<std::uint32_t>& groups,
-                                      GroupIndex& index) {
-    const RepeatedTextColumn& moneda = store.text(ColumnRole::Moneda);
-    const std::vector<std::uint32_t> summed = summedCurrencies(moneda.pool);
-    PairIndex pairs;
+std::vector<std::uint32_t> indexCells(const RowStore& store, GroupIndex& index) {
     std::vector<std::uint32_t> cellOfRow(store.rowCount);
-    for (std::uint32_t row = 0; row < store.rowCount; ++row) {
-        cellOfRow[row] = pairs.numberOf(groups[row], summed[moneda.numbers[row]]);
+    CellIndexer indexer(store, index);
+    index.cellStarts.reserve(index.keys.size() + 1);
+    index.cellStarts.push_back(0);
+    for (std::uint32_t group = 0; group < index.groupCount(); ++group) {
+        indexer.add(group, cellOfRow);
+        index.cellStarts.push_back(static_cast<std::uint32_t>(index.cells.size()));
     }
-    const std::vector<std::uint32_t> ranks = moneda.pool.ranks();
-    std::vector<std::pair<std::uint64_t, std::uint32_t>> order(pairs.size());
-    for (std::uint32_t cell = 0; cell < pairs.size(); ++cell) {
-        order[cell] = {(std::uint64_t{pairs.first(cell)} << 32U) | ranks[pairs.second(cell)], cell};
-    }
-    std::sort(order.begin(), order.end());
-    index.cells.resize(pairs.size());
-    index.cellStarts.assign(index.keys.size() + 1, 0);
-    std::vector<std::uint32_t> places(pairs.size());
-    for (std::uint32_t place = 0; place < order.size(); ++place) {
-        const std::uint32_t cell = order[place].second;
-        places[cell] = place;
-        index.cells[place].currency = pairs.second(cell);
-        ++index.cellStarts[pairs.first(cell) + 1];
-    }
-    std::partial_sum(index.cellStarts.begin(), index.cellStarts.end(), index.cellStarts.begin());
-    for (std::uint32_t& cell : cellOfRow) {
-        cell = places[cell];
-        ++index.cells[cell].rowCount;
-    }
+    index.cells.shrink_to_fit();
     return cellOfRow;
 }
 
-void sumColumn(const AmountColumn& column, std::size_t sum, const std::vector<std::uint32_t>& cellOfRow,
-               std::vector<TotalCell>& cells) {
-    const int scale = column.scale();
+SumColumn sumColumn(const AmountColumn& column, const std::vector<std::uint32_t>& cellOfRow, std::size_t cells) {
+    SumColumn sums(static_cast<std::uint32_t>(cells), column.scale());
     for (const AmountColumn::Block& block : column.blocks()) {
-        const bool isSameScale = block.scale == scale;
+        const bool isSameScale = block.scale == column.scale();
         for (std::uint32_t i = 0; i < block.rowCount; ++i) {
             if (block.isNull(i)) continue;
-            AmountSum& target = cells[cellOfRow[block.firstRow + i]].sums[sum];
+            const std::uint32_t cell = cellOfRow[block.firstRow + i];
             if (isSameScale) {
-                target.add(block.mantissa(i), scale);
+                sums.add(cell, block.mantissa(i));
             } else {
-                target.add(Amount{block.mantissa(i), block.scale}, scale);
+                sums.add(cell, Amount{block.mantissa(i), block.scale});
             }
         }
+    }
+    sums.finish();
+    return sums;
+}
+
+void addCell(const SumColumn& sums, std::uint32_t cell, int scale, AmountSum& total) {
+    if (const std::optional<Amount> amount = sums.amount(cell)) {
+        total.add(amount->mantissa, scale);
+    } else {
+        total.add(sums.value(cell));
     }
 }
 
 std::vector<CurrencyTotal> reportTotals(const RowStore& store, const GroupIndex& index) {
+    struct Total {
+        std::uint32_t currency = TextPool::kNull;
+        qint64 rows = 0;
+        std::array<AmountSum, kSumCount> sums;
+    };
     const TextPool& pool = store.text(ColumnRole::Moneda).pool;
     const std::vector<std::uint32_t> ranks = pool.ranks();
-    std::vector<TotalCell> sums(pool.size());
-    for (const TotalCell& cell : index.cells) {
-        TotalCell& sum = sums[ranks[cell.currency]];
-        sum.currency = cell.currency;
-        sum.rowCount += cell.rowCount;
-        for (std::size_t i = 0; i < kSumCount; ++i) sum.sums[i].add(cell.sums[i], store.amounts[i].scale());
+    std::vector<Total> byRank(pool.size());
+    for (std::uint32_t cell = 0; cell < index.cells.size(); ++cell) {
+        Total& total = byRank[ranks[index.cells[cell].currency]];
+        total.currency = index.cells[cell].currency;
+        total.rows += index.cells[cell].rowCount;
+        for (std::size_t i = 0; i < kSumCount; ++i) {
+            addCell(index.sums[i], cell, store.amounts[i].scale(), total.sums[i]);
+        }
     }
     std::vector<CurrencyTotal> totals;
-    for (const TotalCell& sum : sums) {
-        if (sum.rowCount == 0) continue;
-        const std::u16string_view text = pool.text(sum.currency);
+    for (const Total& total : byRank) {
+        if (total.rows == 0) continue;
+        const std::u16string_view text = pool.text(total.currency);
+        const auto value = [&](std::size_t i) { return total.sums[i].value(store.amounts[i].scale()); };
         totals.push_back({QString(reinterpret_cast<const QChar*>(text.data()), static_cast<qsizetype>(text.size())),
-                          sum.rowCount, sum.sums[0].value(store.amounts[0].scale()),
-                          sum.sums[1].value(store.amounts[1].scale()), sum.sums[2].value(store.amounts[2].scale()),
-                          sum.sums[3].value(store.amounts[3].scale())});
+                          total.rows, value(0), value(1), value(2), value(3)});
     }
     return totals;
 }
@@ -225,13 +276,12 @@ std::unique_ptr<const ReportData::Content> groupRows(RowStore store, Grouping gr
     content->store = std::move(store);
     GroupIndex& index = content->index;
     stopIfAsked(stop);
-    std::vector<std::uint32_t> groups = indexGroups(content->store, grouping, index);
+    indexGroups(content->store, grouping, index);
     stopIfAsked(stop);
-    const std::vector<std::uint32_t> cellOfRow = indexCells(content->store, groups, index);
-    groups = {};
+    const std::vector<std::uint32_t> cellOfRow = indexCells(content->store, index);
     for (std::size_t sum = 0; sum < kSumCount; ++sum) {
         stopIfAsked(stop);
-        sumColumn(content->store.amounts[sum], sum, cellOfRow, index.cells);
+        index.sums[sum] = sumColumn(content->store.amounts[sum], cellOfRow, index.cells.size());
     }
     content->totals = reportTotals(content->store, index);
     stopIfAsked(stop);

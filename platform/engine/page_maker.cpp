@@ -38,7 +38,7 @@ struct PageMaker::Context {
     int page = 1;
     std::uint32_t group = 0;
     bool isContinued = false;
-    const TotalCell* cell = nullptr;       ///< line of a group's totals
+    std::uint32_t cell = 0;                ///< line of a group's totals
     const CurrencyTotal* total = nullptr;  ///< line of the report's totals
     std::int32_t record = 0;
     qint64 row = -1;
@@ -107,9 +107,9 @@ QString PageMaker::sumText(Variable variable, const Context& context) const {
                                              &context.total->valoareTaxe, &context.total->valoareBruta};
         return amountText(*sums[index]);
     }
-    const AmountSum& sum = context.cell->sums[index];
-    const int scale = m_content.store.amounts[index].scale();
-    return sum.isWide() ? amountText(sum.value(scale)) : amountText(Amount{sum.mantissa(), scale});
+    const SumColumn& sums = m_content.index.sums[index];
+    const std::optional<Amount> amount = sums.amount(context.cell);
+    return amount ? amountText(*amount) : amountText(sums.value(context.cell));
 }
 
 QString PageMaker::variableText(Variable variable, const Context& context) const {
@@ -128,9 +128,11 @@ QString PageMaker::variableText(Variable variable, const Context& context) const
             return context.isContinued ? u" (continuare)"_s : QString();
         case Variable::Currency:
             if (context.total != nullptr) return context.total->currency;
-            return toText(m_content.store.text(ColumnRole::Moneda).pool.text(context.cell->currency));
+            return toText(
+                m_content.store.text(ColumnRole::Moneda).pool.text(m_content.index.cells[context.cell].currency));
         case Variable::Rows:
-            return countText(context.total != nullptr ? context.total->rows : context.cell->rowCount);
+            return countText(context.total != nullptr ? context.total->rows
+                                                      : m_content.index.cells[context.cell].rowCount);
         case Variable::ReportRows:
             return countText(m_content.store.rowCount);
         case Variable::LeiTotal:
@@ -269,11 +271,10 @@ void PageMaker::addGroup(const GroupPart& part, Context& context, Page& page) co
     const std::uint32_t lines = m_content.index.linesOf(part.group);
     for (std::uint32_t i = 0; i < part.footerCount; ++i) {
         const FooterRows::Row row = pagination.groupFooter().row(part.firstFooter + i, lines);
-        context.cell = &m_content.index.cells[m_content.index.cellStarts[part.group] + row.line];
+        context.cell = m_content.index.cellStarts[part.group] + row.line;
         addSection(*row.section, top, context, page);
         top += row.section->height.value;
     }
-    context.cell = nullptr;
     context.record = record;
 }
 
@@ -312,7 +313,7 @@ Page PageMaker::make(int number, const Pagination& pagination) const {
     page.fonts = m_fonts;
     constexpr std::size_t kUsualItems = 600;
     page.items.reserve(kUsualItems);
-    Context context{pagination, number, 0, false, nullptr, nullptr, 0, -1, 0};
+    Context context{pagination, number, 0, false, 0, nullptr, 0, -1, 0};
     int top = 0;
     for (const SectionKind kind : {SectionKind::ReportHeader, SectionKind::PageHeader}) {
         const DefinitionSection* section = definition.section(kind);

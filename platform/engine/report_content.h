@@ -2,6 +2,7 @@
 
 #include "platform/engine/amount_column.h"
 #include "platform/engine/report_data.h"
+#include "platform/engine/sum_column.h"
 #include "platform/engine/text_column.h"
 
 #include <array>
@@ -60,7 +61,6 @@ struct RowStore {
 struct TotalCell {
     std::uint32_t currency = TextPool::kNull;  ///< number in the pool of Moneda
     std::uint32_t rowCount = 0;
-    std::array<AmountSum, kSumCount> sums;
 };
 
 /// Groups in the order of the report, the rows of each in the statement's order, and their totals.
@@ -74,6 +74,7 @@ struct GroupIndex {
     std::vector<std::uint32_t> rows;        ///< numbers of rows
     std::vector<std::uint32_t> cellStarts;  ///< into cells, one more than groups
     std::vector<TotalCell> cells;           ///< of each group by currency, in code point order
+    std::array<SumColumn, kSumCount> sums;  ///< of the cells: ValoareNeta to ValoareBruta
 
     [[nodiscard]] std::uint32_t groupCount() const { return static_cast<std::uint32_t>(keys.size()); }
     [[nodiscard]] std::uint32_t rowsOf(std::uint32_t group) const { return starts[group + 1] - starts[group]; }

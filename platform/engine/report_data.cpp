@@ -51,7 +51,9 @@ std::size_t RowStore::memoryUsed() const {
 }
 
 std::size_t GroupIndex::memoryUsed() const {
-    return keys.capacity() * sizeof(Key) + cells.capacity() * sizeof(TotalCell) +
+    std::size_t bytes = 0;
+    for (const SumColumn& column : sums) bytes += column.memoryUsed();
+    return bytes + keys.capacity() * sizeof(Key) + cells.capacity() * sizeof(TotalCell) +
            (starts.capacity() + rows.capacity() + cellStarts.capacity()) * sizeof(std::uint32_t);
 }
 
@@ -86,10 +88,10 @@ GroupTotal ReportData::group(qint64 group) const {
         const TotalCell& cell = index.cells[i];
         CurrencyTotal total{
             toText(store.text(ColumnRole::Moneda).pool.text(cell.currency)), cell.rowCount, {}, {}, {}, {}};
-        total.valoareNeta = cell.sums[0].value(store.amount(ColumnRole::ValoareNeta).scale());
-        total.valoareTVA = cell.sums[1].value(store.amount(ColumnRole::ValoareTVA).scale());
-        total.valoareTaxe = cell.sums[2].value(store.amount(ColumnRole::ValoareTaxe).scale());
-        total.valoareBruta = cell.sums[3].value(store.amount(ColumnRole::ValoareBruta).scale());
+        total.valoareNeta = index.sums[0].value(i);
+        total.valoareTVA = index.sums[1].value(i);
+        total.valoareTaxe = index.sums[2].value(i);
+        total.valoareBruta = index.sums[3].value(i);
         result.totals.push_back(std::move(total));
     }
     return result;

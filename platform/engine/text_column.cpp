@@ -18,6 +18,32 @@ std::size_t hashOf(std::u16string_view text) { return std::hash<std::u16string_v
 
 constexpr std::size_t kFirstSlots = 64;
 
+/// Characters that all texts begin with: codes often differ at their end alone.
+std::size_t sharedBeginning(const TextPool& pool) {
+    if (pool.size() < 3) return 0;
+    const std::u16string_view first = pool.text(1);
+    std::size_t shared = first.size();
+    for (std::uint32_t number = 2; number < pool.size(); ++number) {
+        const std::u16string_view text = pool.text(number);
+        const auto end =
+            std::mismatch(first.begin(), first.begin() + static_cast<std::ptrdiff_t>(shared), text.begin(), text.end());
+        shared = static_cast<std::size_t>(end.first - first.begin());
+    }
+    return shared;
+}
+
+/// The first eight characters as a number that sorts like them; a character beyond Latin ends it with the highest
+/// digit, which leaves what follows to a comparison of the texts.
+std::uint64_t beginningOf(std::u16string_view text) {
+    std::uint64_t beginning = 0;
+    bool isLatin = true;
+    for (std::size_t i = 0; i < 8; ++i) {
+        isLatin = isLatin && (i >= text.size() || text[i] < 0xFF);
+        beginning = beginning << 8U | (!isLatin ? 0xFFU : i < text.size() ? text[i] : 0U);
+    }
+    return beginning;
+}
+
 }  // namespace
 
 bool isBefore(std::u16string_view one, std::u16string_view other) {
@@ -53,12 +79,21 @@ void TextPool::grow() {
 }
 
 std::vector<std::uint32_t> TextPool::ranks() const {
-    std::vector<std::uint32_t> order(size());
-    std::iota(order.begin(), order.end(), 0U);
-    std::sort(order.begin() + 1, order.end(),
-              [this](std::uint32_t one, std::uint32_t other) { return isBefore(text(one), text(other)); });
+    struct Place {
+        std::uint64_t beginning;
+        std::uint32_t number;
+    };
+    const std::size_t shared = sharedBeginning(*this);
+    std::vector<Place> places(size());
+    for (std::uint32_t number = 0; number < size(); ++number) {
+        places[number] = {number == kNull ? 0 : beginningOf(text(number).substr(shared)), number};
+    }
+    std::sort(places.begin() + 1, places.end(), [this](const Place& one, const Place& other) {
+        if (one.beginning != other.beginning) return one.beginning < other.beginning;
+        return isBefore(text(one.number), text(other.number));
+    });
     std::vector<std::uint32_t> ranks(size());
-    for (std::uint32_t rank = 0; rank < order.size(); ++rank) ranks[order[rank]] = rank;
+    for (std::uint32_t rank = 0; rank < places.size(); ++rank) ranks[places[rank].number] = rank;
     return ranks;
 }
 
