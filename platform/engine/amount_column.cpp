@@ -73,14 +73,22 @@ void AmountColumn::append(const Int128* mantissas, const std::uint8_t* nulls, st
     }
 }
 
-std::optional<Amount> AmountColumn::at(std::uint32_t row) const {
+const AmountColumn::Block* AmountColumn::blockOf(std::uint32_t row) const {
+    // Nearly always every block is full, and the place of a row is known.
+    const std::size_t likely = row / kBlockRows;
+    if (likely < m_blocks.size() && row - m_blocks[likely].firstRow < m_blocks[likely].rowCount)
+        return &m_blocks[likely];
     const auto after = std::upper_bound(m_blocks.begin(), m_blocks.end(), row,
                                         [](std::uint32_t value, const Block& block) { return value < block.firstRow; });
-    if (after == m_blocks.begin()) return std::nullopt;
-    const Block& block = *std::prev(after);
-    const std::uint32_t index = row - block.firstRow;
-    if (index >= block.rowCount || block.isNull(index)) return std::nullopt;
-    return Amount{block.mantissa(index), block.scale};
+    return after == m_blocks.begin() ? nullptr : &*std::prev(after);
+}
+
+std::optional<Amount> AmountColumn::at(std::uint32_t row) const {
+    const Block* block = blockOf(row);
+    if (block == nullptr) return std::nullopt;
+    const std::uint32_t index = row - block->firstRow;
+    if (index >= block->rowCount || block->isNull(index)) return std::nullopt;
+    return Amount{block->mantissa(index), block->scale};
 }
 
 std::size_t AmountColumn::memoryUsed() const {

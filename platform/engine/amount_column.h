@@ -53,6 +53,7 @@ public:
 
 private:
     [[nodiscard]] Block& blockFor(int scale);
+    [[nodiscard]] const Block* blockOf(std::uint32_t row) const;
 
     std::vector<Block> m_blocks;
     std::uint32_t m_rowCount = 0;

@@ -274,6 +274,9 @@ std::unique_ptr<const ReportData::Content> groupRows(RowStore store, Grouping gr
     auto content = std::make_unique<ReportData::Content>();
     content->grouping = grouping;
     content->store = std::move(store);
+    for (RepeatedTextColumn& column : content->store.texts) column.finish();
+    content->store.oddRates.shrink_to_fit();
+    content->store.oddRateTexts.finish();
     GroupIndex& index = content->index;
     stopIfAsked(stop);
     indexGroups(content->store, grouping, index);

@@ -262,10 +262,6 @@ void RowReader::add(const RowBlock& block) {
     m_store.rowCount += block.rowCount;
 }
 
-RowStore RowReader::take() {
-    for (RepeatedTextColumn& column : m_store.texts) column.numbers.shrink_to_fit();
-    m_store.oddRates.shrink_to_fit();
-    return std::exchange(m_store, RowStore());
-}
+RowStore RowReader::take() { return std::exchange(m_store, RowStore()); }
 
 }  // namespace velcoran::engine

@@ -97,6 +97,12 @@ std::vector<std::uint32_t> TextPool::ranks() const {
     return ranks;
 }
 
+void TextPool::finish() {
+    m_slots = {};
+    m_characters.shrink_to_fit();
+    m_starts.shrink_to_fit();
+}
+
 std::size_t TextPool::memoryUsed() const {
     return m_characters.capacity() * sizeof(char16_t) + m_starts.capacity() * sizeof(std::size_t) +
            m_slots.capacity() * sizeof(std::uint32_t);
@@ -113,6 +119,11 @@ void RepeatedTextColumn::append(std::optional<std::u16string_view> text) {
         m_hasLast = true;
     }
     numbers.push_back(m_lastNumber);
+}
+
+void RepeatedTextColumn::finish() {
+    pool.finish();
+    numbers.shrink_to_fit();
 }
 
 void PlainTextColumn::append(std::optional<std::u16string_view> text) {

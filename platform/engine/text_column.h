@@ -28,6 +28,8 @@ public:
     [[nodiscard]] std::uint32_t size() const { return static_cast<std::uint32_t>(m_starts.size() - 1); }
     /// For each number its place in code point order; null is first.
     [[nodiscard]] std::vector<std::uint32_t> ranks() const;
+    /// No new texts come: gives back what only finding them needed.
+    void finish();
     [[nodiscard]] std::size_t memoryUsed() const;
 
 private:
@@ -44,6 +46,8 @@ struct RepeatedTextColumn {
     std::vector<std::uint32_t> numbers;
 
     void append(std::optional<std::u16string_view> text);
+    /// No more rows come.
+    void finish();
     [[nodiscard]] std::u16string_view at(std::uint32_t row) const { return pool.text(numbers[row]); }
     [[nodiscard]] bool isNull(std::uint32_t row) const { return numbers[row] == TextPool::kNull; }
     [[nodiscard]] std::size_t memoryUsed() const {

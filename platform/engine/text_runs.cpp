@@ -35,16 +35,21 @@ bool isRightToLeft(char32_t code) {
     return direction == QChar::DirR || direction == QChar::DirAL;
 }
 
+bool isDigit(char32_t code) {
+    const QChar::Direction direction = QChar::direction(code);
+    return direction == QChar::DirEN || direction == QChar::DirAN;
+}
+
 /// Everything between two characters that read from right to left belongs to them, unless a letter that reads the other
-/// way stands between.
+/// way stands between; so do numbers behind them.
 void setLevels(std::vector<Character>& characters) {
     std::size_t last = characters.size();
     for (std::size_t i = 0; i < characters.size(); ++i) {
         if (QChar::direction(characters[i].code) == QChar::DirL) last = characters.size();
-        if (!isRightToLeft(characters[i].code)) continue;
+        const bool isNumberBehind = isDigit(characters[i].code) && last < i;
+        if (!isRightToLeft(characters[i].code) && !isNumberBehind) continue;
         for (std::size_t j = std::min(last, i); j <= i; ++j) {
-            const QChar::Direction direction = QChar::direction(characters[j].code);
-            characters[j].level = direction == QChar::DirEN || direction == QChar::DirAN ? 2 : 1;
+            characters[j].level = isDigit(characters[j].code) ? 2 : 1;
         }
         last = i;
     }

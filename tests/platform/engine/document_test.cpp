@@ -1,6 +1,7 @@
 #include "base/error.h"
 #include "platform/engine/definition.h"
 #include "platform/engine/report_content.h"
+#include "platform/engine/text_runs.h"
 #include "report_fixture.h"
 
 #include <QRectF>
@@ -177,6 +178,29 @@ TEST(Page, givesTheTextsOfARecord) {
     EXPECT_EQ(recordTexts(page, 2).size(), 10);
     EXPECT_TRUE(recordTexts(page, 21).isEmpty());
     EXPECT_TRUE(recordTexts(page, 0).isEmpty());
+}
+
+TEST(SplitRuns, ordersScriptsThatReadFromRightToLeft) {
+    struct Case {
+        const char16_t *text, *runs;
+    };
+    // Letters of the other direction stand in brackets; what they hold is turned round when it is shaped.
+    const Case cases[] = {
+        {u"ALFA 12", u"ALFA 12"},
+        {u"AB \u05D0\u05D1 CD", u"AB |[\u05D0\u05D1]| CD"},
+        {u"F1 \u05D0 12 \u05D1", u"F1 |[ \u05D1]|12|[\u05D0 ]"},
+        {u"\u05D0\u05D1 15", u"15|[\u05D0\u05D1 ]"},
+        {u"12 \u05D0", u"12 |[\u05D0]"},
+    };
+    for (const Case& one : cases) {
+        const QString text = QString::fromUtf16(one.text);
+        QStringList runs;
+        for (const TextRun& run : splitRuns(text, [](char32_t) { return std::uint16_t(0); })) {
+            const QString piece = text.mid(run.start, run.length);
+            runs.append(run.isRightToLeft ? u'[' + piece + u']' : piece);
+        }
+        EXPECT_EQ(runs.join(u'|'), QString::fromUtf16(one.runs));
+    }
 }
 
 TEST(Search, findsEveryHitRoundTheReport) {
