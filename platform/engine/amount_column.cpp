@@ -27,7 +27,7 @@ void widen(AmountColumn::Block& block) {
     block.isWide = true;
     block.wide.reserve(kBlockRows);
     block.wide.assign(block.narrow.begin(), block.narrow.end());
-    block.narrow = {};
+    block.narrow = std::vector<std::int64_t>();  // an empty list would keep the room
 }
 
 void appendNulls(AmountColumn::Block& block, const std::uint8_t* nulls, std::uint32_t count) {

@@ -24,7 +24,7 @@ void SumColumn::finish() {
     if (!std::all_of(m_long.begin(), m_long.end(), isShort)) return;
     m_short.reserve(m_long.size());
     for (const Int128 sum : m_long) m_short.push_back(static_cast<std::int64_t>(sum));
-    m_long = {};
+    m_long = std::vector<Int128>();  // an empty list would keep the room
 }
 
 base::Decimal SumColumn::value(std::uint32_t index) const {

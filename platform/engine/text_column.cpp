@@ -98,7 +98,7 @@ std::vector<std::uint32_t> TextPool::ranks() const {
 }
 
 void TextPool::finish() {
-    m_slots = {};
+    m_slots = std::vector<std::uint32_t>();  // an empty list would keep the room
     m_characters.shrink_to_fit();
     m_starts.shrink_to_fit();
 }

@@ -42,7 +42,7 @@ PageArea::PageArea(QWidget* parent, PageMarks& marks)
 
 void PageArea::setDocument(std::shared_ptr<const engine::Document> document) {
     install(std::move(document));
-    m_isFirstPainting = true;
+    m_isWaitingForPictures = true;
     horizontalScrollBar()->setValue(0);
     scrollTo(0);
     noteCurrent(m_layout.pageCount() > 0 ? 1 : 0);
@@ -193,6 +193,11 @@ void PageArea::resizeEvent(QResizeEvent*) {
     if (m_layout.pageCount() == 0) return;
     const double before = m_layout.percent();
     relayout(QPoint(viewport()->width() / 2, 0));
+    // Pages that grow push the user's page out of the view.
+    if (m_current > 0 && m_layout.pageAt(scrollPosition() + viewport()->height() / 2) != m_current - 1) {
+        const QScopedValueRollback jumping(m_isJumping, true);
+        scrollTo(m_layout.top(m_current - 1) - PageLayout::kGap);
+    }
     if (m_layout.percent() != before) emit zoomChanged();
 }
 

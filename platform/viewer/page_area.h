@@ -106,7 +106,8 @@ private:
     int m_barUnit = 1;
     bool m_isJumping = false;
     bool m_isAnimated = false;
-    bool m_isFirstPainting = false;
+    /// The next painting draws what is missing at once: the first sight of a report is worth a few milliseconds.
+    bool m_isWaitingForPictures = false;
     std::optional<QPoint> m_pressed;
     QPoint m_dragFrom;
     bool m_isDragging = false;

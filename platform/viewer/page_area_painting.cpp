@@ -1,5 +1,7 @@
 #include "platform/viewer/page_area.h"
 
+#include <QBackingStore>
+#include <QPaintEngine>
 #include <QPainter>
 #include <QPaintEvent>
 
@@ -40,6 +42,12 @@ void toDevicePixels(QPainter& painter, QPointF corner) {
     painter.setWorldTransform(place * device.inverted() * painter.worldTransform());
 }
 
+// Whether somebody takes a picture of the window instead of showing it: that picture is not painted again later.
+bool isGrabbed(const PageArea& area, const QPainter& painter) {
+    const QBackingStore* screen = area.backingStore();
+    return screen == nullptr || painter.paintEngine()->paintDevice() != screen->paintDevice();
+}
+
 }  // namespace
 
 QSize PageArea::pictureSize() const {
@@ -62,10 +70,11 @@ std::vector<PictureKey> PageArea::tilesInView(int page) const {
 void PageArea::paintEvent(QPaintEvent* event) {
     QPainter painter(viewport());
     painter.fillRect(event->rect(), groundColour(palette()));
+    m_isWaitingForPictures = m_isWaitingForPictures || isGrabbed(*this, painter);
     const Visible visible = visiblePages();
     for (int page = visible.first; page <= visible.last; ++page)
         if (pageRect(page).adjusted(-8, -8, 8, 8).intersects(event->rect())) drawPage(painter, page);
-    m_isFirstPainting = false;
+    m_isWaitingForPictures = false;
     askForPictures();
 }
 
@@ -82,9 +91,8 @@ void PageArea::drawPictures(QPainter& painter, int page, const QRect& place) {
     std::vector<std::pair<PictureKey, QImage>> pictures;
     bool isWhole = true;
     for (const PictureKey& key : tilesInView(page)) {
-        // The first sight of a report is worth waiting a few milliseconds for; everything later comes when it is ready.
         QImage image = m_cache.find(key);
-        if (image.isNull() && m_isFirstPainting) image = m_cache.drawNow(key);
+        if (image.isNull() && m_isWaitingForPictures) image = m_cache.drawNow(key);
         isWhole = isWhole && !image.isNull();
         if (!image.isNull()) pictures.emplace_back(key, image);
     }

@@ -102,6 +102,12 @@ TEST_F(Navigation, zoomKeepsThePlaceInView) {
     viewer.resize(900, 700);
     EXPECT_EQ(pages().horizontalScrollBar()->maximum(), 0);
     EXPECT_EQ(viewer.currentPage(), 9);
+    // Pages grow with the window; the one that the user is on does not leave the view.
+    viewer.resize(700, 900);
+    act("last");
+    viewer.resize(1600, 900);
+    const QPoint centre = pages().viewport()->rect().center();
+    EXPECT_TRUE(pages().pageRect(viewer.pageCount() - 1).contains(centre));
 }
 
 TEST_F(Navigation, theTreeFollowsAndLeads) {

@@ -1,5 +1,6 @@
 #include "platform/viewer/page_cache.h"
 
+#include "platform/viewer/page_area.h"
 #include "platform/viewer/page_layout.h"
 #include "platform/viewer/viewer_fixture.h"
 
@@ -34,6 +35,19 @@ TEST_F(Pictures, comeInTheOrderAskedForAndKeepTheLimit) {
     EXPECT_TRUE(cache.standIns(0, kSize).empty());
     cache.setDocument(viewer.document());
     EXPECT_EQ(cache.bytes(), 0);
+}
+
+// A picture of the window is whole, also when it is taken before the threads have drawn the page that was gone to.
+TEST_F(Pictures, aGrabbedWindowShowsThePageAtOnce) {
+    auto& pages = part<PageArea>("crwPages");
+    for (const int page : {20, 5, 30}) {
+        act("goto", {{QStringLiteral("page"), page}});
+        const QImage early = pages.viewport()->grab().toImage();
+        const QRect inside = pages.pageRect(page - 1).adjusted(40, 40, -40, -100) & early.rect();
+        QImage white(inside.size(), early.format());
+        white.fill(Qt::white);
+        EXPECT_NE(early.copy(inside), white) << page;
+    }
 }
 
 TEST_F(Pictures, tilesShowTheSamePageAsOnePicture) {
