@@ -44,7 +44,7 @@ void toDevicePixels(QPainter& painter, QPointF corner) {
 
 // Whether somebody takes a picture of the window instead of showing it: that picture is not painted again later.
 bool isGrabbed(const PageArea& area, const QPainter& painter) {
-    const QBackingStore* screen = area.backingStore();
+    QBackingStore* screen = area.backingStore();
     return screen == nullptr || painter.paintEngine()->paintDevice() != screen->paintDevice();
 }
 
