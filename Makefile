@@ -4,7 +4,7 @@ BUILD ?= build/release
 JOBS ?= 2
 PREFIX ?= /usr/local
 
-.PHONY: all run test bench format lint lint-fast lint-deep asan golden install clean
+.PHONY: all run test bench format lint lint-fast lint-deep asan golden pictures install clean
 
 all: $(BUILD)/build.ninja
 	cmake --build $(BUILD) --parallel $(JOBS)
@@ -58,6 +58,12 @@ asan:
 golden: all
 	VELCORAN_GOLDEN=write ctest --test-dir $(BUILD) --output-on-failure
 	git diff --stat -- tests/data
+
+## The pictures of the documents, taken anew.
+pictures: $(BUILD)/build.ninja
+	tools/install-packages build run test
+	cmake --build $(BUILD) --parallel $(JOBS) --target velcoran-host velcoran
+	tools/make-pictures $(BUILD)/bin/velcoran-host docs/pictures
 
 install: all
 	DESTDIR=$(DESTDIR) cmake --install $(BUILD) --prefix $(PREFIX)
