@@ -2,7 +2,7 @@
 
 add_library(velcoran_build_options INTERFACE)
 target_compile_options(velcoran_build_options INTERFACE
-    -Wall -Wextra -Wpedantic -Werror -Wno-maybe-uninitialized -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wundef
+    -Wall -Wextra -Wpedantic -Werror $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized> -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wundef
     -fvisibility=hidden -fvisibility-inlines-hidden)
 target_compile_definitions(velcoran_build_options INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH)
