@@ -38,7 +38,10 @@ private:
         // Widths must not depend on the resolution: what was measured for the page holds on every device.
         font.setHintingPreference(QFont::PreferNoHinting);
         font.setKerning(false);
-        font.setPointSizeF(pixels * 72 / m_painter.device()->logicalDpiY());
+        // The toolkit rounds a font's size to whole pixels, so the rest of the size is left to the painter.
+        const double wholePixels = std::max(1.0, std::round(pixels));
+        m_textScale = pixels / wholePixels;
+        font.setPixelSize(static_cast<int>(wholePixels));
         m_painter.setFont(font);
     }
     void drawText(const PageItem& item) {
@@ -47,7 +50,11 @@ private:
         m_painter.setPen(QColor(item.colour.toRgb()));
         double base = baseLine(item, *m_page.fonts);
         for (const QString& line : item.text.split(u'\n')) {
-            m_painter.drawText(QPointF(lineStart(item, line, *m_page.fonts), base) * m_scale, line);
+            const QPointF start = QPointF(lineStart(item, line, *m_page.fonts), base) * m_scale;
+            m_painter.translate(start);
+            m_painter.scale(m_textScale, m_textScale);
+            m_painter.drawText(QPointF(), line);
+            m_painter.setWorldTransform(m_world);
             base += item.lineHeight.value;
         }
     }
@@ -75,7 +82,9 @@ private:
     QPainter& m_painter;
     const Page& m_page;
     double m_scale;
+    QTransform m_world = m_painter.worldTransform();
     double m_pixels = 0;
+    double m_textScale = 1;
     bool m_isBold = false;
     bool m_hasFont = false;
 };
