@@ -50,8 +50,8 @@ private:
         m_painter.setPen(QColor(item.colour.toRgb()));
         double base = baseLine(item, *m_page.fonts);
         for (const QString& line : item.text.split(u'\n')) {
-            const QPointF start = QPointF(lineStart(item, line, *m_page.fonts), base) * m_scale;
-            m_painter.translate(start);
+            // A base line on a whole pixel: the same letters in every picture that shows a part of the page.
+            m_painter.translate(lineStart(item, line, *m_page.fonts) * m_scale, std::round(base * m_scale));
             m_painter.scale(m_textScale, m_textScale);
             m_painter.drawText(QPointF(), line);
             m_painter.setWorldTransform(m_world);
