@@ -12,6 +12,10 @@ namespace velcoran::engine {
 
 namespace {
 
+/// Where a text starts: a base line on a whole pixel, and a place that the toolkit's 64ths of a pixel hold exactly, so
+/// that every picture of a part of the page has the same letters.
+QPointF settled(QPointF start) { return {std::round(start.x() * 64) / 64, std::round(start.y())}; }
+
 /// Draws the items of one page; keeps the font while it does not change.
 class Painter {
 public:
@@ -50,8 +54,7 @@ private:
         m_painter.setPen(QColor(item.colour.toRgb()));
         double base = baseLine(item, *m_page.fonts);
         for (const QString& line : item.text.split(u'\n')) {
-            // A base line on a whole pixel: the same letters in every picture that shows a part of the page.
-            m_painter.translate(lineStart(item, line, *m_page.fonts) * m_scale, std::round(base * m_scale));
+            m_painter.translate(settled(QPointF(lineStart(item, line, *m_page.fonts), base) * m_scale));
             m_painter.scale(m_textScale, m_textScale);
             m_painter.drawText(QPointF(), line);
             m_painter.setWorldTransform(m_world);
