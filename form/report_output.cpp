@@ -57,7 +57,7 @@ bool isChosen(com::HResult result, const com::Ref<Dialog>& dialog) {
 
 std::shared_ptr<const engine::Document> shownDocument(const OutputSubject& subject) {
     auto document = subject.viewer.document();
-    if (!document) throw base::Error(base::kObjectNotSet, u"Nu este niciun raport incarcat."_s);
+    if (!document) throw base::Error(base::kObjectNotSet, u"Nu este niciun raport încărcat."_s);
     return document;
 }
 
@@ -65,7 +65,7 @@ void requireSheet(const engine::PageSetup& setup) {
     const bool isLeft = setup.left.value >= 0 && setup.top.value >= 0 && setup.right.value >= 0 &&
                         setup.bottom.value >= 0 && setup.left + setup.right < setup.width &&
                         setup.top + setup.bottom < setup.height;
-    if (!isLeft) throw base::Error(base::kInvalidProcedureCall, u"Marginile nu lasa loc pe foaie."_s);
+    if (!isLeft) throw base::Error(base::kInvalidProcedureCall, u"Marginile nu lasă loc pe foaie."_s);
 }
 
 /// Where a first export is offered to go.

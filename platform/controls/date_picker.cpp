@@ -86,7 +86,7 @@ void DatePicker::setBounds(QDate minimum, QDate maximum) {
 
 void DatePicker::setValue(QDate value) {
     if (!value.isValid() || value < minimum() || value > maximum())
-        throw base::Error(base::kInvalidProcedureCall, u"Data este in afara limitelor."_s);
+        throw base::Error(base::kInvalidProcedureCall, u"Data este în afara limitelor."_s);
     edit([&] { m_sections.setValue(value); });
 }
 

@@ -78,7 +78,7 @@ const std::vector<ExportFormat>& exportFormats() {
         {kOdt, u"Document text OpenDocument (ODT)"_s, u"odt"_s},
         {kPlainText, u"Text simplu (TXT)"_s, u"txt"_s},
         {kOwnReport, u"Raport Velcoran"_s, u"vraport"_s},
-        {kOwnDefinition, u"Definitie de raport Velcoran"_s, u"vdefinitie"_s},
+        {kOwnDefinition, u"Definiție de raport Velcoran"_s, u"vdefinitie"_s},
     };
     return kFormats;
 }

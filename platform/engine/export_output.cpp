@@ -27,7 +27,7 @@ bool isDevice(const QFileInfo& target) { return target.exists() && !target.isFil
 }  // namespace
 
 void failToWrite(const QString& file, const QString& words) {
-    throw base::Error(base::kPathAccess, u"Fisierul %1 nu poate fi scris: %2"_s.arg(file, words));
+    throw base::Error(base::kPathAccess, u"Fișierul %1 nu poate fi scris: %2"_s.arg(file, words));
 }
 
 ExportOutput::ExportOutput(const QString& file) : m_file(file) {

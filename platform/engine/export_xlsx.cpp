@@ -30,7 +30,7 @@ struct FreeWorkbook {
 using Workbook = std::unique_ptr<lxw_workbook, FreeWorkbook>;
 
 [[noreturn]] void tooLarge() {
-    throw base::Error(base::kFormatNotAvailable, u"Raportul nu incape intr-o foaie de calcul."_s);
+    throw base::Error(base::kFormatNotAvailable, u"Raportul nu încape într-o foaie de calcul."_s);
 }
 
 /// The library cuts a text at a null character and takes these two as they are, which no reader of XML does.

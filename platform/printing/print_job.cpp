@@ -43,7 +43,7 @@ QPageSize sheetOf(const engine::PageSetup& setup) {
 }
 
 [[noreturn]] void failForPrinter(const QString& name) {
-    throw base::Error(base::kInvalidProcedureCall, u"Imprimanta \"%1\" nu mai exista."_s.arg(name));
+    throw base::Error(base::kInvalidProcedureCall, u"Imprimanta „%1” nu mai există."_s.arg(name));
 }
 
 struct PageRange {
@@ -110,7 +110,7 @@ void printIntoFile(const engine::Document& document, const QString& file, PageRa
     printer.setOutputFileName(temporary);
     setUp(printer, document);
     if (!paintPages(printer, document, pageSequence(range.first, range.last, 1, true), control) || !isWhole(temporary))
-        engine::failToWrite(file, u"discul nu mai primeste date"_s);
+        engine::failToWrite(file, u"discul nu mai primește date"_s);
     if (isStopped(control)) throw base::Cancelled();
     place.commit();
 }
@@ -131,7 +131,7 @@ void printOnPaper(const engine::Document& document, const PrintRequest& request,
         printer.setCollateCopies(request.isCollated);
     }
     if (!paintPages(printer, document, pageSequence(range.first, range.last, copiesHere, request.isCollated), control))
-        throw base::Error(kPrinterError, u"Imprimanta \"%1\" nu primeste paginile."_s.arg(name));
+        throw base::Error(kPrinterError, u"Imprimanta „%1” nu primește paginile."_s.arg(name));
 }
 
 }  // namespace
@@ -147,7 +147,7 @@ QString defaultPrinterName() {
 
 void requirePrinter(const QString& name) {
     const QStringList names = printerNames();
-    if (names.isEmpty()) throw base::Error(base::kInvalidProcedureCall, u"Nu exista nicio imprimanta."_s);
+    if (names.isEmpty()) throw base::Error(base::kInvalidProcedureCall, u"Nu există nicio imprimantă."_s);
     if (!name.isEmpty() && !names.contains(name)) failForPrinter(name);
 }
 

@@ -205,7 +205,7 @@ constexpr TranslationRow kRows[] = {
      u"Fișierul %1 nu poate fi scris.\nAlegeți alt nume."},
 
     {kPrintPart, "Form", u"Formular"},
-    {kPrintPart, "Printer", u"Imprimanta"},
+    {kPrintPart, "Printer", u"Imprimantă"},
     {kPrintPart, "&Name:", u"&Nume:"},
     {kPrintPart, "P&roperties", u"P&roprietăți"},
     {kPrintPart, "Location:", u"Locul:"},
