@@ -121,7 +121,8 @@ void ControlTree::orderTabs() {
 }
 
 void ControlTree::nameFields() {
-    for (const FieldLabel& one : fieldLabels()) widget(one.field).setAccessibleName(label(one.label).caption());
+    for (const FieldLabel& one : fieldLabels())
+        widget(one.field).setAccessibleName(label(one.label).caption().trimmed());
     widget(Ctl::Deladata).setAccessibleDescription(u"De la data"_s);
     widget(Ctl::Ladata).setAccessibleDescription(u"Până la data"_s);
 }

@@ -56,7 +56,7 @@ void Picker::openLookup(LookupField field) {
     const lookup::LookupRequest request =
         lookup::buildLookup(field, collectState(m_context.members, m_context.controls));
     controls::Frame& frame = m_context.controls.frame(Ctl::fraGrid);
-    frame.setCaption(request.Caption);
+    showCaption(request.Caption);
     frame.setTag(request.Tag);
     if (!fillGrid(request.Sql)) {
         m_context.controls.textBox(field).setFocus();
@@ -105,6 +105,11 @@ void Picker::onCharacter(QChar character) {
     typeAhead(character);
 }
 
+void Picker::showCaption(const QString& caption) {
+    m_context.controls.frame(Ctl::fraGrid).setCaption(caption);
+    m_context.controls.grid().setAccessibleName(caption);
+}
+
 void Picker::typeAhead(QChar character) {
     controls::Frame& frame = m_context.controls.frame(Ctl::fraGrid);
     controls::Grid& grid = m_context.controls.grid();
@@ -112,7 +117,7 @@ void Picker::typeAhead(QChar character) {
     const bool isFiltered = lookup::typeAhead(state, QStringView(&character, 1), grid.headerText(grid.column()),
                                               frame.tag(), *m_context.members.rsLookup);
     m_context.members.sCautare = state.sCautare;
-    frame.setCaption(state.caption);
+    showCaption(state.caption);
     if (isFiltered) m_model.refresh();
     grid.setFocus();
 }

@@ -30,6 +30,7 @@ protected:
     bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
+    void showCaption(const QString& caption);
     [[nodiscard]] bool fillGrid(const QString& sql);
     void showRows();
     void setWidths();

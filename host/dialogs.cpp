@@ -109,10 +109,8 @@ void DialogScript::prepare(const QString& dialog, const QVariantMap& answer) { m
 
 std::optional<QVariantMap> DialogScript::open(const QString& dialog) {
     m_dialogs.append(dialog);
-    const auto prepared = m_answers.constFind(dialog);
-    if (prepared == m_answers.constEnd()) return std::nullopt;
-    const QVariantMap answer = *prepared;
-    m_answers.erase(prepared);
+    if (!m_answers.contains(dialog)) return std::nullopt;
+    const QVariantMap answer = m_answers.take(dialog);
     if (answer.value(u"cancel"_s).toBool()) return std::nullopt;
     return answer;
 }

@@ -1,34 +1,52 @@
 #include "platform/controls/accessibility.h"
 
 #include "platform/controls/date_picker.h"
+#include "platform/controls/drop_down_list.h"
 
 #include <QAccessible>
 #include <QAccessibleWidget>
+#include <QCoreApplication>
+#include <QKeyEvent>
 
 namespace velcoran::controls {
 
 namespace {
 
-class AccessibleDatePicker : public QAccessibleWidget {
+QString valueOf(const DatePicker& picker) { return picker.shown(); }
+QString valueOf(const DropDownList& list) { return list.text(); }
+
+/// A control with a list or a calendar behind it: its label is its name, what it shows its value. The toolkit's own
+/// interface of a drop-down list gives the chosen entry as the name.
+template <class Control>
+class AccessibleDropDown : public QAccessibleWidget {
 public:
-    explicit AccessibleDatePicker(DatePicker* picker) : QAccessibleWidget(picker, QAccessible::ComboBox) {}
+    explicit AccessibleDropDown(Control* control) : QAccessibleWidget(control, QAccessible::ComboBox) {}
 
     QString text(QAccessible::Text kind) const override {
-        if (kind == QAccessible::Value) return static_cast<DatePicker*>(widget())->shown();
-        return QAccessibleWidget::text(kind);
+        return kind == QAccessible::Value ? valueOf(control()) : QAccessibleWidget::text(kind);
     }
     QAccessible::State state() const override {
         QAccessible::State state = QAccessibleWidget::state();
         state.hasPopup = true;
         state.expandable = true;
-        state.expanded = static_cast<DatePicker*>(widget())->isOpen();
+        state.expanded = control().isOpen();
         return state;
     }
+    QStringList actionNames() const override { return QAccessibleWidget::actionNames() << showMenuAction(); }
+    void doAction(const QString& name) override {
+        if (name != showMenuAction()) return QAccessibleWidget::doAction(name);
+        QKeyEvent open(QEvent::KeyPress, Qt::Key_F4, Qt::NoModifier);
+        QCoreApplication::sendEvent(widget(), &open);
+    }
+
+private:
+    Control& control() const { return *static_cast<Control*>(widget()); }
 };
 
 QAccessibleInterface* createAccessible(const QString&, QObject* object) {
-    auto* picker = qobject_cast<DatePicker*>(object);
-    return picker != nullptr ? new AccessibleDatePicker(picker) : nullptr;
+    if (auto* picker = qobject_cast<DatePicker*>(object)) return new AccessibleDropDown(picker);
+    if (auto* list = qobject_cast<DropDownList*>(object)) return new AccessibleDropDown(list);
+    return nullptr;
 }
 
 struct Factory {

@@ -4,8 +4,8 @@
 
 namespace velcoran::controls {
 
-/// Holds the factory that tells assistive programs about date pickers; it is taken out of the process with the last
-/// holder.
+/// Holds the factory that tells assistive programs about date pickers and drop-down lists; it is taken out of the
+/// process with the last holder.
 [[nodiscard]] std::shared_ptr<void> holdAccessibility();
 
 }  // namespace velcoran::controls

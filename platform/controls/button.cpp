@@ -17,6 +17,7 @@ Button::Button(ButtonLook look, QWidget* parent) : ControlOf(parent), m_look(loo
 void Button::setCaption(const QString& caption) {
     m_caption = caption;
     setText(caption);  // takes the accelerator from the caption
+    setAccessibleName(QString(caption).remove(u'&').trimmed());
     if (!m_accelerator.isNull()) setAccelerator(m_accelerator);
     update();
 }

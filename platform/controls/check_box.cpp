@@ -13,7 +13,7 @@ CheckBox::CheckBox(QWidget* parent) : ControlOf(parent) {
     setFocusPolicy(Qt::StrongFocus);
     connect(this, &QAbstractButton::toggled, this, [this](bool isTicked) {
         const QPointer<CheckBox> alive = this;
-        emit changed(isTicked);
+        emit changed(isTicked);  // NOLINT(clang-analyzer-core.CallAndMessage): this is not null
         if (alive) emit ticked(isTicked);
     });
 }

@@ -1,5 +1,6 @@
 #include "platform/controls/drop_down_list.h"
 
+#include "platform/controls/accessibility.h"
 #include "platform/controls/painting.h"
 
 #include <QApplication>
@@ -50,7 +51,7 @@ private:
     QListWidget* m_list;
 };
 
-DropDownList::DropDownList(QWidget* parent) : ControlOf(parent) {
+DropDownList::DropDownList(QWidget* parent) : ControlOf(parent), m_accessibility(holdAccessibility()) {
     setAttribute(Qt::WA_InputMethodEnabled);
     setFocusPolicy(Qt::StrongFocus);
     connect(this, &QComboBox::currentIndexChanged, this, [this](int index) {

@@ -63,6 +63,7 @@ private:
     void pickHighlighted();
     bool handlePopupKey(QKeyEvent& key);
 
+    std::shared_ptr<void> m_accessibility;
     QString m_typed;  ///< start of the chosen item that was typed
     std::unique_ptr<Popup> m_popup;
     bool m_isFilling = false;

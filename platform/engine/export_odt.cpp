@@ -28,6 +28,7 @@ QByteArray columnStyles() {
     constexpr int kPrintableWidth = 27700;  // hundredths of a millimetre between the margins
     int characters = 0;
     for (const ExportColumn& column : pageColumns()) characters += column.width;
+    Q_ASSERT(characters > 0);
     QByteArray xml;
     for (std::size_t i = 0; i < pageColumns().size(); ++i) {
         const int width = kPrintableWidth * pageColumns()[i].width / characters;

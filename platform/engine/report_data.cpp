@@ -76,7 +76,7 @@ const std::vector<CurrencyTotal>& ReportData::totals() const { return m_content-
 const LeiTotal& ReportData::leiTotal() const { return m_content->lei; }
 
 qint64 ReportData::memoryUsed() const {
-    return static_cast<qint64>(sizeof(Content) + m_content->store.memoryUsed() + m_content->index.memoryUsed());
+    return qint64{sizeof(Content)} + m_content->store.memoryUsed() + m_content->index.memoryUsed();
 }
 
 GroupTotal ReportData::group(qint64 group) const {

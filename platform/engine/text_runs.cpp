@@ -91,6 +91,7 @@ std::vector<TextRun> splitRuns(QStringView text, const std::function<std::uint16
         from = to;
     }
     std::vector<TextRun> ordered;
+    ordered.reserve(runs.size());
     for (const Levelled& run : runs) ordered.push_back(run.run);
     return ordered;
 }

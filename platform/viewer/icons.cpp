@@ -77,7 +77,7 @@ QPainterPath pathOf(const QString& shape) {
         return QPointF(x, number());
     };
     while (next < words.size()) {
-        const QString word = words.at(next++);
+        const QString& word = words.at(next++);
         if (word == u"Z") {
             path.closeSubpath();
             continue;

@@ -40,21 +40,21 @@ PageArea::PageArea(QWidget* parent, PageMarks& marks)
     });
 }
 
-void PageArea::setDocument(std::shared_ptr<const engine::Document> document) {
-    install(std::move(document));
+void PageArea::setDocument(const std::shared_ptr<const engine::Document>& document) {
+    install(document);
     m_isWaitingForPictures = true;
     horizontalScrollBar()->setValue(0);
     scrollTo(0);
     noteCurrent(m_layout.pageCount() > 0 ? 1 : 0);
 }
 
-void PageArea::replaceDocument(std::shared_ptr<const engine::Document> document) {
+void PageArea::replaceDocument(const std::shared_ptr<const engine::Document>& document) {
     const int page = currentPage();
-    install(std::move(document));
+    install(document);
     goToPage(page);
 }
 
-void PageArea::install(std::shared_ptr<const engine::Document> document) {
+void PageArea::install(const std::shared_ptr<const engine::Document>& document) {
     m_glide.stop();
     m_marks.setDocument(document);
     m_cache.setDocument(document);

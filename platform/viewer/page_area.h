@@ -21,9 +21,9 @@ public:
     PageArea(QWidget* parent, PageMarks& marks);
 
     /// Shows a document from its first page. Null: the empty ground.
-    void setDocument(std::shared_ptr<const engine::Document> document);
+    void setDocument(const std::shared_ptr<const engine::Document>& document);
     /// Shows another layout of the same report, on the page where it was.
-    void replaceDocument(std::shared_ptr<const engine::Document> document);
+    void replaceDocument(const std::shared_ptr<const engine::Document>& document);
     [[nodiscard]] StatePane& statePane() { return *m_statePane; }
 
     /// The page that the user is on, from 1; 0 without a document.
@@ -77,7 +77,7 @@ private:
         int last = -1;
     };
 
-    void install(std::shared_ptr<const engine::Document> document);
+    void install(const std::shared_ptr<const engine::Document>& document);
     /// Lays the pages out anew; what stands at a place of the viewport stays there.
     void relayout(QPoint anchor);
     void updateBars();

@@ -141,7 +141,7 @@ QImage PageCache::drawNow(const PictureKey& key) {
         document = m_queue->document;
     }
     if (!document) return {};
-    const QImage image = drawPicture(*document, key);
+    QImage image = drawPicture(*document, key);
     insert(key, image);
     return image;
 }

@@ -185,13 +185,14 @@ void ReportViewer::Private::finish(const LoadResult& result) {
     m_isBusy = false;
     m_toolbar->setProgress({});
     const std::optional<base::Error> failure = tryToShow(result);
-    if (m_document)
+    if (m_document) {
         showState({}, {});
-    else if (failure)
+    } else if (failure) {
         showState(QStringLiteral("Raportul nu a putut fi încărcat."),
                   QStringLiteral("%1: %2").arg(QString::number(failure->number()), failure->description()));
-    else
+    } else {
         showState(QStringLiteral("Încărcarea a fost oprită."), {});
+    }
     emit m_viewer.downloadFinished(0);
 }
 

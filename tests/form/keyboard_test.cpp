@@ -26,6 +26,44 @@ TEST_F(KeyboardTest, tabWalksTheWholeWindow) {
     EXPECT_EQ(focus(), u"cmdExit"_s);
 }
 
+// Each key that moves the focus in the table moves it in the window, to the table's target, in both modes.
+TEST_F(KeyboardTest, theWindowMovesAsItsTableSays) {
+    const struct {
+        form::Key key;
+        int pressed;
+    } keys[] = {{form::Key::Tab, Qt::Key_Tab},     {form::Key::Left, Qt::Key_Left}, {form::Key::Up, Qt::Key_Up},
+                {form::Key::Right, Qt::Key_Right}, {form::Key::Down, Qt::Key_Down}, {form::Key::Enter, Qt::Key_Return}};
+    const auto isUsable = [this](form::Ctl control) {
+        return window.findChild<QWidget*>(form::layoutOf(control).name.toString())->isEnabled();
+    };
+    int moves = 0;
+    for (const bool isTotals : {false, true}) {
+        find<controls::CheckBox>("chkTotale")->setValue(isTotals);
+        for (const form::Ctl from : form::controlsWithKeys()) {
+            if (!isUsable(from)) continue;
+            const QString name = form::layoutOf(from).name.toString();
+            const QByteArray latin = name.toLatin1();
+            for (const auto& one : keys) {
+                giveFocus(latin);
+                const QVariantMap now = controls::Control::of(find<QWidget>(latin))->controlState();
+                const form::KeyState state{.isAtStart = true,
+                                           .isAtEnd = true,
+                                           .index = now.value(u"index"_s, -1).toInt(),
+                                           .count = static_cast<int>(now.value(u"items"_s).toList().size())};
+                const form::Act act = form::actOf(from, one.key, state);
+                if (act != form::Act::forward && act != form::Act::backward) continue;
+                const auto direction = act == form::Act::forward ? form::Direction::forward : form::Direction::backward;
+                const auto target = form::nextFocus(from, direction, isUsable, isUsable);
+                press(one.pressed);
+                EXPECT_EQ(focus(), target ? form::layoutOf(*target).name.toString() : name)
+                    << latin.constData() << " key " << one.pressed << " totals " << isTotals;
+                ++moves;
+            }
+        }
+    }
+    EXPECT_GT(moves, 130);
+}
+
 TEST_F(KeyboardTest, movesByTheKeysOfEachControl) {
     const struct {
         const char* from;
