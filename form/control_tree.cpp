@@ -1,6 +1,7 @@
 #include "form/control_tree.h"
 
 #include "filters/lookup_fields.h"
+#include "form/edit_menu.h"
 
 #include <algorithm>
 #include <vector>
@@ -93,6 +94,7 @@ ControlTree::ControlTree(QWidget& window, double density) : m_density(density) {
         textBox(one.field).setProperty("dataChanged", false);
     orderTabs();
     nameFields();
+    translateEditMenus(widget(Ctl::CRW));
 }
 
 ControlTree::~ControlTree() {

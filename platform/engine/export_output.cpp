@@ -21,13 +21,34 @@ namespace {
 
 constexpr qsizetype kBufferBytes = 64 * 1024;
 
+constexpr struct {
+    int error;
+    QStringView words;
+} kSystemWords[] = {
+    {ENOSPC, u"discul este plin"},           {EDQUOT, u"spațiul rezervat pe disc s-a terminat"},
+    {EFBIG, u"fișierul ar fi prea mare"},    {ENOENT, u"dosarul nu există"},
+    {ENOTDIR, u"dosarul nu există"},         {EISDIR, u"este un dosar"},
+    {EACCES, u"accesul este interzis"},      {EPERM, u"accesul este interzis"},
+    {EROFS, u"discul poate fi numai citit"}, {ENAMETOOLONG, u"numele este prea lung"},
+    {EIO, u"discul nu mai primește date"},
+};
+
+/// The system's words as the window's users read them; what the table does not know stays as it is.
+QString inRomanian(const QString& words) {
+    for (const auto& one : kSystemWords) {
+        if (words == qt_error_string(one.error)) return one.words.toString();
+    }
+    // What a device says that has not kept the system's error.
+    return words.isEmpty() || words == QIODevice::tr("Unknown error") ? inRomanian(qt_error_string(EIO)) : words;
+}
+
 /// A device or a pipe: there is nothing to keep, and nothing may take its place.
 bool isDevice(const QFileInfo& target) { return target.exists() && !target.isFile() && !target.isDir(); }
 
 }  // namespace
 
 void failToWrite(const QString& file, const QString& words) {
-    throw base::Error(base::kPathAccess, u"Fișierul %1 nu poate fi scris: %2"_s.arg(file, words));
+    throw base::Error(base::kPathAccess, u"Fișierul %1 nu poate fi scris: %2"_s.arg(file, inRomanian(words)));
 }
 
 ExportOutput::ExportOutput(const QString& file) : m_file(file) {

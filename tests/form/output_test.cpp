@@ -6,6 +6,8 @@
 
 #include <QDir>
 #include <QFile>
+#include <QLineEdit>
+#include <QMenu>
 #include <QTemporaryDir>
 
 #include <velcoran/dialogs.h>
@@ -212,4 +214,15 @@ TEST_F(OutputTest, theSetUpTurnsTheSheetWithoutAskingTheDatabase) {
 }
 
 }  // namespace
+TEST_F(OutputTest, theMenusOfTheViewersBoxesAreRomanian) {
+    auto* search = viewer->findChild<QLineEdit*>(u"crwSearchBox"_s);
+    ASSERT_NE(search, nullptr);
+    search->setText(u"a"_s);
+    emit search->customContextMenuRequested({});
+    const auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    ASSERT_NE(menu, nullptr);
+    EXPECT_TRUE(menu->actions().constLast()->text().startsWith(u"Selectează tot"_s));
+    QApplication::activePopupWidget()->close();
+}
+
 }  // namespace velcoran::tests
