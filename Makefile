@@ -4,7 +4,7 @@ BUILD ?= build/release
 JOBS ?= 2
 PREFIX ?= /usr/local
 
-.PHONY: all run test bench format lint lint-fast lint-deep asan golden pictures install clean
+.PHONY: all run test bench format lint lint-fast lint-deep asan golden pictures typelib install package clean
 
 all: $(BUILD)/build.ninja
 	cmake --build $(BUILD) --parallel $(JOBS)
@@ -65,8 +65,16 @@ pictures: $(BUILD)/build.ninja
 	cmake --build $(BUILD) --parallel $(JOBS) --target velcoran-host velcoran
 	tools/make-pictures $(BUILD)/bin/velcoran-host docs/pictures
 
-install: all
+install: $(BUILD)/build.ninja
+	tools/install-packages build run
+	cmake --build $(BUILD) --parallel $(JOBS) --target velcoran velcoran-host
 	DESTDIR=$(DESTDIR) cmake --install $(BUILD) --prefix $(PREFIX)
+
+## A Debian package in build/release/package.
+package: $(BUILD)/build.ninja
+	tools/install-packages build run package
+	cmake --build $(BUILD) --parallel $(JOBS) --target velcoran velcoran-host
+	cd $(BUILD) && cpack
 
 clean:
 	rm -rf build
