@@ -188,6 +188,21 @@ TEST_F(OutputTest, aMissingPrinterLeadsToTheSetUp) {
     EXPECT_TRUE(surroundings.plain.isEmpty());
 }
 
+TEST_F(OutputTest, keysAloneLeadFromTheFirstFieldToAPrintedFile) {
+    surroundings.answers.print = PrintChoice{nullptr, nullptr, 1, 0, 1, 1};
+    surroundings.answers.printFile = path(u"raport.pdf"_s);
+    window.findChild<QWidget*>(u"cmbTipRaport"_s)->setFocus();
+    const QWidget* raport = window.findChild<QWidget*>(u"Raport"_s);
+    for (int keys = 0; QApplication::focusWidget() != raport && keys < 30; ++keys)
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+    ASSERT_EQ(QApplication::focusWidget(), raport);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !viewer->isBusy() && viewer->hasReport(); }, 10'000));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_P, Qt::ControlModifier);
+    EXPECT_EQ(files(), QStringList{u"raport.pdf"_s});
+    EXPECT_TRUE(surroundings.plain.isEmpty());
+}
+
 TEST_F(OutputTest, anyOtherFailureOfPrintingIsAPlainMessage) {
     load();
     surroundings.answers.print = PrintChoice{nullptr, nullptr, 1, 0, 1, 1};
