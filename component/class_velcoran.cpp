@@ -76,7 +76,7 @@ com::HResult ClassVelcoran::invokeIncarca(const com::CallArguments* arguments, c
 com::HResult ClassVelcoran::Incarca(com::Bstr argTipRaport, IConnection* bConn, com::Date DataProgram, com::Bstr Soc) {
     return com::guarded([&] {
         const QDate date = com::dayOf(DataProgram);
-        if (!date.isValid()) throw base::Error(base::kInvalidProcedureCall, u"Data programului nu este valida."_s);
+        if (!date.isValid()) throw base::Error(base::kInvalidProcedureCall, u"Data programului nu este validă."_s);
         component().window.incarca(com::toQString(argTipRaport), com::Ref<IConnection>(bConn), date,
                                    com::toQString(Soc));
     });

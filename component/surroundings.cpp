@@ -1,13 +1,34 @@
 #include "component/surroundings.h"
 
 #include "component/message_dialog.h"
+#include "platform/com/registry.h"
 #include "platform/printing/default_dialogs.h"
+
+#include "base/error.h"
+
+#include <utility>
 
 namespace velcoran::component {
 
 com::Ref<IMesaje> HostSurroundings::newMesaje() {
-    if (auto registered = m_objects.create<IMesaje>(kClassMesaje)) return registered;
-    return com::Ref<IMesaje>::adopt(com::makeObject<MessageDialog>().release());
+    com::Ref<IMesaje> object = m_objects.create<IMesaje>(kClassMesaje);
+    if (!object) object = newInstalledMesaje();
+    if (object) return com::makeObject<HostMessages>(std::move(object)).as<IMesaje>();
+    return com::makeObject<MessageDialog>().as<IMesaje>();
+}
+
+com::Ref<IMesaje> HostSurroundings::newInstalledMesaje() {
+    if (!m_installedMesaje) {
+        if (!com::findEntry(kClassMesaje)) return {};
+        try {
+            m_installedMesaje = com::findClass(kClassMesaje);
+        } catch (const base::Error&) {
+            return {};  // a registration whose library is gone: the messages are ours
+        }
+    }
+    com::Ref<IMesaje> object;
+    (void)m_installedMesaje->factory->CreateInstance(nullptr, IMesaje::kId, object.receiveVoid());
+    return object;
 }
 
 com::Ref<IExportDialog> HostSurroundings::newExportDialog() {

@@ -3,11 +3,15 @@
 #include "form/report_output.h"
 #include "form/surroundings.h"
 
+#include "platform/com/activation.h"
 #include "platform/com/host_objects.h"
+
+#include <optional>
 
 namespace velcoran::component {
 
-/// The window's surroundings in a host's process: what the host registered, otherwise the component's own.
+/// The window's surroundings in a host's process: what the host registered in the process, for the messages also what
+/// it registered on disk, otherwise the component's own.
 class HostSurroundings final : public form::Surroundings {
 public:
     /// @param objects  outlives this
@@ -18,10 +22,15 @@ public:
     com::Ref<IPrintDialog> newPrintDialog() override;
     com::Ref<IPrinterSetupDialog> newPrinterSetupDialog() override;
     std::unique_ptr<form::IOutput> newOutput(QWidget& window) override;
+    /// Lets go of the library of the messages; nothing of it may be in use.
+    void releaseLibraries() { m_installedMesaje.reset(); }
 
 private:
+    com::Ref<IMesaje> newInstalledMesaje();
+
     const com::HostObjects& m_objects;
     form::OutputMemory m_outputMemory;
+    std::optional<com::ActivatedClass> m_installedMesaje;  ///< once it was found
 };
 
 }  // namespace velcoran::component

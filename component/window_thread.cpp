@@ -8,6 +8,8 @@
 #include <QApplication>
 #include <QThread>
 
+#include <clocale>
+#include <string>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -21,8 +23,29 @@ int argumentCount = 1;
 char argumentName[] = "velcoran";
 char* arguments[] = {argumentName, nullptr};
 
+/// An application object takes over the locale of the user's environment for the whole process, which is the host's to
+/// decide: its numbers would change their decimal sign.
+class KeptLocale {
+public:
+    KeptLocale() : m_locale(std::setlocale(LC_ALL, nullptr)) {}
+    ~KeptLocale() { std::setlocale(LC_ALL, m_locale.c_str()); }
+    KeptLocale(const KeptLocale&) = delete;
+    KeptLocale& operator=(const KeptLocale&) = delete;
+
+private:
+    std::string m_locale;
+};
+
 [[noreturn]] void refuse(const QString& words) {
     throw base::Error(base::kInvalidProcedureCall, words, u"Velcoran.clsVelcoran"_s);
+}
+
+/// Without a display the toolkit would end the process when its application object comes up. What the environment names
+/// as the toolkit's platform needs none.
+bool hasDisplay() {
+    for (const char* variable : {"QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY"})
+        if (!qEnvironmentVariableIsEmpty(variable)) return true;
+    return false;
 }
 
 }  // namespace
@@ -38,6 +61,7 @@ bool WindowThread::release() {
     if (isLoaded() || QCoreApplication::instance()->thread() != QThread::currentThread()) return false;
     qRemovePostRoutine(&WindowThread::dropWindow);
     destroyWindow();
+    m_surroundings.releaseLibraries();
     delete std::exchange(m_application, nullptr);
     return true;
 }
@@ -45,16 +69,18 @@ bool WindowThread::release() {
 void WindowThread::provideApplication() {
     QCoreApplication* application = QCoreApplication::instance();
     if (application == nullptr) {
+        if (!hasDisplay()) refuse(u"Nu există un ecran: fereastra raportului nu se poate deschide."_s);
+        const KeptLocale kept;
         m_application = new QApplication(argumentCount, arguments);
         // The process belongs to the host: closing the report window does not end it.
         QApplication::setQuitOnLastWindowClosed(false);
         return;
     }
     if (qobject_cast<QApplication*>(application) == nullptr)
-        refuse(u"Programul gazda nu are ferestre: fereastra raportului nu se poate deschide."_s);
+        refuse(u"Programul gazdă nu are ferestre: fereastra raportului nu se poate deschide."_s);
     if (application->thread() != QThread::currentThread())
         refuse(
-            u"Fereastra raportului se poate deschide numai pe firul de executie al ferestrelor programului gazda."_s);
+            u"Fereastra raportului se poate deschide numai pe firul de execuție al ferestrelor programului gazdă."_s);
 }
 
 void WindowThread::provideWindow() {

@@ -20,7 +20,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QEvent::Type kDestroyControls = static_cast<QEvent::Type>(QEvent::registerEventType());
+/// Posted to the window by the window alone, so that no number has to be asked for: the toolkit gives none back.
+constexpr auto kDestroyControls = static_cast<QEvent::Type>(QEvent::User + 1);
 
 }  // namespace
 

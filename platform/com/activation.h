@@ -49,11 +49,15 @@ struct ActivatedObject {
     Ref<IUnknown> object;
 };
 
-/// Finds a class: in the library at libraryPath when one is given, otherwise where a registry file says.
+/// Finds a class by its programmatic identifier: in the library at libraryPath when one is given, otherwise where a
+/// registry file says.
 /// @throws Error kCannotCreateObject
 [[nodiscard]] ActivatedClass findClass(const QString& progId, const QString& libraryPath = {});
+/// Finds a class by its own identifier, where a registry file says. @throws Error kCannotCreateObject
+[[nodiscard]] ActivatedClass findClass(const Guid& classId);
 
-/// Creates an object by its programmatic identifier. @throws Error kCannotCreateObject
+/// Creates an object as findClass finds its class. @throws Error kCannotCreateObject
 [[nodiscard]] ActivatedObject createObject(const QString& progId, const QString& libraryPath = {});
+[[nodiscard]] ActivatedObject createObject(const Guid& classId);
 
 }  // namespace velcoran::com

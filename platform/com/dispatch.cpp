@@ -72,7 +72,7 @@ HResult fillException(HResult failure, ExceptionInformation* exception) {
     if (exception == nullptr) return failure;
     *exception = ExceptionInformation();
     exception->result = failure;
-    if (const auto& error = threadError()) {
+    if (const base::Error* error = threadError()) {
         exception->source = toText(error->source()).release();
         exception->description = toText(error->description()).release();
     }

@@ -6,13 +6,15 @@
 
 #include <QString>
 
-#include <optional>
+#include <type_traits>
 
 namespace velcoran::com {
 
-/// The error that the last failed call left on this thread, in this library. Cleared by the next guarded call.
-[[nodiscard]] const std::optional<base::Error>& threadError();
-void setThreadError(std::optional<base::Error> error);
+/// The error that the last failed call left on this thread, in this library; null without one. Cleared by the next
+/// guarded call.
+[[nodiscard]] const base::Error* threadError();
+void setThreadError(const base::Error& error);
+void clearThreadError();
 
 /// Runs the body of an exported function: nothing gets out but a result code, and what was thrown is kept as the
 /// thread's error information. Cancelled becomes kProviderFailure with the text "Operation was cancelled".
@@ -26,7 +28,7 @@ HResult keepCurrentException() noexcept;
 template <class Body>
 HResult guarded(Body body) noexcept {
     try {
-        setThreadError(std::nullopt);
+        clearThreadError();
         if constexpr (std::is_void_v<decltype(body())>) {
             body();
             return kOk;

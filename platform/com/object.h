@@ -46,11 +46,11 @@ public:
     }
     HResult LastError(std::int32_t* number, Bstr* description, Bstr* source) override {
         if (number == nullptr || description == nullptr || source == nullptr) return kNullPointer;
-        const auto& error = threadError();
-        *number = error ? error->number() : 0;
-        *description = error ? toText(error->description()).release() : nullptr;
-        *source = error ? toText(error->source()).release() : nullptr;
-        return error ? kOk : kFalse;
+        const base::Error* error = threadError();
+        *number = error != nullptr ? error->number() : 0;
+        *description = error != nullptr ? toText(error->description()).release() : nullptr;
+        *source = error != nullptr ? toText(error->source()).release() : nullptr;
+        return error != nullptr ? kOk : kFalse;
     }
 
 protected:

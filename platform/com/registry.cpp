@@ -20,7 +20,8 @@ namespace {
 
 const QString kFileName = u"velcoran/registry.ini"_s;
 
-/// The lines of a file by section; what stands before the first section has an empty name.
+/// The lines of a file by section; what stands before the first section has an empty name. Lines that are neither
+/// entries nor comments are what a broken writer has left: they are not kept.
 struct Section {
     QString name;
     QStringList lines;
@@ -35,7 +36,7 @@ QList<Section> readSections(const QString& path) {
         const QString text = line.trimmed();
         if (text.startsWith(u'[') && text.endsWith(u']'))
             sections.append({text.sliced(1, text.size() - 2), {}});
-        else
+        else if (text.contains(u'=') || text.startsWith(u'#') || text.startsWith(u';'))
             sections.last().lines.append(text);
     }
     return sections;
@@ -72,6 +73,23 @@ QString valueOf(const Section& section, const QString& key) {
     return {};
 }
 
+/// Nothing when the section lacks its class or library.
+std::optional<RegistryEntry> entryOf(const Section& section) {
+    const auto classId = guidFromText(valueOf(section, u"ClassId"_s));
+    const QString library = valueOf(section, u"Library"_s);
+    if (!classId || library.isEmpty()) return std::nullopt;
+    const auto typeLibrary = guidFromText(valueOf(section, u"TypeLibrary"_s));
+    return RegistryEntry{section.name, *classId, library, typeLibrary.value_or(Guid{}),
+                         valueOf(section, u"TypeLibraryVersion"_s)};
+}
+
+template <class Condition>
+std::optional<RegistryEntry> firstEntry(const QString& path, Condition isWanted) {
+    for (const Section& section : readSections(path))
+        if (const auto entry = entryOf(section); entry && isWanted(*entry)) return entry;
+    return std::nullopt;
+}
+
 QString dataHome() {
     const QString home = qEnvironmentVariable("XDG_DATA_HOME");
     return QDir::isAbsolutePath(home) ? home : QDir::homePath() + u"/.local/share"_s;
@@ -91,21 +109,21 @@ QStringList registryPaths() {
 }
 
 std::optional<RegistryEntry> readEntry(const QString& path, const QString& progId) {
-    for (const Section& section : readSections(path)) {
-        if (section.name.compare(progId, Qt::CaseInsensitive) != 0) continue;
-        const auto classId = guidFromText(valueOf(section, u"ClassId"_s));
-        const QString library = valueOf(section, u"Library"_s);
-        if (!classId || library.isEmpty()) return std::nullopt;
-        const auto typeLibrary = guidFromText(valueOf(section, u"TypeLibrary"_s));
-        return RegistryEntry{section.name, *classId, library, typeLibrary.value_or(Guid{}),
-                             valueOf(section, u"TypeLibraryVersion"_s)};
-    }
-    return std::nullopt;
+    return firstEntry(path, [&progId](const RegistryEntry& entry) {
+        return entry.progId.compare(progId, Qt::CaseInsensitive) == 0;
+    });
 }
 
 std::optional<RegistryEntry> findEntry(const QString& progId) {
     for (const QString& path : registryPaths())
         if (auto entry = readEntry(path, progId)) return entry;
+    return std::nullopt;
+}
+
+std::optional<RegistryEntry> findEntry(const Guid& classId) {
+    const auto isWanted = [&classId](const RegistryEntry& entry) { return entry.classId == classId; };
+    for (const QString& path : registryPaths())
+        if (auto entry = firstEntry(path, isWanted)) return entry;
     return std::nullopt;
 }
 

@@ -25,11 +25,12 @@ struct RegistryEntry {
 
 /// The entry for a programmatic identifier in one file; nothing when it has none or lacks its class or library.
 [[nodiscard]] std::optional<RegistryEntry> readEntry(const QString& path, const QString& progId);
-/// The first entry in registryPaths().
+/// The first entry in registryPaths(), by programmatic identifier or by class.
 [[nodiscard]] std::optional<RegistryEntry> findEntry(const QString& progId);
+[[nodiscard]] std::optional<RegistryEntry> findEntry(const Guid& classId);
 
 /// Writes an entry in place of what the file had for the identifier; other entries stay as they are. The file is
-/// replaced whole or not at all.
+/// replaced whole or not at all, and by one process at a time; what a broken writer has left in it goes.
 /// @throws Error kPathAccess
 void writeEntry(const QString& path, const RegistryEntry& entry);
 /// Removes an entry and, with the last one, the file. Nothing to remove is no error.

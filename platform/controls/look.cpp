@@ -37,17 +37,23 @@ public:
     }
 };
 
+/// A text that owns its characters. The toolkit keeps the names of fonts for as long as it lives itself; a literal's
+/// characters leave the process with this library.
+QString copyOf(const QString& text) { return QString(text.constData(), text.size()); }
+
 int edge(base::Twips position, double density) { return position.toPixels(density); }
 
 }  // namespace
 
 QFont makeFont(const FontSpec& spec) {
+    const QString family = copyOf(spec.family);
     QFont font;
-    if (spec.family == u"Arial"_s) {
-        font.setFamilies({u"Arial"_s, u"Liberation Sans"_s});
-        if (!QFontDatabase::hasFamily(u"Arial"_s)) font.setFamilies({u"Liberation Sans"_s, u"Arial"_s});
+    if (family == u"Arial"_s) {
+        const QString metricTwin = copyOf(u"Liberation Sans"_s);
+        const bool hasFamily = QFontDatabase::hasFamily(family);
+        font.setFamilies(hasFamily ? QStringList{family, metricTwin} : QStringList{metricTwin, family});
     } else {
-        font.setFamilies({spec.family});
+        font.setFamilies({family});
     }
     font.setPointSizeF(spec.points);
     font.setBold(spec.isBold);

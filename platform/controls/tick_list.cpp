@@ -102,7 +102,7 @@ void TickList::setCurrentIndex(int index) {
 
 bool TickList::isTicked(int index) const {
     const QListWidgetItem* row = item(index);
-    return row != nullptr && row->checkState() == Qt::Checked;
+    return row != nullptr && row->data(Qt::CheckStateRole).toInt() == Qt::Checked;
 }
 
 void TickList::setTicked(int index, bool isTicked) {

@@ -41,15 +41,15 @@ ReportViewer::Private::Private(ReportViewer& viewer)
     applyOptions();
 }
 
-// The widgets go first, while what they refer to still stands, and say nothing more.
+// The widgets go first, while what they refer to still stands, and say nothing more to the viewer. What the toolkit has
+// tied to them stays tied: its accessibility cache forgets a widget when it hears of its end.
 ReportViewer::Private::~Private() {
     m_loader.disconnect();
     m_loader.abandon();
     m_searcher.disconnect();
-    m_toolbar->disconnect();
-    m_toolbar->searchBar().disconnect();
-    m_pages->disconnect();
-    m_tree->disconnect();
+    for (QObject* widget : std::initializer_list<QObject*>{m_toolbar, &m_toolbar->searchBar(), m_pages, m_tree})
+        widget->disconnect(&m_viewer);
+    m_toolbar->disconnect(m_pages);
     m_viewer.setFocusProxy(nullptr);
     delete m_menu;
     delete m_splitter;

@@ -24,8 +24,8 @@ Function* entryPoint(void* library, const char* name) {
     return function;
 }
 
-/// A window without a connection: the call fails with "object not set" once the window shows.
-void openAndFail(void* library) {
+/// A window without a connection: the call fails, with "object not set" once the window shows.
+void openAndFail(void* library, std::int32_t expected) {
     const auto getClassObject = entryPoint<decltype(DllGetClassObject)>(library, "DllGetClassObject");
     com::Ref<com::IClassFactory> factory;
     expect(getClassObject(velcoran::kClassMesaje, com::IClassFactory::kId, factory.receiveVoid()) ==
@@ -33,27 +33,39 @@ void openAndFail(void* library) {
            "no other class");
     expect(getClassObject(velcoran::kClassVelcoran, com::IClassFactory::kId, factory.receiveVoid()) == com::kOk,
            "a class factory");
+    const auto canUnload = entryPoint<decltype(DllCanUnloadNow)>(library, "DllCanUnloadNow");
+    expect(canUnload() == com::kFalse, "the factory keeps the library");
+    factory->LockServer(1);
     com::Ref<velcoran::_clsVelcoran> object;
     expect(factory->CreateInstance(nullptr, velcoran::_clsVelcoran::kId, object.receiveVoid()) == com::kOk,
            "an object");
+    factory = nullptr;
     const com::HResult result = object->Incarca(com::Text(u"Import").get(), nullptr, 46096, com::Text(u"").get());
-    expect(com::numberOfResult(result) == 91, "error 91");
+    expect(com::numberOfResult(result) == expected, "the error's number");
     std::int32_t number = 0;
     com::Text description, source;
     const auto errors = object.as<com::IErrorSource>();
     expect(errors->LastError(&number, description.receive(), source.receive()) == com::kOk, "error information");
-    expect(number == 91 && !description.view().empty(), "its number and words");
+    expect(number == expected && !description.view().empty(), "its number and words");
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    expect(argc == 2, "one argument, the library");
+    expect(argc == 3, "two arguments, the library and the number of the error to expect");
+    const std::int32_t expected = std::atoi(argv[2]);
     void* library = dlopen(argv[1], RTLD_NOW | RTLD_LOCAL);
     expect(library != nullptr, "the library loads");
     const auto canUnload = entryPoint<decltype(DllCanUnloadNow)>(library, "DllCanUnloadNow");
     expect(canUnload() == com::kOk, "idle at first");
-    openAndFail(library);
-    expect(canUnload() == com::kFalse, "the window stays although every object was released");
+    openAndFail(library, expected);
+    expect(canUnload() == com::kFalse, "the factory's lock stays although every object was released");
+    com::Ref<com::IClassFactory> factory;
+    entryPoint<decltype(DllGetClassObject)>(library, "DllGetClassObject")(
+        velcoran::kClassVelcoran, com::IClassFactory::kId, factory.receiveVoid());
+    factory->LockServer(0);
+    factory = nullptr;
+    const bool isOpen = expected == 91;
+    expect(canUnload() == (isOpen ? com::kFalse : com::kOk), "an open window keeps the library, and nothing else");
     return 0;
 }

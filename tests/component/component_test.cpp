@@ -9,14 +9,21 @@
 #include <velcoran/mesaje.h>
 #include <velcoran/velcoran.h>
 
+#include <QAbstractButton>
 #include <QApplication>
+#include <QFile>
+#include <QMessageBox>
 #include <QTemporaryDir>
+#include <QTimer>
 #include <QWidget>
 
 #include <gtest/gtest.h>
 
 #include <array>
 #include <thread>
+#include <utility>
+
+#include <dlfcn.h>
 
 using namespace Qt::StringLiterals;
 
@@ -97,7 +104,7 @@ TEST_F(Component, failsOnAThreadWithoutWindows) {
         number = lastError(&words);
     }).join();
     EXPECT_EQ(number, 5);
-    EXPECT_TRUE(words.contains(u"firul de executie"_s)) << qPrintable(words);
+    EXPECT_TRUE(words.contains(u"firul de execuție"_s)) << qPrintable(words);
     EXPECT_NE(lastError(), 5) << "error information belongs to the thread that failed";
 }
 
@@ -159,16 +166,79 @@ TEST_F(Component, takesItsMessageObjectFromTheHost) {
     EXPECT_EQ(objects->Revoke(kClassMesaje), com::kFalse);
 }
 
-TEST_F(Component, registersItselfAndIsFoundByItsNameAlone) {
-    const QTemporaryDir folder;
-    qputenv("XDG_DATA_HOME", folder.path().toUtf8());
-    qputenv("XDG_DATA_DIRS", folder.path().toUtf8());
+/// Registrations of this test alone.
+struct OwnRegistry {
+    OwnRegistry() {
+        qputenv("XDG_DATA_HOME", folder.path().toUtf8());
+        qputenv("XDG_DATA_DIRS", folder.path().toUtf8());
+    }
+    ~OwnRegistry() {
+        qunsetenv("XDG_DATA_HOME");
+        qunsetenv("XDG_DATA_DIRS");
+    }
+    OwnRegistry(const OwnRegistry&) = delete;
+    OwnRegistry& operator=(const OwnRegistry&) = delete;
+
+    QTemporaryDir folder;
+};
+
+TEST_F(Component, registersItselfAndIsFoundByItsNameAndItsClassAlone) {
+    const OwnRegistry registry;
     ASSERT_EQ(activated.library->call("DllRegisterServer"), com::kOk);
     EXPECT_TRUE(com::createObject(kProgId).object);
+    EXPECT_TRUE(com::createObject(kClassVelcoran).object);
     ASSERT_EQ(activated.library->call("DllUnregisterServer"), com::kOk);
     EXPECT_FALSE(com::findEntry(kProgId).has_value());
-    qunsetenv("XDG_DATA_HOME");
-    qunsetenv("XDG_DATA_DIRS");
+}
+
+/// Presses Raporteaza in a window without a connection, which fails with a message.
+/// @return the text of the component's own dialog, empty when none came
+QString provokeMessage() {
+    QString shown;
+    QTimer closer;
+    QObject::connect(&closer, &QTimer::timeout, [&shown] {
+        if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+            shown = box->text();
+            box->accept();
+        }
+    });
+    closer.start(20);
+    reportWindow()->findChild<QAbstractButton*>(u"Raport"_s)->click();
+    return shown;
+}
+
+TEST_F(Component, takesItsMessagesFromTheHostsRegistrationUnlessTheyFail) {
+    const OwnRegistry registry;
+    const QString file = registry.folder.filePath(u"shown"_s);
+    qputenv("HOST_MESSAGES_FILE", QFile::encodeName(file));
+    struct Case {
+        const char* mode;
+        QString library;
+        bool isShownByHost;
+    };
+    const QString messages = QStringLiteral(HOST_MESSAGES_LIBRARY);
+    const Case cases[] = {
+        {"shows", u"/nowhere/lib.so"_s, false},
+        {"shows", messages, true},
+        {"fails", messages, false},
+        {"throws", messages, false},
+    };
+    for (const Case& each : cases) {
+        qputenv("HOST_MESSAGES_MODE", each.mode);
+        com::writeEntry(com::userRegistryPath(),
+                        {u"Contabil.clsMesaje"_s, kClassMesaje, each.library, kTypeLibraryVelcoran, u"1.0"_s});
+        (void)object->Incarca(com::Text(u"Import").get(), nullptr, kDay, nullptr);
+        QFile::remove(file);
+        EXPECT_EQ(provokeMessage().startsWith(u"91"_s), !each.isShownByHost) << each.mode;
+        EXPECT_EQ(QFile::exists(file), each.isShownByHost) << each.mode;
+        EXPECT_TRUE(reportWindow()->isVisible());
+        reportWindow()->close();
+    }
+    const auto library = std::exchange(activated.library, nullptr);
+    object = nullptr;
+    activated.object = nullptr;
+    EXPECT_EQ(library->call("DllCanUnloadNow"), com::kOk);
+    EXPECT_EQ(dlopen(HOST_MESSAGES_LIBRARY, RTLD_NOW | RTLD_NOLOAD), nullptr) << "the host's library has gone first";
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include "base/error.h"
 #include "support/test_data.h"
 
+#include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -13,6 +14,19 @@ using namespace Qt::StringLiterals;
 
 namespace velcoran::com {
 namespace {
+
+/// This program with another processor's number in its head.
+QString foreignProgram(const QString& path) {
+    QFile self(u"/proc/self/exe"_s);
+    EXPECT_TRUE(self.open(QIODevice::ReadOnly));
+    QByteArray head = self.read(4096);
+    constexpr qsizetype kProcessorAt = 18;
+    head[kProcessorAt] = static_cast<char>(head[kProcessorAt] + 1);
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(head);
+    return path;
+}
 
 TEST(Activation, saysWhyNothingCanBeCreated) {
     const QTemporaryDir folder;
@@ -26,6 +40,8 @@ TEST(Activation, saysWhyNothingCanBeCreated) {
         {u"Nobody.Knows"_s, u"/nowhere/lib.so"_s, u"is not registered"_s},
         {u"Velcoran.clsVelcoran"_s, u"/nowhere/lib.so"_s, u"/nowhere/lib.so"_s},
         {u"Velcoran.clsVelcoran"_s, u"libm.so.6"_s, u"lacks the entry point DllGetClassObject"_s},
+        {u"Velcoran.clsVelcoran"_s, foreignProgram(folder.filePath(u"other.so"_s)), u"for another architecture"_s},
+        {u"Velcoran.clsVelcoran"_s, folder.path(), u"directory"_s},
     };
     for (const Case& each : cases) {
         try {
@@ -36,6 +52,7 @@ TEST(Activation, saysWhyNothingCanBeCreated) {
             EXPECT_TRUE(error.description().contains(each.words)) << error.what();
         }
     }
+    EXPECT_THROW((void)createObject(Guid{1, 2, 3, {}}), base::Error);
     qunsetenv("XDG_DATA_HOME");
     qunsetenv("XDG_DATA_DIRS");
 }

@@ -12,6 +12,11 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
+#include <sys/wait.h>
+#include <unistd.h>
+
 using namespace Qt::StringLiterals;
 
 namespace velcoran::com {
@@ -77,6 +82,44 @@ TEST(Registry, damagedEntriesAreNone) {
     }
 }
 
+TEST(Registry, aHalfWrittenFileIsRepaired) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"registry.ini"_s);
+    const QByteArray good = "[C.D]\nClassId={00000000-0000-0000-0000-000000000001}\nLibrary=/o.so\n";
+    for (const QByteArray& rest : {QByteArray("[A.B]\nClassId={7B2C9D"), QByteArray("[A.B"), QByteArray(64, '\0')}) {
+        writeText(path, good + rest);
+        writeEntry(path, entryOf(u"A.B"_s, u"/l.so"_s));
+        EXPECT_EQ(readEntry(path, u"A.B"_s)->library, u"/l.so"_s);
+        removeEntry(path, u"A.B"_s);
+        EXPECT_EQ(readText(path), good);
+    }
+}
+
+TEST(Registry, processesThatRegisterAtOnceLoseNothing) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"registry.ini"_s);
+    constexpr int kProcesses = 4, kEntries = 10;
+    std::vector<pid_t> children;
+    for (int process = 0; process < kProcesses; ++process) {
+        const pid_t child = fork();
+        if (child == 0) {
+            for (int entry = 0; entry < kEntries; ++entry)
+                writeEntry(path, entryOf(u"P%1.E%2"_s.arg(process).arg(entry), u"/l.so"_s));
+            _exit(0);
+        }
+        children.push_back(child);
+    }
+    for (const pid_t child : children) {
+        int status = 1;
+        ASSERT_EQ(waitpid(child, &status, 0), child);
+        EXPECT_EQ(status, 0);
+    }
+    for (int process = 0; process < kProcesses; ++process)
+        for (int entry = 0; entry < kEntries; ++entry)
+            EXPECT_TRUE(readEntry(path, u"P%1.E%2"_s.arg(process).arg(entry)).has_value()) << process << ' ' << entry;
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList{u"registry.ini"_s});
+}
+
 TEST(Registry, theUsersFileComesBeforeTheSystems) {
     const QTemporaryDir folder;
     qputenv("XDG_DATA_HOME", QFile::encodeName(folder.filePath(u"home"_s)));
@@ -87,6 +130,8 @@ TEST(Registry, theUsersFileComesBeforeTheSystems) {
     EXPECT_EQ(findEntry(u"A.B"_s)->library, u"/two.so"_s);
     writeEntry(userRegistryPath(), entryOf(u"A.B"_s, u"/home.so"_s));
     EXPECT_EQ(findEntry(u"A.B"_s)->library, u"/home.so"_s);
+    EXPECT_EQ(findEntry(kClassVelcoran)->library, u"/home.so"_s);
+    EXPECT_FALSE(findEntry(kTypeLibraryVelcoran).has_value());
     qunsetenv("XDG_DATA_HOME");
     qunsetenv("XDG_DATA_DIRS");
 }

@@ -1,0 +1,85 @@
+// What a process has that a library could change behind its host's back, and what a round of work may use up.
+#pragma once
+
+#include <algorithm>
+#include <cfenv>
+#include <clocale>
+#include <cstdint>
+#include <exception>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <set>
+#include <string>
+
+#include <csignal>
+#include <malloc.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#ifdef __SANITIZE_ADDRESS__
+#include <sanitizer/allocator_interface.h>
+#endif
+
+namespace hosts {
+
+/// The names of a folder of /proc/self, with what each link leads to.
+inline std::string entriesOf(const char* folder) {
+    std::set<std::string> entries;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        std::error_code none;
+        entries.insert(entry.path().filename().string() + " " + std::filesystem::read_symlink(entry, none).string());
+    }
+    std::string text;
+    for (const std::string& entry : entries) text += entry + "; ";
+    return text;
+}
+
+/// Facts by name, as texts: a difference can be shown.
+inline std::map<std::string, std::string> processFacts() {
+    std::map<std::string, std::string> facts;
+    facts["locale"] = std::setlocale(LC_ALL, nullptr);
+    facts["decimal sign"] = std::localeconv()->decimal_point;
+    facts["working folder"] = std::filesystem::current_path().string();
+    const mode_t mask = umask(0);
+    umask(mask);
+    facts["file mask"] = std::to_string(mask);
+    facts["rounding"] = std::to_string(std::fegetround());
+    facts["terminate handler"] = std::to_string(reinterpret_cast<std::uintptr_t>(std::get_terminate()));
+    for (int number = 1; number < NSIG; ++number) {
+        struct sigaction action {};
+        if (sigaction(number, nullptr, &action) != 0) continue;
+        facts["signal " + std::to_string(number)] =
+            std::to_string(reinterpret_cast<std::uintptr_t>(action.sa_handler)) + " " + std::to_string(action.sa_flags);
+    }
+    sigset_t blocked;
+    pthread_sigmask(SIG_SETMASK, nullptr, &blocked);
+    for (int number = 1; number < NSIG; ++number)
+        if (sigismember(&blocked, number) == 1) facts["blocked signals"] += std::to_string(number) + " ";
+    for (char** variable = environ; *variable != nullptr; ++variable) {
+        const std::string text = *variable;
+        facts["variable " + text.substr(0, text.find('='))] = text;
+    }
+    facts["descriptors"] = entriesOf("/proc/self/fd");
+    facts["threads"] = entriesOf("/proc/self/task");
+    return facts;
+}
+
+/// Bytes that the process holds on its heap.
+inline std::size_t heapBytes() {
+#ifdef __SANITIZE_ADDRESS__
+    return __sanitizer_get_current_allocated_bytes();
+#else
+    const struct mallinfo2 heap = mallinfo2();
+    return heap.uordblks + heap.hblkhd;
+#endif
+}
+
+/// Bytes of memory that the process has resident.
+inline std::size_t residentBytes() {
+    std::size_t total = 0, resident = 0;
+    std::ifstream("/proc/self/statm") >> total >> resident;
+    return resident * static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+}
+
+}  // namespace hosts

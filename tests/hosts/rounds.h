@@ -1,0 +1,51 @@
+// Repeats a host's work and sees what each round leaves behind.
+#pragma once
+
+#include "loaded_component.h"
+#include "process_facts.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace hosts {
+
+/// Ends the program when a fact is another than before.
+inline void expectSame(const std::map<std::string, std::string>& before,
+                       const std::map<std::string, std::string>& after) {
+    for (const auto& [name, value] : after) {
+        const auto old = before.find(name);
+        const std::string& was = old == before.end() ? std::string() : old->second;
+        if (was != value) std::fprintf(stderr, "%s\n  was %s\n  is  %s\n", name.c_str(), was.c_str(), value.c_str());
+        expect(was == value, "the process is as it was");
+    }
+    expect(before.size() == after.size(), "nothing of the process is missing");
+}
+
+/// The first rounds may fill caches of the toolkit; from then on a round holds back next to nothing.
+constexpr int kFirstMeasuredRound = 50;
+constexpr double kMaxBytesPerRound = 2048;
+
+/// @param round  loads, works, unloads; the process's facts are compared around each one
+template <class Round>
+void runRounds(int count, Round round) {
+    std::size_t heap = 0, resident = 0;
+    for (int done = 0; done < count; ++done) {
+        if (done == kFirstMeasuredRound) {
+            heap = heapBytes();
+            resident = residentBytes();
+        }
+        const auto before = processFacts();
+        round();
+        expectSame(before, processFacts());
+    }
+    if (count <= kFirstMeasuredRound) return;
+    const auto perRound = [count](std::size_t before, std::size_t after) {
+        return (static_cast<double>(after) - static_cast<double>(before)) / (count - kFirstMeasuredRound);
+    };
+    const double heapGrowth = perRound(heap, heapBytes());
+    std::printf("%d rounds; from round %d on %.0f bytes of heap and %.0f resident bytes a round\n", count,
+                kFirstMeasuredRound, heapGrowth, perRound(resident, residentBytes()));
+    expect(heapGrowth <= kMaxBytesPerRound, "a round leaves nothing on the heap");
+}
+
+}  // namespace hosts
