@@ -65,6 +65,10 @@ pictures: $(BUILD)/build.ninja
 	cmake --build $(BUILD) --parallel $(JOBS) --target velcoran-host velcoran
 	tools/make-pictures $(BUILD)/bin/velcoran-host docs/pictures
 
+## The type libraries of the interface definitions, where their compiler is installed.
+typelib:
+	tools/make-typelib build/typelib
+
 install: $(BUILD)/build.ninja
 	tools/install-packages build run
 	cmake --build $(BUILD) --parallel $(JOBS) --target velcoran velcoran-host

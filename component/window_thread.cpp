@@ -1,6 +1,7 @@
 #include "component/window_thread.h"
 
 #include "component/component.h"
+#include "component/display.h"
 #include "form/rpt_stoc.h"
 
 #include "base/error.h"
@@ -38,14 +39,6 @@ private:
 
 [[noreturn]] void refuse(const QString& words) {
     throw base::Error(base::kInvalidProcedureCall, words, u"Velcoran.clsVelcoran"_s);
-}
-
-/// Without a display the toolkit would end the process when its application object comes up. What the environment names
-/// as the toolkit's platform needs none.
-bool hasDisplay() {
-    for (const char* variable : {"QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY"})
-        if (!qEnvironmentVariableIsEmpty(variable)) return true;
-    return false;
 }
 
 }  // namespace
