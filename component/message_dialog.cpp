@@ -38,8 +38,8 @@ com::HResult MessageDialog::Afiseaza(com::Bstr Text, std::int16_t Stil, std::int
 
 com::HResult HostMessages::Afiseaza(com::Bstr Text, std::int16_t Stil, std::int16_t Implicit, com::Bstr Titlu,
                                     std::int32_t rezervat1, std::int32_t rezervat2, std::int32_t* rezultat) {
-    const com::HResult shown = com::guarded(
-        [&] { return m_host->Afiseaza(Text, Stil, Implicit, Titlu, rezervat1, rezervat2, rezultat); });
+    const com::HResult shown =
+        com::guarded([&] { return m_host->Afiseaza(Text, Stil, Implicit, Titlu, rezervat1, rezervat2, rezultat); });
     if (com::succeeded(shown)) return shown;
     return com::makeObject<MessageDialog>()->Afiseaza(Text, Stil, Implicit, Titlu, rezervat1, rezervat2, rezultat);
 }

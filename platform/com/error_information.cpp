@@ -49,7 +49,7 @@ ThreadErrors& threadErrors() {
 
 const base::Error* threadError() { return threadErrors().get(); }
 
-void setThreadError(const base::Error& error) { 
+void setThreadError(const base::Error& error) {
     threadErrors().set(std::unique_ptr<base::Error>(new (std::nothrow) base::Error(error)));
 }
 

@@ -109,9 +109,8 @@ QStringList registryPaths() {
 }
 
 std::optional<RegistryEntry> readEntry(const QString& path, const QString& progId) {
-    return firstEntry(path, [&progId](const RegistryEntry& entry) {
-        return entry.progId.compare(progId, Qt::CaseInsensitive) == 0;
-    });
+    return firstEntry(
+        path, [&progId](const RegistryEntry& entry) { return entry.progId.compare(progId, Qt::CaseInsensitive) == 0; });
 }
 
 std::optional<RegistryEntry> findEntry(const QString& progId) {

@@ -1,8 +1,9 @@
-// A host's message class in a library of the host's: it writes what it shows into the file that HOST_MESSAGES_FILE names,
-// or fails, or throws, as HOST_MESSAGES_MODE says.
+// A host's message class in a library of the host's: it writes what it shows into the file that HOST_MESSAGES_FILE
+// names, or fails, or throws, as HOST_MESSAGES_MODE says.
+#include "hosts/counted.h"
+
 #include <velcoran/mesaje.h>
 
-#include <atomic>
 #include <cstdlib>
 #include <fstream>
 #include <stdexcept>
@@ -12,33 +13,8 @@ namespace com = velcoran::com;
 
 namespace {
 
-std::atomic<int> living{0};
-
-template <class Interface>
-struct Counted : Interface {
-    Counted() { ++living; }
-    Counted(const Counted&) = delete;
-    Counted& operator=(const Counted&) = delete;
-    com::HResult QueryInterface(const com::Guid& id, void** object) override {
-        *object = id == Interface::kId || id == com::IUnknown::kId ? static_cast<Interface*>(this) : nullptr;
-        if (*object != nullptr) AddRef();
-        return *object != nullptr ? com::kOk : com::kNoInterface;
-    }
-    std::uint32_t AddRef() override { return ++m_count; }
-    std::uint32_t Release() override {
-        const std::uint32_t left = --m_count;
-        if (left == 0) delete this;
-        return left;
-    }
-
-protected:
-    virtual ~Counted() { --living; }
-
-private:
-    std::uint32_t m_count = 1;
-};
-
-struct Messages final : Counted<velcoran::IMesaje> {
+struct Messages final : hosts::Counted<velcoran::IMesaje> {
+    Messages() : Counted({velcoran::IMesaje::kId}) {}
     com::HResult Afiseaza(com::Bstr text, std::int16_t style, std::int16_t, com::Bstr, std::int32_t, std::int32_t,
                           std::int32_t*) override {
         const std::string_view mode = std::getenv("HOST_MESSAGES_MODE");
@@ -49,7 +25,8 @@ struct Messages final : Counted<velcoran::IMesaje> {
     }
 };
 
-struct Factory final : Counted<com::IClassFactory> {
+struct Factory final : hosts::Counted<com::IClassFactory> {
+    Factory() : Counted({com::IClassFactory::kId}) {}
     com::HResult CreateInstance(com::IUnknown*, const com::Guid& id, void** object) override {
         auto* messages = new Messages;
         const com::HResult result = messages->QueryInterface(id, object);
@@ -70,5 +47,7 @@ __attribute__((visibility("default"))) com::HResult DllGetClassObject(const com:
     factory->Release();
     return result;
 }
-__attribute__((visibility("default"))) com::HResult DllCanUnloadNow() { return living == 0 ? com::kOk : com::kFalse; }
+__attribute__((visibility("default"))) com::HResult DllCanUnloadNow() {
+    return Messages::living() == 0 && Factory::living() == 0 ? com::kOk : com::kFalse;
+}
 }

@@ -1,11 +1,12 @@
-// A host's own connection, over rows that it has in memory: every interface of velcoran/connection.h, nothing but public
-// headers.
+// A host's own connection, over rows that it has in memory: every interface of velcoran/connection.h, nothing but
+// public headers.
 #pragma once
+
+#include "counted.h"
 
 #include <velcoran/connection.h>
 
 #include <algorithm>
-#include <atomic>
 #include <string>
 #include <utility>
 #include <vector>
@@ -13,38 +14,6 @@
 namespace hosts {
 
 namespace com = velcoran::com;
-
-/// The count that every counted object carries. Main is the interface, with the identifiers of its bases in kinds.
-template <class Main>
-class Counted : public Main {
-public:
-    explicit Counted(std::vector<com::Guid> kinds) : m_kinds(std::move(kinds)) {}
-    Counted(const Counted&) = delete;
-    Counted& operator=(const Counted&) = delete;
-
-    com::HResult QueryInterface(const com::Guid& id, void** object) override {
-        if (object == nullptr) return com::kNullPointer;
-        const bool isKnown = id == com::IUnknown::kId || std::find(m_kinds.begin(), m_kinds.end(), id) != m_kinds.end();
-        *object = isKnown ? static_cast<Main*>(this) : nullptr;
-        if (!isKnown) return com::kNoInterface;
-        AddRef();
-        return com::kOk;
-    }
-    std::uint32_t AddRef() override { return ++m_count; }
-    std::uint32_t Release() override {
-        const std::uint32_t left = --m_count;
-        if (left == 0) delete this;
-        return left;
-    }
-    [[nodiscard]] std::uint32_t count() const { return m_count; }
-
-protected:
-    virtual ~Counted() = default;
-
-private:
-    std::vector<com::Guid> m_kinds;
-    std::atomic<std::uint32_t> m_count{1};
-};
 
 /// A column of texts, of amounts in hundredths, or of days since 1970; one of the lists is filled.
 struct Column {
@@ -103,8 +72,7 @@ inline Statement::Statement(std::vector<Column> columns)
         const velcoran::ColumnType type = keep(column, values);
         const bool isText = type == velcoran::ColumnType::Text;
         const std::int32_t scale = type == velcoran::ColumnType::Decimal64 ? 2 : 0;
-        m_descriptions.push_back(
-            {column.name.data(), static_cast<std::uint32_t>(column.name.size()), type, scale});
+        m_descriptions.push_back({column.name.data(), static_cast<std::uint32_t>(column.name.size()), type, scale});
         m_blocks.push_back({type, scale, nullptr,
                             isText ? static_cast<const void*>(values.characters.data()) : values.numbers.data(),
                             isText ? values.offsets.data() : nullptr});

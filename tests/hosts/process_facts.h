@@ -12,10 +12,10 @@
 #include <set>
 #include <string>
 
-#include <csignal>
 #include <malloc.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <csignal>
 
 #ifdef __SANITIZE_ADDRESS__
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
