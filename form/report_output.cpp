@@ -163,6 +163,7 @@ void ReportOutput::promptForExportOptions(const OutputSubject& subject) {
 void ReportOutput::exportReport(const OutputSubject& subject) {
     const auto document = shownDocument(subject);
     auto control = std::make_unique<engine::ExportControl>();
+    if (subject.report) control->filters = subject.report->filterLines();
     const auto progress = std::make_shared<WorkProgress>();
     control->tell = [progress](qint64 done, qint64 total) {
         progress->total = total;

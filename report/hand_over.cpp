@@ -3,6 +3,7 @@
 #include "db/command.h"
 #include "platform/engine/definition.h"
 #include "platform/engine/report.h"
+#include "report/filters_in_force.h"
 #include "report/period.h"
 #include "report/statement.h"
 
@@ -35,6 +36,7 @@ HandOver planHandOver(const filters::FilterState& state, QStringView dateSeparat
     }
     plan.periodSource = periodSource(state, dateSeparator);
     if (state.isExport()) plan.titleTexts = {{u"Text1"_s, u"RAPORT FACTURI EXTERNE - CLIENTI"_s}};
+    plan.filtersInForce = filtersInForce(state);
     if (state.chkTotale) plan.option = kTotalsAlone;
     return plan;
 }
@@ -47,6 +49,7 @@ void handOver(const HandOver& plan, const db::Connection& priza, const db::Comma
     rptFacturi->bindFields(kMatchByName);
     rptFacturi->setUnboundFieldSource(u"UnboundString6"_s, plan.periodSource);
     setTexts(*rptFacturi, plan.titleTexts);
+    rptFacturi->setFilterLines(plan.filtersInForce);
     if (plan.option != 0) rptFacturi->setOption(plan.option);
 }
 

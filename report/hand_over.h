@@ -4,6 +4,7 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
 #include <QStringView>
 
 #include <memory>
@@ -32,6 +33,7 @@ struct HandOver {
     QList<TextReplacement> presentationTexts;  ///< before the data source is added
     QString periodSource;                      ///< source of UnboundString6
     QList<TextReplacement> titleTexts;         ///< after the fields are bound
+    QStringList filtersInForce;                ///< lines for the exports
     int option = 0;                            ///< 1 for a total report; 0 leaves the option alone
 };
 

@@ -54,6 +54,7 @@ struct Report::State {
     std::shared_ptr<const Definition> definition;
     QMap<QString, QString> texts;
     QMap<QString, QString> unboundTexts;
+    QStringList filterLines;
     int option = 0;
     db::Connection connection;
     QString commandText;
@@ -246,6 +247,10 @@ void Report::setUnboundFieldSource(const QString& field, const QString& source) 
 QString Report::unboundFieldText(const QString& field) const {
     return m_state->unboundTexts.value(m_state->object(field, ObjectKind::Unbound).name);
 }
+
+void Report::setFilterLines(const QStringList& lines) { m_state->filterLines = lines; }
+
+QStringList Report::filterLines() const { return m_state->filterLines; }
 
 void Report::setOption(int option) {
     if (option != 0 && option != 1) throw base::Error(base::kInvalidProcedureCall, u"The option is 0 or 1."_s);

@@ -59,6 +59,10 @@ public:
     void setOption(int option);
     [[nodiscard]] int option() const;
 
+    /// Lines on what narrows the run, which exports put above the rows. Pages do not show them.
+    void setFilterLines(const QStringList& lines);
+    [[nodiscard]] QStringList filterLines() const;
+
     /// What a document is laid out from.
     [[nodiscard]] ReportTexts snapshot() const;
 

@@ -4,6 +4,7 @@
 #include "db/command.h"
 #include "filters/statement_database.h"
 #include "platform/engine/report.h"
+#include "report/filters_in_force.h"
 #include "report/period.h"
 #include "report/request.h"
 #include "report/statement.h"
@@ -66,24 +67,26 @@ TEST(HandOver, followsListKindAndTotals) {
 
 class HandOverRun : public testing::Test {
 protected:
+    HandOverRun() { state.chkLohn = true; }
+
     void run(const QString& sql) {
-        const FilterState state = stateOf(u"Export"_s, u"Client"_s, true);
         const db::Command cmdRaport{database.connection(), db::kCommandText, sql};
         handOver(planHandOver(state, u"/"), database.connection(), cmdRaport, rptFacturi);
     }
 
+    FilterState state = stateOf(u"Export"_s, u"Client"_s, true);
     tests::StatementDatabase database;
     std::shared_ptr<engine::Report> rptFacturi;
 };
 
 TEST_F(HandOverRun, preparesTheReportForTheViewer) {
-    const FilterState state = stateOf(u"Export"_s, u"Client"_s, true);
     run(assembleStatement(state, buildRequest(state)));
     EXPECT_EQ(rptFacturi->name(), u"CRFacturiImport");
     EXPECT_EQ(rptFacturi->text(u"Text1"_s), u"RAPORT FACTURI EXTERNE - CLIENTI");
     EXPECT_EQ(rptFacturi->text(u"Text3"_s), u"DENUMIRE\r\nCLIENT");
     EXPECT_EQ(rptFacturi->unboundFieldText(u"UnboundString6"_s), u"= 01/07/2003 - 31/07/2003 =");
     EXPECT_EQ(rptFacturi->option(), 1);
+    EXPECT_EQ(rptFacturi->filterLines(), QStringList{u"Inclusiv exporturile temporare"_s});
 }
 
 TEST_F(HandOverRun, keepsAHalfPreparedReportWhenTheStatementFails) {
@@ -93,6 +96,33 @@ TEST_F(HandOverRun, keepsAHalfPreparedReportWhenTheStatementFails) {
     EXPECT_NE(rptFacturi->text(u"Text1"_s), u"RAPORT FACTURI EXTERNE - CLIENTI")
         << "the title comes after the statement";
     EXPECT_EQ(rptFacturi->option(), 0);
+}
+
+TEST(FiltersInForce, areThoseThatTheStatementHas) {
+    FilterState state = stateOf(u"Import"_s, u"Furnizor"_s, false);
+    EXPECT_EQ(filtersInForce(state), QStringList());
+    // Typed and never picked: the statement goes by the producer's code alone.
+    state.field(filters::LookupField::txtProducator).text = u"ALFA"_s;
+    EXPECT_EQ(filtersInForce(state), QStringList());
+    state.sCodProducator = u"P1"_s;
+    state.cmbCategorie = u"Servicii"_s;
+    state.cmbCategorieIndex = 2;
+    state.field(filters::LookupField::txtGrupaProdus).text = u"ALIM"_s;
+    state.field(filters::LookupField::txtTipClient).text = u"UE"_s;
+    state.field(filters::LookupField::txtCodClient).text = u"ȘTIUCA SRL "_s;
+    state.sCodClient = u"F0003"_s;
+    state.depozite = {u"1 - Central"_s, u"4 - Vamă"_s};
+    state.chkLohn = true;
+    const QStringList lines{
+        u"Producator: ALFA (P1)"_s,
+        u"Categorie de Produse: Servicii"_s,
+        u"Grupa de Produse: ALIM"_s,
+        u"Tip Furnizor: UE"_s,
+        u"Denumire Furnizor: ȘTIUCA SRL (F0003)"_s,
+        u"Depozite: 1 - Central, 4 - Vamă"_s,
+        u"Inclusiv importurile temporare"_s,
+    };
+    EXPECT_EQ(filtersInForce(state), lines);
 }
 
 TEST(Period, isWrittenWithTheUsersSeparator) {
