@@ -51,7 +51,7 @@ void WindowThread::dropWindow() { component().window.destroyWindow(); }
 
 bool WindowThread::release() {
     if (m_window == nullptr && m_application == nullptr) return true;
-    if (isLoaded() || QCoreApplication::instance()->thread() != QThread::currentThread()) return false;
+    if (isInUse() || QCoreApplication::instance()->thread() != QThread::currentThread()) return false;
     qRemovePostRoutine(&WindowThread::dropWindow);
     destroyWindow();
     m_surroundings.releaseLibraries();
@@ -90,6 +90,6 @@ void WindowThread::incarca(const QString& kind, const com::Ref<IConnection>& con
     m_window->Incarca(kind, date, prefix);
 }
 
-bool WindowThread::isLoaded() const { return m_window != nullptr && m_window->isLoaded(); }
+bool WindowThread::isInUse() const { return m_window != nullptr && m_window->isInUse(); }
 
 }  // namespace velcoran::component

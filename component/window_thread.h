@@ -30,13 +30,13 @@ public:
     /// Assigns the connection and sets the window up.
     /// @throws Error kInvalidProcedureCall on a thread that cannot have windows, otherwise what the set-up says
     void incarca(const QString& kind, const com::Ref<IConnection>& connection, QDate date, const QString& prefix);
-    /// True while the window is loaded. Any thread: false is certain only on the window's own.
-    [[nodiscard]] bool isLoaded() const;
-    /// Destroys the window object and the component's own application object.
-    /// @return false, with everything as it was, while the window is loaded or on another thread than the window's
+    /// Destroys the window object and the component's own application object, and lets go of the host's message
+    /// library.
+    /// @return false, with everything as it was, while the window is in use or on another thread than the window's
     bool release();
 
 private:
+    [[nodiscard]] bool isInUse() const;
     void provideApplication();
     void provideWindow();
     void destroyWindow();

@@ -128,6 +128,8 @@ void RptStoc::setPriza(db::Connection priza) { m_private->members.Priza = std::m
 
 bool RptStoc::isLoaded() const { return m_private->loaded != nullptr; }
 
+bool RptStoc::isInUse() const { return isLoaded() || !m_private->handlers.isIdle() || m_private->runner.isRunning(); }
+
 void RptStoc::Incarca(const QString& argTipRaport, QDate DataProgram, const QString& Soc) {
     if (m_private->runner.isRunning())
         throw base::Error(base::kInvalidProcedureCall, u"Fereastra execută o interogare"_s);

@@ -55,6 +55,8 @@ public:
     ///         a statement of the window runs. Cancelled when the user closed the window meanwhile
     void Incarca(const QString& argTipRaport, QDate DataProgram, const QString& Soc);
     [[nodiscard]] bool isLoaded() const;
+    /// True while the window is loaded, or a handler of it has still to return after it was closed.
+    [[nodiscard]] bool isInUse() const;
     /// Closes the window. While one of its statements runs, that is cancelled first and the close follows.
     void CloseForm();
 
