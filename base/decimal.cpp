@@ -158,8 +158,6 @@ Decimal& Decimal::operator+=(const Decimal& other) {
     return *this;
 }
 
-Decimal operator-(const Decimal& one, const Decimal& other) { return one + Decimal(-other.m_mantissa, other.m_scale); }
-
 Decimal operator*(const Decimal& one, const Decimal& other) {
     return {checked([&] { return Mantissa(one.m_mantissa * other.m_mantissa); }), one.m_scale + other.m_scale};
 }

@@ -43,7 +43,6 @@ public:
 
     Decimal& operator+=(const Decimal& other);
     friend Decimal operator+(Decimal one, const Decimal& other) { return one += other; }
-    friend Decimal operator-(const Decimal& one, const Decimal& other);
     friend Decimal operator*(const Decimal& one, const Decimal& other);
     /// Equal in value: 1.50 equals 1.5.
     friend bool operator==(const Decimal& one, const Decimal& other);

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QDateTime>
 #include <QString>
 
 #include <velcoran/com.h>
@@ -31,7 +30,6 @@ public:
     virtual std::unique_ptr<IOutput> newOutput(QWidget& window);
     /// The platform's plain message box: OK alone, no icon, the application's name for a title.
     virtual void showPlainMessage(QWidget& window, const QString& text);
-    [[nodiscard]] virtual QDateTime currentTime() const { return QDateTime::currentDateTime(); }
 };
 
 }  // namespace velcoran::form

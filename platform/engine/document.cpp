@@ -6,8 +6,6 @@
 
 #include "base/error.h"
 
-#include <algorithm>
-
 namespace velcoran::engine {
 
 using namespace Qt::StringLiterals;
@@ -81,17 +79,6 @@ base::PageNumber Document::pageOfGroup(qint64 group) const {
 
 base::Twips Document::topOfGroup(qint64 group) const {
     return m_layout->maker.onSheet(m_layout->pagination.topOfGroup(static_cast<std::uint32_t>(group)));
-}
-
-std::optional<base::PageNumber> Document::pageOfRow(qint64 row) const {
-    const GroupIndex& index = m_layout->data->content().index;
-    if (m_layout->texts.option == 1) return std::nullopt;
-    const auto found = std::find(index.rows.begin(), index.rows.end(), static_cast<std::uint32_t>(row));
-    if (row < 0 || found == index.rows.end()) return std::nullopt;
-    const auto place = static_cast<std::uint32_t>(found - index.rows.begin());
-    const auto behind = std::upper_bound(index.starts.begin(), index.starts.end(), place);
-    const auto group = static_cast<std::uint32_t>(behind - index.starts.begin() - 1);
-    return base::PageNumber{m_layout->pagination.pageOfDetail(group, place - index.starts[group])};
 }
 
 std::optional<qint64> Document::groupAtPage(base::PageNumber number) const {

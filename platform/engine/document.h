@@ -66,8 +66,6 @@ public:
     [[nodiscard]] base::PageNumber pageOfGroup(qint64 group) const;
     /// Where on its page a group starts, from the top of the sheet. @param group  from 0
     [[nodiscard]] base::Twips topOfGroup(qint64 group) const;
-    /// Page of a row by its number in the statement's order, from 0; nothing in a report of totals.
-    [[nodiscard]] std::optional<base::PageNumber> pageOfRow(qint64 row) const;
     /// The group at the top of a page; nothing for a page without one.
     [[nodiscard]] std::optional<qint64> groupAtPage(base::PageNumber number) const;
 

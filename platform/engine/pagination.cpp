@@ -217,11 +217,4 @@ PagePlan Pagination::plan(int page) const {
     return plan;
 }
 
-int Pagination::pageOfDetail(std::uint32_t group, std::uint32_t detail) const {
-    const Flow flow = flowOf(group, m_starts[group]);
-    if (detail >= flow.details - flow.moved) return flow.lastDetailPage + 1;
-    if (detail < flow.onFirst) return flow.start.page;
-    return flow.start.page + 1 + static_cast<int>((detail - flow.onFirst) / flow.onFull);
-}
-
 }  // namespace velcoran::engine

@@ -68,7 +68,6 @@ public:
     [[nodiscard]] int topOfGroup(std::uint32_t group) const {
         return bodyTop(m_starts[group].page) + m_starts[group].top;
     }
-    [[nodiscard]] int pageOfDetail(std::uint32_t group, std::uint32_t detail) const;
     [[nodiscard]] int headingHeight(std::uint32_t group, bool isContinued) const;
     [[nodiscard]] int bodyTop(int page) const { return m_pageHeader + (page == 1 ? m_reportHeader : 0); }
     [[nodiscard]] int pageHeight() const { return m_pageHeight; }

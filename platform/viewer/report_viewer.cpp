@@ -38,8 +38,6 @@ const engine::PageSetup& ReportViewer::pageSetup() const { return m_private->m_s
 
 int ReportViewer::currentPage() const { return m_private->m_pages->currentPage(); }
 
-void ReportViewer::setClock(std::function<QDateTime()> clock) { m_private->m_clock = std::move(clock); }
-
 void ReportViewer::refreshEx(bool isServerDataRead) { m_private->refresh(isServerDataRead); }
 
 void ReportViewer::cancelLoading(bool isNotifying) { m_private->cancelLoading(isNotifying); }

@@ -1,10 +1,8 @@
 #pragma once
 
-#include <QDateTime>
 #include <QVariantMap>
 #include <QWidget>
 
-#include <functional>
 #include <memory>
 
 namespace velcoran::engine {
@@ -55,8 +53,6 @@ public:
     [[nodiscard]] const engine::PageSetup& pageSetup() const;
     /// The page that the user is on, from 1; 0 without a report.
     [[nodiscard]] int currentPage() const;
-    /// Where the moment of printing comes from; at first the system's clock.
-    void setClock(std::function<QDateTime()> clock);
     /// Draws again after a change of the page set-up. @param isServerDataRead  false keeps the data; true loads again
     void refreshEx(bool isServerDataRead);
     /// Cancels a running load and waits for the worker. downloadFinished is given when isNotifying.

@@ -27,10 +27,7 @@ constexpr int kPagesWidth = 1000;
 }  // namespace
 
 ReportViewer::Private::Private(ReportViewer& viewer)
-    : m_viewer(viewer),
-      m_setup(engine::pageSetup(QStringLiteral("A4"), true)),
-      m_clock([] { return QDateTime::currentDateTime(); }),
-      m_marks(m_searcher) {
+    : m_viewer(viewer), m_setup(engine::pageSetup(QStringLiteral("A4"), true)), m_marks(m_searcher) {
     buildWidgets();
     connectToolbar();
     connectPages();
@@ -159,7 +156,7 @@ void ReportViewer::Private::load() {
     emit m_viewer.downloadStarted(0);
     if (!viewer || !m_isBusy) return;
     try {
-        m_loader.start(m_source, m_setup, m_clock());
+        m_loader.start(m_source, m_setup, QDateTime::currentDateTime());
         m_tick.start();
         showProgress();
     } catch (const base::Error& error) {
@@ -230,7 +227,8 @@ void ReportViewer::Private::refresh(bool isServerDataRead) {
     if (m_document->setup() == m_setup) return m_pages->viewport()->update();
     const QString searched = m_searcher.text();
     m_searcher.clear();
-    m_document = std::make_shared<const engine::Document>(m_data, m_document->texts(), m_setup, m_clock());
+    m_document =
+        std::make_shared<const engine::Document>(m_data, m_document->texts(), m_setup, QDateTime::currentDateTime());
     m_groups.setDocument(m_document);
     m_pages->replaceDocument(m_document);
     refreshChrome();

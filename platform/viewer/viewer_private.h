@@ -49,7 +49,6 @@ public:
     ReportViewer& m_viewer;
     ViewerOptions m_options;
     engine::PageSetup m_setup;
-    std::function<QDateTime()> m_clock;
     std::shared_ptr<engine::Report> m_source;
     std::shared_ptr<const engine::ReportData> m_data;
     std::shared_ptr<const engine::Document> m_document;
