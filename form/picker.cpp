@@ -39,6 +39,7 @@ bool isPointer(QEvent::Type type) {
 }  // namespace
 
 Picker::Picker(const Context& context, FilterPanel& panel) : m_context(context), m_panel(panel) {
+    context.controls.frame(Ctl::fraGrid).setTag({});  // it has one from the start, empty until the first lookup
     controls::Grid& grid = context.controls.grid();
     grid.setKeyPressHandler([this](QChar character) { m_context.handlers.run([&] { onCharacter(character); }); });
     connect(&grid, &controls::Grid::cellClicked, this, [this] { m_context.handlers.run([this] { pickCurrent(); }); });

@@ -22,6 +22,9 @@ namespace velcoran::host {
 
 namespace {
 
+/// In pixels; what lies beyond has no room in memory as a picture, and the toolkit then ends the process.
+constexpr int kMaxWindowSide = 16384;
+
 [[noreturn]] void refuse(const QString& why) { throw Refusal{why}; }
 
 /// Thrown where a person could not do it either: the window is closed, the row is not there. The command is answered as
@@ -247,6 +250,8 @@ QJsonObject DriveSession::input(const DriveCommand& command) {
         if (window == nullptr) throw NothingToDo();
         const int width = command.whole("width"), height = command.whole("height");
         if (width <= 0 || height <= 0) refuse(u"a window has a width and a height"_s);
+        if (qMax(width, height) > kMaxWindowSide)
+            refuse(u"a window is at most %1 pixels wide and high"_s.arg(kMaxWindowSide));
         resizeWindow(*window, width, height);
     }
     return {};

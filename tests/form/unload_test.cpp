@@ -47,6 +47,7 @@ TEST_F(UnloadTest, reloadsInTheDesignedState) {
     EXPECT_FALSE(find<controls::CheckBox>("chkTotale")->value());
     EXPECT_TRUE(list("cmbCategorie")->isEnabled());
     EXPECT_EQ(caption("fraGrid"), u"Alege Produse"_s);
+    EXPECT_EQ(frame("fraGrid")->property("controlState").toMap().value(u"tag"_s), QVariant(QString()));
     EXPECT_EQ(frame("fraGrid")->property("twips").toRect(), QRect(2280, 7920, 7170, 3435));
     EXPECT_EQ(focus(), u"cmbTipRaport"_s);
     EXPECT_EQ(window.findChildren<QWidget*>(u"txtTipProdus"_s).size(), 1);

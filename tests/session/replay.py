@@ -88,7 +88,7 @@ def replay(program, database, session):
             if command == {"do": "click", "control": "Raport"}:
                 loading = True
                 continue
-            if command["do"] == "wait":
+            if isinstance(command, dict) and command.get("do") == "wait":
                 loading = False
                 bad += 1 if answer.get("timedOut") else 0
                 continue
