@@ -23,11 +23,13 @@ struct FieldLine {
 };
 
 constexpr FieldLine kProducer{LookupField::txtProducator, u"Producator", u"Producator", CodeVariable::sCodProducator};
-constexpr std::array<FieldLine, 8> kFieldLines{{
+constexpr std::array<FieldLine, 4> kProductLines{{
     {LookupField::txtTipProdus, u"Tip de Produse", u"Tip de Produse", std::nullopt},
     {LookupField::txtGrupaProdus, u"Grupa de Produse", u"Grupa de Produse", std::nullopt},
     {LookupField::txtSubGrupaProdus, u"Subgrupa de Produse", u"Subgrupa de Produse", std::nullopt},
     {LookupField::txtCodProdus, u"Denumire Produs", u"Denumire Produs", CodeVariable::sCodProdus},
+}};
+constexpr std::array<FieldLine, 4> kPartnerLines{{
     {LookupField::txtTipClient, u"Tip Furnizor", u"Tip Client", std::nullopt},
     {LookupField::txtCatClient, u"Categorie Furnizor", u"Categorie Client", std::nullopt},
     {LookupField::txtCodClient, u"Denumire Furnizor", u"Denumire Client", CodeVariable::sCodClient},
@@ -46,6 +48,11 @@ public:
         add(m_state.isSupplierSide() ? line.supplierLabel : line.clientLabel, value.join(u' '));
     }
     void add(const QString& line) { m_lines.append(line); }
+    /// The fields that are filled in.
+    void add(const std::array<FieldLine, 4>& fields) {
+        for (const FieldLine& line : fields)
+            if (filters::isPresent(m_state.text(line.field))) add(line);
+    }
     [[nodiscard]] const QStringList& all() const { return m_lines; }
 
 private:
@@ -55,13 +62,16 @@ private:
 
 }  // namespace
 
-// A filter is in force where the statement has its condition: the producer by its code, every other field by its text.
+// A filter is in force where the statement has its condition: the producer by its code, every other field by its text,
+// and no product at all in a total report.
 QStringList filtersInForce(const FilterState& state) {
     Lines lines(state);
-    if (!state.sCodProducator.isEmpty()) lines.add(kProducer);
-    if (state.cmbCategorieIndex != 0) lines.add(u"Categorie de Produse", state.cmbCategorie);
-    for (const FieldLine& line : kFieldLines)
-        if (filters::isPresent(state.text(line.field))) lines.add(line);
+    if (!state.chkTotale) {
+        if (!state.sCodProducator.isEmpty()) lines.add(kProducer);
+        if (state.cmbCategorieIndex != 0) lines.add(u"Categorie de Produse", state.cmbCategorie);
+        lines.add(kProductLines);
+    }
+    lines.add(kPartnerLines);
     if (!state.depozite.isEmpty()) lines.add(u"Depozite", state.depozite.join(u", "_s));
     if (state.chkLohn)
         lines.add(state.isSupplierSide() ? u"Inclusiv importurile temporare"_s : u"Inclusiv exporturile temporare"_s);

@@ -123,6 +123,9 @@ TEST(FiltersInForce, areThoseThatTheStatementHas) {
         u"Inclusiv importurile temporare"_s,
     };
     EXPECT_EQ(filtersInForce(state), lines);
+    // The statement of a total report joins no products.
+    state.chkTotale = true;
+    EXPECT_EQ(filtersInForce(state), lines.mid(3));
 }
 
 TEST(Period, isWrittenWithTheUsersSeparator) {
