@@ -86,7 +86,7 @@ std::optional<RegistryEntry> entryOf(const Section& section) {
 template <class Condition>
 std::optional<RegistryEntry> firstEntry(const QString& path, Condition isWanted) {
     for (const Section& section : readSections(path))
-        if (const auto entry = entryOf(section); entry && isWanted(*entry)) return entry;
+        if (auto entry = entryOf(section); entry && isWanted(*entry)) return entry;
     return std::nullopt;
 }
 
