@@ -22,7 +22,7 @@ namespace velcoran::host {
 
 namespace {
 
-/// In pixels; what lies beyond has no room in memory as a picture, and the toolkit then ends the process.
+/// In pixels: a picture of that side takes a gigabyte. One that finds no memory ends the process inside the toolkit.
 constexpr int kMaxWindowSide = 16384;
 
 [[noreturn]] void refuse(const QString& why) { throw Refusal{why}; }

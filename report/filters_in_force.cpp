@@ -2,8 +2,8 @@
 
 #include "filters/fragments.h"
 
-#include <array>
 #include <optional>
+#include <span>
 
 namespace velcoran::report {
 
@@ -23,18 +23,18 @@ struct FieldLine {
 };
 
 constexpr FieldLine kProducer{LookupField::txtProducator, u"Producator", u"Producator", CodeVariable::sCodProducator};
-constexpr std::array<FieldLine, 4> kProductLines{{
+constexpr FieldLine kProductLines[] = {
     {LookupField::txtTipProdus, u"Tip de Produse", u"Tip de Produse", std::nullopt},
     {LookupField::txtGrupaProdus, u"Grupa de Produse", u"Grupa de Produse", std::nullopt},
     {LookupField::txtSubGrupaProdus, u"Subgrupa de Produse", u"Subgrupa de Produse", std::nullopt},
     {LookupField::txtCodProdus, u"Denumire Produs", u"Denumire Produs", CodeVariable::sCodProdus},
-}};
-constexpr std::array<FieldLine, 4> kPartnerLines{{
+};
+constexpr FieldLine kPartnerLines[] = {
     {LookupField::txtTipClient, u"Tip Furnizor", u"Tip Client", std::nullopt},
     {LookupField::txtCatClient, u"Categorie Furnizor", u"Categorie Client", std::nullopt},
     {LookupField::txtCodClient, u"Denumire Furnizor", u"Denumire Client", CodeVariable::sCodClient},
     {LookupField::txtCodAgent, u"Agent", u"Agent", CodeVariable::sCodAgent},
-}};
+};
 
 class Lines {
 public:
@@ -48,8 +48,7 @@ public:
         add(m_state.isSupplierSide() ? line.supplierLabel : line.clientLabel, value.join(u' '));
     }
     void add(const QString& line) { m_lines.append(line); }
-    /// The fields that are filled in.
-    void add(const std::array<FieldLine, 4>& fields) {
+    void addFilledIn(std::span<const FieldLine> fields) {
         for (const FieldLine& line : fields)
             if (filters::isPresent(m_state.text(line.field))) add(line);
     }
@@ -69,9 +68,9 @@ QStringList filtersInForce(const FilterState& state) {
     if (!state.chkTotale) {
         if (!state.sCodProducator.isEmpty()) lines.add(kProducer);
         if (state.cmbCategorieIndex != 0) lines.add(u"Categorie de Produse", state.cmbCategorie);
-        lines.add(kProductLines);
+        lines.addFilledIn(kProductLines);
     }
-    lines.add(kPartnerLines);
+    lines.addFilledIn(kPartnerLines);
     if (!state.depozite.isEmpty()) lines.add(u"Depozite", state.depozite.join(u", "_s));
     if (state.chkLohn)
         lines.add(state.isSupplierSide() ? u"Inclusiv importurile temporare"_s : u"Inclusiv exporturile temporare"_s);
