@@ -12,15 +12,20 @@ namespace velcoran::base {
 enum ErrorNumber : std::int32_t {
     kInvalidProcedureCall = 5,
     kOverflow = 6,
+    kOutOfMemory = 7,
     kTypeMismatch = 13,
     kPathAccess = 75,
     kObjectNotSet = 91,
     kInvalidUseOfNull = 94,
+    kValueOutOfRange = 380,
+    kClassNotRegistered = 429,
+    kPrinterError = 482,
     kNoCurrentRecord = 3021,
     kOperationOnClosedObject = 3704,
     kInvalidConnection = 3709,
     kStatementError = -2147217900,      ///< 0x80040E14
     kNoSuchObject = -2147217865,        ///< 0x80040E37
+    kStopped = -2147467260,             ///< 0x80004004, what a user's stop is at a boundary; Cancelled inside
     kProviderFailure = -2147467259,     ///< 0x80004005, a lost connection among others
     kFormatNotAvailable = -2147190548,  ///< 0x800478EC, an export format that cannot hold the report
 };
@@ -46,10 +51,14 @@ private:
     QByteArray m_what;
 };
 
-/// A user's stop. Not an error: whoever catches it shows nothing.
+/// A user's stop. Not an error: whoever catches it shows nothing. Across a boundary it is the error kStopped.
 class Cancelled : public std::exception {
 public:
     [[nodiscard]] const char* what() const noexcept override { return "cancelled"; }
 };
+
+/// The exception in flight, of whatever type, as an Error: Cancelled is kStopped, lack of memory kOutOfMemory, what is
+/// no Error kProviderFailure with its own words. To be called while an exception is handled.
+[[nodiscard]] Error currentError() noexcept;
 
 }  // namespace velcoran::base

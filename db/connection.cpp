@@ -16,7 +16,7 @@ Interface& require(const com::Ref<Interface>& object) {
 
 template <class Interface>
 void check(com::HResult result, const com::Ref<Interface>& object) {
-    if (com::failed(result)) throw errorOf(result, object.get());
+    if (com::failed(result)) throwError(result, object.get());
 }
 
 /// A provider that reports success hands its object over; one that does not is treated as a failed one.
@@ -46,6 +46,12 @@ QString plainText(com::HResult result) {
 }
 
 }  // namespace
+
+void throwError(com::HResult result, com::IUnknown* object) {
+    const base::Error error = errorOf(result, object);
+    if (error.number() == base::kStopped) throw base::Cancelled();
+    throw error;
+}
 
 base::Error errorOf(com::HResult result, com::IUnknown* object) {
     com::Ref<com::IErrorSource> source;

@@ -15,6 +15,9 @@ namespace velcoran::db {
 /// code itself where it has none.
 [[nodiscard]] base::Error errorOf(com::HResult result, com::IUnknown* object);
 
+/// Throws what a failed call left behind: Cancelled for a stop (kStopped), else the Error of errorOf.
+[[noreturn]] void throwError(com::HResult result, com::IUnknown* object);
+
 /// A column as a statement describes it.
 struct Column {
     QString name;

@@ -51,7 +51,7 @@ private:
 /// @return false when the user cancelled
 template <class Dialog>
 bool isChosen(com::HResult result, const com::Ref<Dialog>& dialog) {
-    if (com::failed(result)) throw db::errorOf(result, dialog.get());
+    if (com::failed(result)) db::throwError(result, dialog.get());
     return result == com::kOk;
 }
 

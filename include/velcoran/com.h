@@ -34,6 +34,7 @@ constexpr HResult kFalse = 1;
 constexpr HResult kNotImplemented = static_cast<HResult>(0x80004001U);
 constexpr HResult kNoInterface = static_cast<HResult>(0x80004002U);
 constexpr HResult kNullPointer = static_cast<HResult>(0x80004003U);
+constexpr HResult kAborted = static_cast<HResult>(0x80004004U);  ///< the user stopped it
 constexpr HResult kUnspecifiedFailure = static_cast<HResult>(0x80004005U);
 constexpr HResult kUnexpected = static_cast<HResult>(0x8000FFFFU);
 constexpr HResult kOutOfMemory = static_cast<HResult>(0x8007000EU);

@@ -56,22 +56,9 @@ void setThreadError(const base::Error& error) {
 void clearThreadError() { threadErrors().set(nullptr); }
 
 HResult keepCurrentException() noexcept {
-    try {
-        throw;
-    } catch (const base::Error& error) {
-        setThreadError(error);
-        return resultOfNumber(error.number());
-    } catch (const base::Cancelled&) {
-        setThreadError(base::Error(base::kProviderFailure, QStringLiteral("Operation was cancelled")));
-        return kUnspecifiedFailure;
-    } catch (const std::bad_alloc&) {
-        return kOutOfMemory;
-    } catch (const std::exception& exception) {
-        setThreadError(base::Error(base::kProviderFailure, QString::fromUtf8(exception.what())));
-        return kUnspecifiedFailure;
-    } catch (...) {
-        return kUnexpected;
-    }
+    const base::Error error = base::currentError();
+    setThreadError(error);
+    return error.number() == base::kOutOfMemory ? kOutOfMemory : resultOfNumber(error.number());
 }
 
 }  // namespace velcoran::com

@@ -17,7 +17,7 @@ void setThreadError(const base::Error& error);
 void clearThreadError();
 
 /// Runs the body of an exported function: nothing gets out but a result code, and what was thrown is kept as the
-/// thread's error information. Cancelled becomes kProviderFailure with the text "Operation was cancelled".
+/// thread's error information. Cancelled becomes the error kStopped.
 /// @param body  returns an HResult, or nothing for kOk
 template <class Body>
 HResult guarded(Body body) noexcept;

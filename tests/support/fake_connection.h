@@ -47,7 +47,7 @@ struct FakeAnswer {
     std::uint32_t fetchErrorAt = 0;
 
     /// How long Execute, OpenRowset and Prepare take; Run; every Fetch. A cancel ends the time and the call fails with
-    /// "Operation was cancelled".
+    /// the number kStopped.
     std::chrono::milliseconds openDelay{0};
     std::chrono::milliseconds runDelay{0};
     std::chrono::milliseconds fetchDelay{0};

@@ -194,10 +194,9 @@ TEST(Faults, aCancelEndsACallWhoseDriverHangs) {
         const auto start = Clock::now();
         try {
             (void)used.execute(u"SELECT repeat('x', 100)::varchar(100) FROM generate_series(1, 100000)"_s);
-            ADD_FAILURE() << "no error";
-        } catch (const base::Error& error) {
-            EXPECT_EQ(error.number(), base::kProviderFailure);
-            EXPECT_EQ(error.description(), u"Operation was cancelled"_s);
+            ADD_FAILURE() << "no stop";
+        } catch (const base::Cancelled&) {
+            // A stop stays a stop across the boundary.
         }
         EXPECT_LT(Clock::now() - start, kLongestCall);
         EXPECT_EQ(connection->State(), kStateClosed) << "the hanging driver cannot be used again";
