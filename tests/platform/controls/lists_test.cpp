@@ -155,8 +155,11 @@ TEST_F(DropDownListTest, fillingTellsNothingAndChoosingDoes) {
     EXPECT_FALSE(m_list.choose(1));
     m_list.setEnabled(false);
     EXPECT_FALSE(m_list.choose(0));
-    EXPECT_EQ(m_list.controlState(),
-              (QVariantMap{{u"items"_s, QStringList{u"Facturi"_s}}, {u"index"_s, 0}, {u"text"_s, u"Facturi"_s}}));
+    EXPECT_EQ(m_list.controlState(), (QVariantMap{{u"items"_s, QStringList{u"Facturi"_s}},
+                                                  {u"index"_s, 0},
+                                                  {u"text"_s, u"Facturi"_s},
+                                                  {u"open"_s, false},
+                                                  {u"highlight"_s, -1}}));
 }
 
 TEST_F(DropDownListTest, theWheelDoesNothing) {
