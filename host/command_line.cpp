@@ -37,6 +37,14 @@ CLI::Option* addKind(CLI::App& app, Options& options) {
         ->check(CLI::IsMember({"Import", "Export"}));
 }
 
+void addTimeout(CLI::App& app, Options& options, const std::string& whenMissing) {
+    app.add_option_function<double>(
+           "--timeout", [&options](double seconds) { options.timeout = seconds; },
+           "cancels a statement that has brought no row and no end for so long [" + whenMissing + "]")
+        ->type_name("SECONDS")
+        ->check(CLI::PositiveNumber);
+}
+
 void addSource(CLI::App& app, Options& options) {
     CLI::Option_group* source = app.add_option_group("Database", "where the data is");
     addText(*source, "--db", options.source.file, "embedded database")->type_name("FILE");
@@ -100,12 +108,15 @@ CLI::App* addExport(CLI::App& app, Options& options) {
     command->add_flag("--temporary", request.hasTemporary, "temporary imports or exports too");
     addText(*command, "--soc", options.prefix, "company prefix of three table names")->type_name("PREFIX");
     addText(*command, "--out", request.out, "file; its ending chooses the format")->type_name("FILE")->required();
+    addTimeout(*command, options, "3600");
     return command;
 }
 
 CLI::App* addDrive(CLI::App& app, Options& options) {
     CLI::App* drive = app.add_subcommand("drive", "Works the window by JSON lines from standard input");
     addSource(*drive, options);
+    addTimeout(*drive, options, "never");
+    drive->footer("docs/drive.md has the commands and their answers.");
     return drive;
 }
 

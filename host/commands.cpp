@@ -64,7 +64,7 @@ int runOpen(const Options& options) {
 }
 
 int runDriveCommand(const Options& options) {
-    DriveSession session([source = options.source] { return openSource(source); });
+    DriveSession session([source = options.source] { return openSource(source); }, options.timeout);
     return runDrive(session);
 }
 

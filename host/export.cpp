@@ -1,6 +1,7 @@
 #include "host/commands.h"
 #include "host/component_client.h"
 #include "host/dialogs.h"
+#include "host/key_input.h"
 #include "host/plain_box_watch.h"
 #include "host/viewer_client.h"
 #include "host/window_input.h"
@@ -70,14 +71,14 @@ QList<int> rowsWithCode(const QString& code) {
 /// Opens the lookup of a field and picks the row with a code.
 void pick(const QString& field, const QString& code) {
     if (!giveFocus(control(field))) fail(u"%1 cannot be chosen: its field is disabled"_s.arg(code));
-    pressKey(u"Enter"_s, false);
+    pressKey({.name = u"Enter"_s});
     deliverEvents();
     if (control(u"fraGrid"_s).isHidden()) fail(u"\"%1\" matches nothing"_s.arg(code));
     const QList<int> rows = rowsWithCode(code);
     if (rows.isEmpty()) fail(u"\"%1\" matches nothing"_s.arg(code));
     if (rows.size() > 1) fail(u"\"%1\" matches %2 rows"_s.arg(code).arg(rows.size()));
     moveToCell(control(u"Grid"_s), rows.first(), 1);
-    pressKey(u"Enter"_s, false);
+    pressKey({.name = u"Enter"_s});
     deliverEvents();
 }
 

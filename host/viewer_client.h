@@ -6,6 +6,8 @@
 #include <QStringList>
 #include <QVariantMap>
 
+#include <functional>
+
 namespace velcoran::host {
 
 /// The report viewer through its invokable functions. Without a loaded window every answer is empty.
@@ -21,7 +23,9 @@ void exportPdf(const QString& file);
 /// The formats of the export dialog, in its order.
 [[nodiscard]] QList<Format> exportFormats();
 
+/// Lets the window live until something is done. @return false when that took longer
+bool waitUntil(const std::function<bool()>& isDone, double seconds);
 /// Lets the window live until the viewer has finished loading. @return false when that took longer
-[[nodiscard]] bool waitForViewer(double seconds);
+bool waitForViewer(double seconds);
 
 }  // namespace velcoran::host

@@ -43,6 +43,8 @@ TEST(CommandLine, wrongUsageHasItsStatus) {
     const std::vector<const char*> cases[] = {
         {"fly"},
         {"drive"},
+        {"drive", "--db", "f", "--timeout", "0"},
+        {"drive", "--db", "f", "--timeout", "soon"},
         {"drive", "--db", "f", "--odbc", "c"},
         {"open", "--db", "f"},
         {"open", "--db", "f", "--kind", "import"},
@@ -59,6 +61,11 @@ TEST(CommandLine, wrongUsageHasItsStatus) {
     }
     EXPECT_EQ(std::get<int>(read({"--help"})), kStatusDone);
     EXPECT_EQ(std::get<int>(read({"export", "--help"})), kStatusDone);
+}
+
+TEST(CommandLine, aTimeoutIsANumberOfSeconds) {
+    EXPECT_EQ(std::get<Options>(read({"drive", "--db", "f", "--timeout", "1.5"})).timeout, 1.5);
+    EXPECT_EQ(std::get<Options>(read({"drive", "--db", "f"})).timeout, std::nullopt);
 }
 
 TEST(CommandLine, anExportSaysEverything) {
