@@ -102,10 +102,22 @@ QVariantMap DropDownList::controlState() const {
     state[u"items"_s] = items();
     state[u"index"_s] = index();
     state[u"text"_s] = text();
+    state[u"open"_s] = isOpen();
+    state[u"highlight"_s] = highlight();
     return state;
 }
 
 bool DropDownList::isOpen() const { return m_popup && m_popup->isVisible(); }
+
+int DropDownList::highlight() const { return isOpen() ? m_popup->list()->currentRow() : -1; }
+
+QRect DropDownList::openRowRect(int row) {
+    if (!isOpen() || row < 0 || row >= count()) return {};
+    QListWidget* list = m_popup->list();
+    list->scrollToItem(list->item(row));
+    const QRect place = list->visualItemRect(list->item(row)) & list->viewport()->rect();
+    return {list->viewport()->mapToGlobal(place.topLeft()), place.size()};
+}
 
 void DropDownList::showPopup() {
     if (isOpen() || count() == 0 || !isEnabled()) return;

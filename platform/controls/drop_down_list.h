@@ -33,8 +33,13 @@ public:
     void showPopup() override;
     void hidePopup() override;
     [[nodiscard]] bool isOpen() const;
+    /// Position of the entry that is marked in the open list, -1 for none or while the list is closed.
+    [[nodiscard]] int highlight() const;
+    /// Place of an entry of the open list on the screen, after scrolling it into view; empty while the list is closed
+    /// and for no such entry. A mouse press there goes to the widget of the open list (QApplication::widgetAt).
+    Q_INVOKABLE QRect openRowRect(int row);
 
-    /// "items", "index", "text".
+    /// "items", "index", "text"; "open" and "highlight".
     [[nodiscard]] QVariantMap controlState() const override;
 
 signals:
