@@ -38,9 +38,8 @@ CLI::Option* addKind(CLI::App& app, Options& options) {
 }
 
 void addTimeout(CLI::App& app, Options& options, const std::string& whenMissing) {
-    app.add_option_function<double>(
-           "--timeout", [&options](double seconds) { options.timeout = seconds; },
-           "cancels a statement that has brought no row and no end for so long [" + whenMissing + "]")
+    app.add_option("--timeout", options.timeout,
+                   "cancels a statement that has brought no row and no end for so long [" + whenMissing + "]")
         ->type_name("SECONDS")
         ->check(CLI::PositiveNumber);
 }
@@ -149,6 +148,7 @@ std::variant<Options, int> readCommandLine(int argc, const char* const* argv) {
     app.failure_message([](const CLI::App*, const CLI::Error& error) {
         return "velcoran-host: " + std::string(error.what()) + " (--help tells more)\n";
     });
+    constexpr double kExportTimeout = 3600;
     const std::pair<Command, CLI::App*> commands[] = {
         {Command::Demo, addDemo(app, options)},
         {Command::Open, addOpen(app, options)},
@@ -165,6 +165,8 @@ std::variant<Options, int> readCommandLine(int argc, const char* const* argv) {
     }
     for (const auto& [command, subcommand] : commands)
         if (subcommand->parsed()) options.command = command;
+    // A scheduled report ends by itself; in front of a script somebody waits.
+    if (options.command == Command::Export && options.timeout == 0) options.timeout = kExportTimeout;
     return options;
 }
 

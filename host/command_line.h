@@ -6,7 +6,6 @@
 #include <QString>
 #include <QStringList>
 
-#include <optional>
 #include <variant>
 
 namespace velcoran::host {
@@ -35,8 +34,7 @@ struct Options {
     QString prefix;  ///< company prefix
     QString out;     ///< folder of the demonstration's files
     ExportRequest request;
-    /// Seconds after which a statement that has brought nothing is cancelled; none for the command's own.
-    std::optional<double> timeout;
+    double timeout = 0;  ///< seconds after which a statement that has brought nothing is cancelled; 0 for never
     QString sampleFile;
     bool isSampleScript = false;
     int documents = 0;  ///< 0 for the sample's own number

@@ -3,6 +3,7 @@
 #include "host/data_source.h"
 #include "host/drive_gestures.h"
 #include "host/interlude.h"
+#include "host/silence_watch.h"
 #include "host/viewer_client.h"
 #include "host/window_input.h"
 #include "host/window_view.h"
@@ -16,6 +17,7 @@
 #include <QWidget>
 
 #include <algorithm>
+#include <chrono>
 #include <limits>
 #include <utility>
 
@@ -44,22 +46,22 @@ bool mayStop(const DriveCommand& command) {
 
 /// Everything that reaches the host's connection is recorded, also what is refused behind it; what waits for a delay is
 /// running, and its wait counts for the watch.
-com::Ref<IConnection> decorate(const com::Ref<IConnection>& connection, const std::shared_ptr<DelayScript>& delays,
-                               const std::shared_ptr<StatementWatch>& watch, const std::shared_ptr<StatementLog>& log) {
-    return recordConnection(watchConnection(delayConnection(connection, delays), watch), log);
+com::Ref<IConnection> decorate(const com::Ref<IConnection>& connection, const std::shared_ptr<StatementHold>& hold,
+                               std::chrono::milliseconds timeout, const std::shared_ptr<StatementLog>& log) {
+    return recordConnection(watchConnection(holdConnection(connection, hold), timeout), log);
 }
 
 }  // namespace
 
-DriveSession::DriveSession(std::function<OpenedConnection()> open, std::optional<double> timeout,
+DriveSession::DriveSession(std::function<OpenedConnection()> open, std::chrono::milliseconds timeout,
                            const QString& libraryPath)
     : m_open(std::move(open)),
-      m_watch(std::make_shared<StatementWatch>(timeout)),
+      m_timeout(timeout),
       m_component(libraryPath),
       m_plainBoxes([dialogs = m_dialogs](const QString& text, const QString& title) {
           dialogs->addMessage({text, kStilPlain, title, u"platform"_s});
       }),
-      m_connection(decorate(m_open().connection, m_delays, m_watch, m_log)) {
+      m_connection(decorate(m_open().connection, m_hold, m_timeout, m_log)) {
     registerDialogs(m_component.hostObjects(), m_dialogs);
 }
 
@@ -108,7 +110,7 @@ QJsonObject DriveSession::answerWithInterlude(const DriveCommand& command) {
         return isOwnReport && isViewerBusy();
     };
     const Interlude interlude(
-        prepared->commands, prepared->pause, [&] { return m_watch->isRunning() || loads(); },
+        prepared->commands, prepared->pause, [&] { return m_log->isRunning() || loads(); },
         [this](const DriveCommand& nested) { return answerToNested(nested); });
     QJsonObject answer = answerTo(command, [&] {
         if (!isWait && loads()) waitForViewer(std::numeric_limits<double>::infinity());
@@ -130,14 +132,14 @@ QJsonObject DriveSession::answerToNested(const DriveCommand& command) {
 QJsonObject DriveSession::answerTo(const DriveCommand& command, const std::function<void()>& finish) {
     QJsonObject answer;
     try {
-        const int cancels = m_watch->cancels();
+        const int cancels = m_log->cancels();
         try {
             answer = (this->*handlerOf(command.name))(command);
         } catch (const NothingToDo&) {
             answer = {};
         }
         deliverEvents();
-        if (m_watch->cancels() != cancels)
+        if (m_log->cancels() != cancels)
             settle(kPatienceAfterCancel);
         else if (mayStop(command))
             settle(kPatienceAfterStop);
@@ -153,7 +155,7 @@ QJsonObject DriveSession::answerTo(const DriveCommand& command, const std::funct
 
 /// What a command stopped has ended when it is answered, so that the answer does not hang on the speed of a thread.
 void DriveSession::settle(double patience) {
-    waitUntil([this] { return !m_watch->isRunning() && !isViewerBusy(); }, patience);
+    waitUntil([this] { return !m_log->isRunning() && !isViewerBusy(); }, patience);
     deliverEvents();
 }
 
@@ -188,7 +190,7 @@ com::Ref<IConnection> DriveSession::connectionFor(const DriveCommand& command) {
     if (wish.isString()) {
         OpenedConnection closed = m_open();
         closed.close();
-        return decorate(closed.connection, m_delays, m_watch, m_log);
+        return decorate(closed.connection, m_hold, m_timeout, m_log);
     }
     return m_connection;
 }
@@ -251,7 +253,7 @@ QJsonObject DriveSession::screenshot(const DriveCommand& command) {
 }
 
 QJsonObject DriveSession::delay(const DriveCommand& command) {
-    m_delays->delayNext(command.seconds("seconds"));
+    m_hold->holdNext(milliseconds(command.seconds("seconds")));
     return {};
 }
 

@@ -5,14 +5,14 @@
 #include "host/drive_command.h"
 #include "host/plain_box_watch.h"
 #include "host/recorder.h"
-#include "host/statement_delay.h"
-#include "host/statement_watch.h"
+#include "host/statement_hold.h"
 
 #include "base/error.h"
 
 #include <QByteArray>
 #include <QJsonObject>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -25,9 +25,9 @@ struct OpenedConnection;
 class DriveSession {
 public:
     /// @param open     opens the host's connection: once here, and once more for each Incarca with a closed one
-    /// @param timeout  seconds after which a statement that has brought nothing is cancelled; none for never
+    /// @param timeout  after which a statement that has brought nothing is cancelled; zero for never
     /// @throws Error when the connection cannot be opened or the component is not found
-    explicit DriveSession(std::function<OpenedConnection()> open, std::optional<double> timeout = {},
+    explicit DriveSession(std::function<OpenedConnection()> open, std::chrono::milliseconds timeout = {},
                           const QString& libraryPath = {});
     ~DriveSession();
 
@@ -78,8 +78,8 @@ private:
 
     std::function<OpenedConnection()> m_open;
     std::shared_ptr<StatementLog> m_log = std::make_shared<StatementLog>();
-    std::shared_ptr<DelayScript> m_delays = std::make_shared<DelayScript>();
-    std::shared_ptr<StatementWatch> m_watch;
+    std::shared_ptr<StatementHold> m_hold = std::make_shared<StatementHold>();
+    std::chrono::milliseconds m_timeout;
     std::shared_ptr<DialogScript> m_dialogs = std::make_shared<DialogScript>();
     ComponentClient m_component;
     PlainBoxWatch m_plainBoxes;

@@ -1,17 +1,17 @@
 #include "host/commands.h"
 #include "host/component_client.h"
 #include "host/dialogs.h"
+#include "host/file_export.h"
 #include "host/key_input.h"
 #include "host/plain_box_watch.h"
+#include "host/silence_watch.h"
 #include "host/viewer_client.h"
 #include "host/window_input.h"
 #include "host/window_view.h"
 
 #include "base/error.h"
 
-#include <QDateTime>
 #include <QDir>
-#include <QFileInfo>
 #include <QWidget>
 
 using namespace Qt::StringLiterals;
@@ -134,32 +134,12 @@ void fillFilters(const ExportRequest& request) {
     if (request.hasTotals) tick(u"chkTotale"_s);
 }
 
-void failOnMessage(DialogScript& dialogs) {
-    for (const RecordedMessage& message : dialogs.takeMessages()) fail(message.text.simplified());
-}
-
 void produce(DialogScript& dialogs) {
     clickControl(control(u"Raport"_s));
     if (!waitForViewer(kPatience)) fail(u"the report took too long"_s);
     failOnMessage(dialogs);
-    if (!viewer()->property("hasReport").toBool()) {
-        const QStringList said = pageLines(1);
-        fail(said.isEmpty() ? u"the report could not be loaded"_s : said.join(u' '));
-    }
-}
-
-void writeFile(DialogScript& dialogs, const QString& path) {
-    const QString ending = QFileInfo(path).suffix();
-    if (ending.compare(u"pdf"_s, Qt::CaseInsensitive) == 0) return exportPdf(path);
-    // What stands in the place is no proof of a new file.
-    const QDateTime before = QFileInfo(path).lastModified();
-    dialogs.prepare(u"export"_s, {{u"format"_s, ending}, {u"file"_s, path}});
-    actOnViewer(u"export"_s);
-    deliverEvents();
-    failOnMessage(dialogs);
-    const QFileInfo written(path);
-    if (!written.exists() || (before.isValid() && written.lastModified() == before))
-        fail(u"%1 was not written: no such format, or the place cannot be written to"_s.arg(path));
+    if (const auto failure = loadFailure()) throw *failure;
+    if (viewer() == nullptr || !viewer()->property("hasReport").toBool()) fail(u"the loading was stopped"_s);
 }
 
 }  // namespace
@@ -174,7 +154,8 @@ int runExport(const Options& options) {
     const PlainBoxWatch watch([dialogs](const QString& text, const QString& title) {
         dialogs->addMessage({text, 0, title, u"platform"_s});
     });
-    component.incarca(options.kind, source.connection, request.to, options.prefix);
+    component.incarca(options.kind, watchConnection(source.connection, milliseconds(options.timeout)), request.to,
+                      options.prefix);
     deliverEvents();
     QWidget* window = loadedWindow();
     if (window == nullptr) fail(u"the report window did not open"_s);
@@ -182,7 +163,7 @@ int runExport(const Options& options) {
     fillFilters(request);
     failOnMessage(*dialogs);
     produce(*dialogs);
-    writeFile(*dialogs, path);
+    exportFile(*dialogs, path);
     window->close();
     return kStatusDone;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/controls/control.h"
+#include "platform/controls/second_press.h"
 
 #include <QComboBox>
 
@@ -33,13 +34,12 @@ public:
     void showPopup() override;
     void hidePopup() override;
     [[nodiscard]] bool isOpen() const;
-    /// Position of the entry that is marked in the open list, -1 for none or while the list is closed.
-    [[nodiscard]] int highlight() const;
-    /// Place of an entry of the open list on the screen, after scrolling it into view; empty while the list is closed
-    /// and for no such entry. A mouse press there goes to the widget of the open list (QApplication::widgetAt).
+
+    /// Place of a row of the open list on the screen, after scrolling it into view. @param row  from 0
+    /// @return empty while the list is closed, and for no such row
     Q_INVOKABLE QRect openRowRect(int row);
 
-    /// "items", "index", "text"; "open" and "highlight".
+    /// "items", "index", "text", "open", "highlight" (position of the marked row of the open list, else -1).
     [[nodiscard]] QVariantMap controlState() const override;
 
 signals:
@@ -64,6 +64,8 @@ private:
 
     bool moveChoice(int key);
     void completeTyped(const QString& typed);
+    [[nodiscard]] int itemThatStarts(const QString& start) const;
+    void highlight(int row);
     void placePopup();
     void pickHighlighted();
     bool handlePopupKey(QKeyEvent& key);
@@ -71,8 +73,8 @@ private:
     std::shared_ptr<void> m_accessibility;
     QString m_typed;  ///< start of the chosen item that was typed
     std::unique_ptr<Popup> m_popup;
+    SecondPressGuard m_secondPress;
     bool m_isFilling = false;
-    bool m_isCompleting = false;
 };
 
 }  // namespace velcoran::controls

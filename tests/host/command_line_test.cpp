@@ -65,7 +65,7 @@ TEST(CommandLine, wrongUsageHasItsStatus) {
 
 TEST(CommandLine, aTimeoutIsANumberOfSeconds) {
     EXPECT_EQ(std::get<Options>(read({"drive", "--db", "f", "--timeout", "1.5"})).timeout, 1.5);
-    EXPECT_EQ(std::get<Options>(read({"drive", "--db", "f"})).timeout, std::nullopt);
+    EXPECT_EQ(std::get<Options>(read({"drive", "--db", "f"})).timeout, 0) << "never";
 }
 
 TEST(CommandLine, anExportSaysEverything) {
@@ -76,6 +76,7 @@ TEST(CommandLine, anExportSaysEverything) {
     ASSERT_TRUE(std::holds_alternative<Options>(read_));
     const auto& options = std::get<Options>(read_);
     const ExportRequest& request = options.request;
+    EXPECT_EQ(options.timeout, 3600);
     EXPECT_EQ(options.source.file, u"f.db"_s);
     EXPECT_EQ(options.kind, u"Export"_s);
     EXPECT_EQ(options.prefix, u"ALFA.dbo."_s);

@@ -162,28 +162,6 @@ TEST_F(DropDownListTest, fillingTellsNothingAndChoosingDoes) {
                                                   {u"highlight"_s, -1}}));
 }
 
-TEST_F(DropDownListTest, theOpenListShowsItselfToScripts) {
-    QStringList many;
-    for (int i = 0; i < 30; ++i) many += QString::number(i);
-    m_list.fill(many, 2);
-    const auto state = [this](const QString& member) { return m_list.controlState()[member]; };
-    EXPECT_EQ(state(u"open"_s), false);
-    EXPECT_TRUE(m_list.openRowRect(0).isEmpty());
-    QTest::mouseClick(&m_list, Qt::LeftButton);
-    EXPECT_EQ(state(u"open"_s), true);
-    EXPECT_EQ(state(u"highlight"_s), 2);
-    EXPECT_TRUE(m_list.openRowRect(-1).isEmpty());
-    EXPECT_TRUE(m_list.openRowRect(30).isEmpty());
-    const QPoint place = m_list.openRowRect(25).center();
-    QWidget* under = QApplication::widgetAt(place);
-    ASSERT_NE(under, nullptr);
-    EXPECT_EQ(under->window(), QApplication::activePopupWidget());
-    QTest::mouseClick(under, Qt::LeftButton, {}, under->mapFromGlobal(place));
-    EXPECT_EQ(state(u"open"_s), false);
-    EXPECT_EQ(state(u"highlight"_s), -1);
-    EXPECT_EQ(m_list.index(), 25);
-}
-
 TEST_F(DropDownListTest, theWheelDoesNothing) {
     QWheelEvent wheel(QPointF(5, 5), m_list.mapToGlobal(QPointF(5, 5)), {}, QPoint(0, -120), Qt::NoButton, {},
                       Qt::NoScrollPhase, false);
