@@ -142,20 +142,16 @@ void produce(DialogScript& dialogs) {
     if (viewer() == nullptr || !viewer()->property("hasReport").toBool()) fail(u"the loading was stopped"_s);
 }
 
-}  // namespace
-
-int runExport(const Options& options) {
+void exportReport(const Options& options, const com::Ref<IConnection>& connection) {
     const ExportRequest& request = options.request;
     const QString path = QDir::current().absoluteFilePath(request.out);
-    const OpenedConnection source = openSource(options.source);
     ComponentClient component;
     const auto dialogs = std::make_shared<DialogScript>();
     registerDialogs(component.hostObjects(), dialogs);
     const PlainBoxWatch watch([dialogs](const QString& text, const QString& title) {
         dialogs->addMessage({text, 0, title, u"platform"_s});
     });
-    component.incarca(options.kind, watchConnection(source.connection, milliseconds(options.timeout)), request.to,
-                      options.prefix);
+    component.incarca(options.kind, connection, request.to, options.prefix);
     deliverEvents();
     QWidget* window = loadedWindow();
     if (window == nullptr) fail(u"the report window did not open"_s);
@@ -165,6 +161,21 @@ int runExport(const Options& options) {
     produce(*dialogs);
     exportFile(*dialogs, path);
     window->close();
+}
+
+}  // namespace
+
+int runExport(const Options& options) {
+    const OpenedConnection source = openSource(options.source);
+    const auto timeout = milliseconds(options.timeout);
+    const auto isSilent = std::make_shared<std::atomic<bool>>(false);
+    try {
+        exportReport(options, watchConnection(source.connection, timeout, isSilent));
+    } catch (const base::Error&) {
+        // A lookup whose statement fails shows as one that found nothing.
+        if (!*isSilent) throw;
+        throw base::Error(base::kStatementError, silenceWords(timeout));
+    }
     return kStatusDone;
 }
 

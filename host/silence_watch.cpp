@@ -22,8 +22,12 @@ using Clock = std::chrono::steady_clock;
 /// Cancels the calls whose time is over, again and again until they end: a cancel reaches only what runs.
 class SilenceWatch {
 public:
-    SilenceWatch(com::Ref<IConnection> connection, std::chrono::milliseconds limit)
-        : m_connection(std::move(connection)), m_limit(limit), m_thread([this] { watch(); }) {}
+    SilenceWatch(com::Ref<IConnection> connection, std::chrono::milliseconds limit,
+                 std::shared_ptr<std::atomic<bool>> hasFailed)
+        : m_connection(std::move(connection)),
+          m_limit(limit),
+          m_hasFailed(std::move(hasFailed)),
+          m_thread([this] { watch(); }) {}
     ~SilenceWatch() {
         {
             const std::scoped_lock lock(m_mutex);
@@ -47,7 +51,8 @@ public:
         silence += Clock::now() - start;
         // Whatever the driver made of the cancel: rows that end with it are no whole answer.
         if (!call.isOver || result == com::kOk) return result;
-        return com::guarded([this] { throw base::Error(base::kStatementError, words()); });
+        if (m_hasFailed) *m_hasFailed = true;
+        return com::guarded([this] { throw base::Error(base::kStatementError, silenceWords(m_limit)); });
     }
 
 private:
@@ -57,9 +62,6 @@ private:
         Call* next = nullptr;
     };
 
-    [[nodiscard]] QString words() const {
-        return u"no answer for %1 seconds"_s.arg(QString::number(static_cast<double>(m_limit.count()) / 1000));
-    }
     void begin(Call& call) {
         const std::scoped_lock lock(m_mutex);
         call.next = std::exchange(m_calls, &call);
@@ -93,6 +95,7 @@ private:
 
     com::Ref<IConnection> m_connection;
     std::chrono::milliseconds m_limit;
+    std::shared_ptr<std::atomic<bool>> m_hasFailed;
     std::mutex m_mutex;
     std::condition_variable m_changed;
     Call* m_calls = nullptr;  ///< the calls in progress, on the stacks of their threads
@@ -139,8 +142,8 @@ private:
 
 class WatchedConnection final : public db::ForwardingConnection {
 public:
-    WatchedConnection(com::Ref<IConnection> connection, std::chrono::milliseconds limit)
-        : ForwardingConnection(connection), m_watch(std::make_shared<SilenceWatch>(std::move(connection), limit)) {}
+    WatchedConnection(const com::Ref<IConnection>& connection, std::shared_ptr<SilenceWatch> watch)
+        : ForwardingConnection(connection), m_watch(std::move(watch)) {}
 
     com::HResult Execute(com::Bstr text, IRows** rows) override {
         return during([&] { return ForwardingConnection::Execute(text, rows); });
@@ -176,9 +179,15 @@ private:
 
 }  // namespace
 
-com::Ref<IConnection> watchConnection(com::Ref<IConnection> connection, std::chrono::milliseconds limit) {
+com::Ref<IConnection> watchConnection(com::Ref<IConnection> connection, std::chrono::milliseconds limit,
+                                      std::shared_ptr<std::atomic<bool>> hasFailed) {
     if (!connection || limit.count() <= 0) return connection;
-    return com::Ref<IConnection>::adopt(com::makeObject<WatchedConnection>(std::move(connection), limit).release());
+    auto watch = std::make_shared<SilenceWatch>(connection, limit, std::move(hasFailed));
+    return com::Ref<IConnection>::adopt(com::makeObject<WatchedConnection>(connection, std::move(watch)).release());
+}
+
+QString silenceWords(std::chrono::milliseconds limit) {
+    return u"no answer for %1 seconds"_s.arg(QString::number(static_cast<double>(limit.count()) / 1000));
 }
 
 std::chrono::milliseconds milliseconds(double seconds) {
