@@ -45,6 +45,13 @@ CLI::Option* addKind(CLI::App& app, Options& options) {
         ->check(CLI::IsMember({"Import", "Export"}));
 }
 
+void addTimeout(CLI::App& app, Options& options, const std::string& whenMissing) {
+    app.add_option("--timeout", options.timeout,
+                   "cancels a statement that has brought no row and no end for so long [" + whenMissing + "]")
+        ->type_name("SECONDS")
+        ->check(CLI::PositiveNumber);
+}
+
 void addSource(CLI::App& app, Options& options) {
     CLI::Option_group* source = app.add_option_group("Database", "where the data is");
     addFile(*source, "--db", options.source.file, "embedded database")->type_name("FILE");
@@ -108,12 +115,15 @@ CLI::App* addExport(CLI::App& app, Options& options) {
     command->add_flag("--temporary", request.hasTemporary, "temporary imports or exports too");
     addText(*command, "--soc", options.prefix, "company prefix of three table names")->type_name("PREFIX");
     addFile(*command, "--out", request.out, "file; its ending chooses the format")->type_name("FILE")->required();
+    addTimeout(*command, options, "3600");
     return command;
 }
 
 CLI::App* addDrive(CLI::App& app, Options& options) {
     CLI::App* drive = app.add_subcommand("drive", "Works the window by JSON lines from standard input");
     addSource(*drive, options);
+    addTimeout(*drive, options, "never");
+    drive->footer("docs/drive.md has the commands and their answers.");
     return drive;
 }
 
@@ -146,6 +156,7 @@ std::variant<Options, int> readCommandLine(int argc, const char* const* argv) {
     app.failure_message([](const CLI::App*, const CLI::Error& error) {
         return "velcoran-host: " + std::string(error.what()) + " (--help tells more)\n";
     });
+    constexpr double kExportTimeout = 3600;
     const std::pair<Command, CLI::App*> commands[] = {
         {Command::Demo, addDemo(app, options)},
         {Command::Open, addOpen(app, options)},
@@ -162,6 +173,8 @@ std::variant<Options, int> readCommandLine(int argc, const char* const* argv) {
     }
     for (const auto& [command, subcommand] : commands)
         if (subcommand->parsed()) options.command = command;
+    // A scheduled report ends by itself; in front of a script somebody waits.
+    if (options.command == Command::Export && options.timeout == 0) options.timeout = kExportTimeout;
     return options;
 }
 

@@ -3,6 +3,7 @@
 #include "host/component_client.h"
 #include "host/drive_loop.h"
 #include "host/drive_session.h"
+#include "host/silence_watch.h"
 #include "host/window_view.h"
 
 #include "base/error.h"
@@ -64,7 +65,7 @@ int runOpen(const Options& options) {
 }
 
 int runDriveCommand(const Options& options) {
-    DriveSession session([source = options.source] { return openSource(source); });
+    DriveSession session([source = options.source] { return openSource(source); }, milliseconds(options.timeout));
     return runDrive(session);
 }
 
