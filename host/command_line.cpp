@@ -1,5 +1,7 @@
 #include "host/command_line.h"
 
+#include "system/file_name.h"
+
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
@@ -17,6 +19,12 @@ namespace {
 CLI::Option* addText(CLI::App& app, const std::string& name, QString& target, const std::string& help) {
     return app.add_option_function<std::string>(
         name, [&target](const std::string& value) { target = QString::fromStdString(value); }, help);
+}
+
+/// A file's name, whose bytes need be no UTF-8.
+CLI::Option* addFile(CLI::App& app, const std::string& name, QString& target, const std::string& help) {
+    return app.add_option_function<std::string>(
+        name, [&target](const std::string& value) { target = system::nameText(QByteArrayView(value)); }, help);
 }
 
 CLI::Option* addDate(CLI::App& app, const std::string& name, QDate& target, const std::string& help) {
@@ -46,7 +54,7 @@ void addTimeout(CLI::App& app, Options& options, const std::string& whenMissing)
 
 void addSource(CLI::App& app, Options& options) {
     CLI::Option_group* source = app.add_option_group("Database", "where the data is");
-    addText(*source, "--db", options.source.file, "embedded database")->type_name("FILE");
+    addFile(*source, "--db", options.source.file, "embedded database")->type_name("FILE");
     addText(*source, "--odbc", options.source.odbc,
             "connection text, @FILE with one, or env:NAME of a variable with one")
         ->type_name("CONNECTION");
@@ -57,7 +65,7 @@ CLI::App* addDemo(CLI::App& app, Options& options) {
     CLI::App* demo = app.add_subcommand("demo", "Window on the embedded sample database (the default command)");
     addKind(*demo, options);
     addDate(*demo, "--date", options.date, "working date of the host");
-    addText(*demo, "--out", options.out, "folder for the files of a run without a display [build/demo]")
+    addFile(*demo, "--out", options.out, "folder for the files of a run without a display [build/demo]")
         ->type_name("FOLDER");
     demo->footer("Without a display both reports are produced offscreen; the PDF files and pictures are named.");
     return demo;
@@ -106,7 +114,7 @@ CLI::App* addExport(CLI::App& app, Options& options) {
         ->trigger_on_parse();
     command->add_flag("--temporary", request.hasTemporary, "temporary imports or exports too");
     addText(*command, "--soc", options.prefix, "company prefix of three table names")->type_name("PREFIX");
-    addText(*command, "--out", request.out, "file; its ending chooses the format")->type_name("FILE")->required();
+    addFile(*command, "--out", request.out, "file; its ending chooses the format")->type_name("FILE")->required();
     addTimeout(*command, options, "3600");
     return command;
 }
@@ -121,7 +129,7 @@ CLI::App* addDrive(CLI::App& app, Options& options) {
 
 CLI::App* addSample(CLI::App& app, Options& options) {
     CLI::App* sample = app.add_subcommand("sample-db", "Writes the sample data into an embedded database");
-    addText(*sample, "FILE", options.sampleFile, "file to write")->required();
+    addFile(*sample, "FILE", options.sampleFile, "file to write")->required();
     sample->add_flag("--sql", options.isSampleScript, "write a SQL Server script instead");
     sample->add_option("--documents", options.documents, "number of documents")->check(CLI::PositiveNumber);
     sample->add_option("--seed", options.seed, "seed of the data")->check(CLI::PositiveNumber);
