@@ -115,12 +115,13 @@ def sizes_of(size, form):
     """40 sizes: near the end, at multiples of 16 and 64 KB, and between packed and unpacked, in pages of 4 KB."""
     page = 4096
     need = (size + page - 1) // page
-    chosen = {need + step for step in range(-8, 5)}
-    chosen |= {4 * number for number in range(1, 7)} | {16 * number for number in range(1, 7)}
-    widest = need * (12 if form == "xlsx" else 2)
-    for pages in range(3, widest, max(1, widest // 80)):
-        if len(chosen) < SIZES:
-            chosen.add(pages)
+    chosen = {need + step for step in range(-5, 4)}
+    chosen |= {4 * number for number in range(1, 6)} | {16 * number for number in range(1, 6)}
+    widest = need * (20 if form == "xlsx" else 3)
+    for step in (2, 1):
+        for number in range(1, SIZES, step):
+            if len(chosen) < SIZES:
+                chosen.add(2 + widest * number // SIZES)
     return [pages * page for pages in sorted(chosen) if pages > 1]
 
 
