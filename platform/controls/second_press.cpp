@@ -13,13 +13,15 @@ void SecondPressGuard::arm() {
 void SecondPressGuard::disarm() { QCoreApplication::instance()->removeEventFilter(this); }
 
 bool SecondPressGuard::eventFilter(QObject* object, QEvent* event) {
-    if (!object->isWidgetType()) return false;
+    // The press is the window's before it is a widget's, which would get the focus with it.
+    if (!object->isWidgetType() && !object->isWindowType()) return false;
     switch (event->type()) {
         case QEvent::MouseButtonDblClick:
             m_isSwallowed = true;
             return true;
         case QEvent::MouseButtonPress:
-            disarm();
+            // The window hears of a plain press before it hears that it was the second of two.
+            if (object->isWidgetType()) disarm();
             return false;
         case QEvent::MouseButtonRelease:
             if (!m_isSwallowed) return false;
