@@ -119,7 +119,7 @@ Statement Connection::prepare(const QString& text) const {
 }
 
 void Connection::requireOpen() const {
-    if (require(m_connection).State() != kStateClosed) return;
+    if (requireFree(m_connection).State() != kStateClosed) return;
     throw base::Error(base::kInvalidConnection, QStringLiteral("Conexiunea la baza de date este închisă."));
 }
 

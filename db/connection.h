@@ -78,7 +78,8 @@ public:
     /// Runs a statement for a client-side row set (keyset cursor, optimistic lock) and returns its forward rows.
     [[nodiscard]] Rows openRowset(const QString& text) const;
     [[nodiscard]] Statement prepare(const QString& text) const;
-    /// @throws Error kObjectNotSet without a connection, kInvalidConnection for a closed one
+    /// @throws Error kObjectNotSet without a connection, kInvalidConnection for a closed one, kInvalidProcedureCall for
+    ///     one with a run that the keeper holds
     void requireOpen() const;
     /// Cancels what runs on the connection. From any thread.
     void cancel() const;

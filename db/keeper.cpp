@@ -1,26 +1,26 @@
 #include "db/keeper.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <new>
 
 namespace velcoran::db {
 
 Keeper::~Keeper() {
-    for (Kept& kept : m_kept) {
-        if (kept.worker.isDone()) continue;
-        kept.worker.abandon();
-        (void)kept.connection.release();  // its driver is still at work on it
-    }
+    for (Kept& kept : m_kept)
+        if (!kept.worker.isDone()) kept.worker.abandon();
 }
 
-void Keeper::keep(Worker worker, com::Ref<IConnection> connection) {
+void Keeper::keep(Worker worker, const IConnection* connection) {
+    joinEnded();
     const std::scoped_lock lock(m_mutex);
-    m_kept.push_back({std::move(worker), std::move(connection)});
+    m_kept.push_back({std::move(worker), connection});
 }
 
 bool Keeper::holds(const IConnection* connection) {
-    joinEnded();
     const std::scoped_lock lock(m_mutex);
-    return std::ranges::any_of(m_kept, [&](const Kept& kept) { return kept.connection.get() == connection; });
+    return std::ranges::any_of(
+        m_kept, [&](const Kept& kept) { return kept.connection == connection && !kept.worker.isDone(); });
 }
 
 bool Keeper::isEmpty() {
@@ -30,7 +30,7 @@ bool Keeper::isEmpty() {
 }
 
 void Keeper::joinEnded() {
-    std::list<Kept> ended;  // released outside the lock: a host's connection may do what it likes in it
+    std::list<Kept> ended;  // joined outside the lock
     const std::scoped_lock lock(m_mutex);
     for (auto kept = m_kept.begin(); kept != m_kept.end();) {
         const auto next = std::next(kept);
@@ -40,7 +40,8 @@ void Keeper::joinEnded() {
 }
 
 Keeper& keeper() {
-    static Keeper instance;
+    alignas(Keeper) static std::byte place[sizeof(Keeper)];
+    static Keeper& instance = *new (place) Keeper;
     return instance;
 }
 

@@ -11,19 +11,21 @@
 namespace velcoran::db {
 
 /// How long a window waits for a driver that was asked to cancel before it leaves the run to the keeper.
-constexpr std::chrono::milliseconds kCancelPatience{400};
+constexpr std::chrono::milliseconds kCancelPatience{250};
 
 /// Keeps runs whose driver does not answer a cancel, and joins them when the driver has returned. Meanwhile the library
-/// must not be unloaded, and the connection takes no other call. A process may end without them.
+/// must not be unloaded, and the connection takes no other call. A run holds its connection itself and lets go of it
+/// when it ends, whether or not anybody asks the keeper by then. All functions may be called from any thread.
 class Keeper {
 public:
     Keeper() = default;
+    /// Waits for nobody: what still runs goes on by itself.
     ~Keeper();
     Keeper(const Keeper&) = delete;
     Keeper& operator=(const Keeper&) = delete;
 
-    /// @param connection  what the run uses; held until the run has ended
-    void keep(Worker worker, com::Ref<IConnection> connection);
+    /// @param connection  what the run still uses; null when it has done with the driver and only works out its result
+    void keep(Worker worker, const IConnection* connection);
     /// True while a run on this connection has not come back.
     [[nodiscard]] bool holds(const IConnection* connection);
     /// True while no run is kept.
@@ -32,7 +34,7 @@ public:
 private:
     struct Kept {
         Worker worker;
-        com::Ref<IConnection> connection;
+        const IConnection* connection;  ///< only compared; alive while the worker is not done
     };
 
     void joinEnded();
@@ -41,7 +43,8 @@ private:
     std::list<Kept> m_kept;
 };
 
-/// The library's one keeper: whether the library may be unloaded is asked of the library.
+/// The library's one keeper: whether the library may be unloaded is asked of the library. It is never destroyed: a
+/// process may end while a run is kept, and the window that asks it may go later than the library's other globals.
 [[nodiscard]] Keeper& keeper();
 
 }  // namespace velcoran::db

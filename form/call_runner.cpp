@@ -1,5 +1,6 @@
 #include "form/call_runner.h"
 
+#include "form/belongs_to.h"
 #include "form/hourglass.h"
 
 #include "db/keeper.h"
@@ -90,8 +91,11 @@ private:
 /// kept and delivered when the statement has ended: run inside our call it would come back into the host.
 class CallRunner::InputFilter final : public QObject {
 public:
-    InputFilter(QWidget& window, bool& isStopped, bool& isClosing)
-        : m_window(window), m_isStopped(isStopped), m_isClosing(isClosing) {
+    enum class HostInput { kept, passed };
+
+    /// @param stop, close  called for Esc in the window and for its closing
+    InputFilter(QWidget& window, HostInput hostInput, std::function<void()> stop, std::function<void()> close)
+        : m_window(window), m_hostInput(hostInput), m_stop(std::move(stop)), m_close(std::move(close)) {
         QCoreApplication::instance()->installEventFilter(this);
     }
     ~InputFilter() override {
@@ -104,10 +108,13 @@ protected:
     bool eventFilter(QObject* object, QEvent* event) override {
         const bool isQuit = event->type() == QEvent::Quit && object == QCoreApplication::instance();
         if (!isQuit && !isInput(event->type())) return false;
-        if (isInWindow(object))
-            note(*event);
-        else
-            keep(object, *event);
+        if (!isQuit && belongsTo(*object, m_window)) {
+            note(*object, *event);
+            return true;
+        }
+        // Whether a key is a shortcut is asked now; the shortcut itself waits like any other input.
+        if (m_hostInput == HostInput::passed || event->type() == QEvent::ShortcutOverride) return false;
+        keep(*object, *event);
         if (event->type() == QEvent::Close) event->ignore();
         return true;
     }
@@ -118,60 +125,73 @@ private:
         std::unique_ptr<QEvent> event;
     };
 
-    [[nodiscard]] bool isInWindow(QObject* object) const {
-        if (object->isWindowType()) return object == m_window.windowHandle();
-        return object->isWidgetType() && static_cast<QWidget*>(object)->window() == &m_window;
-    }
-    void note(const QEvent& event) {
-        if (event.type() == QEvent::Close) m_isClosing = true;
+    void note(const QObject& object, QEvent& event) {
+        if (event.type() == QEvent::ShortcutOverride) return event.accept();  // no key of ours is a host's shortcut
+        if (event.type() == QEvent::Close) {
+            event.ignore();
+            if (&object == &m_window || &object == static_cast<QObject*>(m_window.windowHandle())) m_close();
+        }
         if (event.type() != QEvent::KeyPress) return;
         const auto& key = static_cast<const QKeyEvent&>(event);
-        if (key.key() == Qt::Key_Escape && !key.isAutoRepeat()) m_isStopped = true;
+        if (key.key() == Qt::Key_Escape && !key.isAutoRepeat()) m_stop();
     }
-    void keep(QObject* object, const QEvent& event) {
+    void keep(QObject& object, const QEvent& event) {
         constexpr std::size_t kMost = 10000;
-        if (m_kept.size() < kMost) m_kept.push_back({object, std::unique_ptr<QEvent>(event.clone())});
+        if (m_kept.size() < kMost) m_kept.push_back({&object, std::unique_ptr<QEvent>(event.clone())});
     }
 
     QWidget& m_window;
-    bool& m_isStopped;
-    bool& m_isClosing;
+    HostInput m_hostInput;
+    std::function<void()> m_stop;
+    std::function<void()> m_close;
     std::vector<Kept> m_kept;
 };
 
 void CallRunner::run(const db::Connection& connection, std::function<void()> call) {
-    if (m_isRunning || !connection.isFreeThreaded()) return call();
+    // Input is dropped meanwhile; what comes another way, a screen reader's press on a button, ends here.
+    if (m_isRunning || m_isClosing) throw base::Cancelled();
     m_isRunning = true;
-    m_isClosing = false;
     m_isStopped = false;
     struct Ended {
         bool& isRunning;
         ~Ended() { isRunning = false; }
     } const ended{m_isRunning};
     const db::Connection used = connection;  // the window may get another one meanwhile
-    QEventLoop loop;
-    const auto loopEnd = std::make_shared<LoopEnd>(loop);
-    std::optional<db::Worker> worker = start(call, [loopEnd] { (*loopEnd)(); });
-    if (!worker) return call();
-    if (!worker->waitFor(kQuietTime)) waitDispatching(used, *worker, loop);
-    loopEnd->forget();
-    if (!worker->isDone()) {
-        db::keeper().keep(std::move(*worker), used.interface());
-        throw base::Cancelled();
-    }
-    if (m_isClosing) throw base::Cancelled();
     try {
-        worker->rethrow();
+        used.isFreeThreaded() ? runOnWorker(used, call) : runHere(used, call);
     } catch (...) {
-        if (m_isStopped) throw base::Cancelled();  // whatever the provider calls it
+        if (isUnwanted()) throw base::Cancelled();  // whatever the provider calls it
         throw;
     }
+    if (isUnwanted()) throw base::Cancelled();
+}
+
+void CallRunner::runHere(const db::Connection& connection, const std::function<void()>& call) {
+    const auto cancel = [&connection](bool& reason) {
+        reason = true;
+        connection.cancel();
+    };
+    const InputFilter filter(
+        m_window, InputFilter::HostInput::passed, [&] { cancel(m_isStopped); }, [&] { cancel(m_isClosing); });
+    call();
+}
+
+void CallRunner::runOnWorker(const db::Connection& connection, const std::function<void()>& call) {
+    QEventLoop loop;
+    const auto loopEnd = std::make_shared<LoopEnd>(loop);
+    std::optional<db::Worker> worker = start(connection, call, [loopEnd] { (*loopEnd)(); });
+    if (!worker) return runHere(connection, call);
+    if (!worker->waitFor(kQuietTime)) waitDispatching(connection, *worker, loop);
+    loopEnd->forget();
+    if (worker->isDone()) return worker->rethrow();
+    db::keeper().keep(std::move(*worker), connection.interface().get());
 }
 
 /// @return nothing where the system has no thread to give: the call is made on the calling one then
-std::optional<db::Worker> CallRunner::start(const std::function<void()>& call, std::function<void()> over) {
+std::optional<db::Worker> CallRunner::start(const db::Connection& connection, const std::function<void()>& call,
+                                            std::function<void()> over) {
     try {
-        return std::make_optional<db::Worker>(call, std::move(over));
+        return std::make_optional<db::Worker>([connection, call] { call(); }, std::move(over));
     } catch (const std::system_error&) {
         return std::nullopt;
     }
@@ -180,11 +200,13 @@ std::optional<db::Worker> CallRunner::start(const std::function<void()>& call, s
 void CallRunner::waitDispatching(const db::Connection& connection, const db::Worker& worker, QEventLoop& loop) {
     Hourglass hourglass;
     hourglass.set();
-    const InputFilter filter(m_window, m_isStopped, m_isClosing);
+    const InputFilter filter(
+        m_window, InputFilter::HostInput::kept, [this] { m_isStopped = true; }, [this] { m_isClosing = true; });
     QElapsedTimer sinceStop;
     QTimer canceller;
     QObject::connect(&canceller, &QTimer::timeout, [&] {
-        if (!m_isStopped && !m_isClosing) return;
+        if (worker.isDone()) return loop.quit();
+        if (!isUnwanted()) return;
         if (!sinceStop.isValid()) sinceStop.start();
         connection.cancel();
         if (sinceStop.hasExpired(db::kCancelPatience.count())) loop.quit();

@@ -9,6 +9,14 @@ HandlerGuard::Scope::~Scope() {
     if (--m_guard.m_depth == 0) m_guard.m_idle();
 }
 
+/// Without the memory for a message the failure stays untold; the host's process lives on.
+void HandlerGuard::tell(const base::Error& error) noexcept {
+    try {
+        m_failed(error);
+    } catch (...) {  // nobody is left to tell
+    }
+}
+
 void HandlerGuard::run(const std::function<void()>& body) noexcept {
     const Scope scope(*this);
     try {
@@ -16,7 +24,7 @@ void HandlerGuard::run(const std::function<void()>& body) noexcept {
     } catch (const base::Cancelled&) {
         // The user stopped it: nothing to say.
     } catch (...) {
-        m_failed(base::currentError());
+        tell(base::currentError());
     }
 }
 

@@ -11,7 +11,7 @@ namespace velcoran::form {
 /// it still runs.
 class HandlerGuard {
 public:
-    /// @param failed  shows what a handler could not handle itself; throws nothing
+    /// @param failed  shows what a handler could not handle itself
     /// @param idle    called whenever the outermost handler has returned; throws nothing
     HandlerGuard(std::function<void(const base::Error&)> failed, std::function<void()> idle);
 
@@ -32,6 +32,8 @@ public:
     };
 
 private:
+    void tell(const base::Error& error) noexcept;
+
     std::function<void(const base::Error&)> m_failed;
     std::function<void()> m_idle;
     int m_depth = 0;

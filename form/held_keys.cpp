@@ -1,5 +1,7 @@
 #include "form/held_keys.h"
 
+#include "form/belongs_to.h"
+
 #include <QCoreApplication>
 #include <QKeyEvent>
 #include <QWidget>
@@ -8,8 +10,8 @@
 
 namespace velcoran::form {
 
-HeldKeys::HeldKeys(QWidget& window, std::function<bool()> stopLoad)
-    : m_window(window), m_stopLoad(std::move(stopLoad)) {
+HeldKeys::HeldKeys(QWidget& window, std::function<bool()> isLoading, std::function<void()> stopLoad)
+    : m_window(window), m_isLoading(std::move(isLoading)), m_stopLoad(std::move(stopLoad)) {
     QCoreApplication::instance()->installEventFilter(this);
 }
 
@@ -17,22 +19,29 @@ HeldKeys::~HeldKeys() {
     if (QCoreApplication* application = QCoreApplication::instance()) application->removeEventFilter(this);
 }
 
-/// Lists, calendars and dialogs are windows of their own that belong to the window.
-bool HeldKeys::isOfWindow(const QObject* object) const {
-    if (!object->isWidgetType()) return false;
-    for (const auto* widget = static_cast<const QWidget*>(object); widget != nullptr; widget = widget->parentWidget())
-        if (widget == &m_window) return true;
-    return false;
+/// A dialog of the window keeps its own Esc.
+bool HeldKeys::isStop(const QKeyEvent& key, const QWidget& receiver) const {
+    return key.key() == Qt::Key_Escape && key.modifiers() == Qt::NoModifier && receiver.window() == &m_window &&
+           m_isLoading();
 }
 
 bool HeldKeys::eventFilter(QObject* object, QEvent* event) {
-    if (event->type() != QEvent::KeyPress || !isOfWindow(object)) return false;
+    const bool isOverride = event->type() == QEvent::ShortcutOverride;
+    if ((event->type() != QEvent::KeyPress && !isOverride) || !object->isWidgetType()) return false;
+    if (!belongsTo(*object, m_window)) return false;
     const auto& key = static_cast<const QKeyEvent&>(*event);
-    const bool isEsc = key.key() == Qt::Key_Escape;
-    const bool isEnter = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
-    if (key.isAutoRepeat()) return isEsc || isEnter;
-    const bool isInWindow = static_cast<QWidget*>(object)->window() == &m_window;
-    return isEsc && isInWindow && key.modifiers() == Qt::NoModifier && m_stopLoad();
+    const auto& receiver = static_cast<const QWidget&>(*object);
+    if (isOverride) {
+        // A host's own Esc for all its windows does not take the stop away.
+        if (!isStop(key, receiver)) return false;
+        event->accept();
+        return true;
+    }
+    if (key.isAutoRepeat())
+        return key.key() == Qt::Key_Escape || key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
+    if (!isStop(key, receiver)) return false;
+    m_stopLoad();
+    return true;
 }
 
 }  // namespace velcoran::form

@@ -4,6 +4,7 @@
 
 #include <functional>
 
+class QKeyEvent;
 class QWidget;
 
 namespace velcoran::form {
@@ -12,18 +13,19 @@ namespace velcoran::form {
 /// where the press has moved the focus. Esc while a report loads stops the load, wherever the focus is.
 class HeldKeys final : public QObject {
 public:
-    /// @param stopLoad  stops a report that loads; @return false when none does
-    HeldKeys(QWidget& window, std::function<bool()> stopLoad);
+    /// @param isLoading  whether a report loads, which Esc then stops @param stopLoad  stops it
+    HeldKeys(QWidget& window, std::function<bool()> isLoading, std::function<void()> stopLoad);
     ~HeldKeys() override;
 
 protected:
     bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
-    [[nodiscard]] bool isOfWindow(const QObject* object) const;
+    [[nodiscard]] bool isStop(const QKeyEvent& key, const QWidget& receiver) const;
 
     QWidget& m_window;
-    std::function<bool()> m_stopLoad;
+    std::function<bool()> m_isLoading;
+    std::function<void()> m_stopLoad;
 };
 
 }  // namespace velcoran::form

@@ -24,13 +24,6 @@ void LoadedWindow::endStanding() {
     m_waitState.leaveStopped();
 }
 
-bool LoadedWindow::stopReport() {
-    viewer::ReportViewer& viewer = m_controls->viewer();
-    if (!viewer.isBusy()) return false;
-    viewer.stopLoading();
-    return true;
-}
-
 void LoadedWindow::detach() {
     m_events.detach();
     m_picker.detach();

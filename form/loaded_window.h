@@ -27,8 +27,10 @@ public:
     /// Ends what a call finds standing: a report that loads, with its end-of-loading notification; the picker, as Esc
     /// closes it; the wait state of a failed run.
     void endStanding();
-    /// Stops a report that loads, as the viewer's stop button does. @return false when none loads
-    bool stopReport();
+    /// True while a report loads.
+    [[nodiscard]] bool isLoading() const { return m_controls->viewer().isBusy(); }
+    /// Stops a report that loads, as the viewer's stop button does.
+    void stopReport() { m_controls->viewer().stopLoading(); }
     /// Stops everything for good, without notifications: the controls stand idle until they are destroyed.
     void detach();
 

@@ -10,6 +10,7 @@
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QPainter>
+#include <QScopedValueRollback>
 #include <QScreen>
 #include <QWindow>
 
@@ -55,6 +56,7 @@ public:
     CallRunner runner;
     Hourglass hourglass;
     std::unique_ptr<LoadedWindow> loaded;
+    bool isSettingUp = false;
     bool isScreenFollowed = false;
 
 private:
@@ -67,7 +69,7 @@ private:
 };
 
 void RptStoc::Private::requireIdle() const {
-    if (runner.isRunning())
+    if (isSettingUp || runner.isRunning())
         throw base::Error(base::kInvalidProcedureCall, u"Fereastra raportului execută o interogare."_s);
 }
 
@@ -83,7 +85,8 @@ void RptStoc::Private::load() {
                            surroundings, handlers, hourglass, [this] { m_window.CloseForm(); }};
         });
     loaded->controls().followSize(m_window.size());
-    m_heldKeys.emplace(m_window, [this] { return loaded && loaded->stopReport(); });
+    m_heldKeys.emplace(
+        m_window, [this] { return loaded->isLoading(); }, [this] { loaded->stopReport(); });
 }
 
 void RptStoc::Private::unload() {
@@ -148,14 +151,15 @@ void RptStoc::Incarca(const QString& argTipRaport, QDate DataProgram, const QStr
     m_private->requireIdle();
     if (!isLoaded()) m_private->load();
     const HandlerGuard::Scope scope(m_private->handlers);
+    const QScopedValueRollback settingUp(m_private->isSettingUp, true);
     m_private->loaded->endStanding();
-    if (!isLoaded()) throw base::Cancelled();
     m_private->loaded->setUp({argTipRaport, DataProgram, Soc});
+    if (m_private->runner.isClosing()) throw base::Cancelled();
 }
 
 void RptStoc::CloseForm() {
-    if (m_private->runner.isRunning()) {
-        m_private->runner.cancelForClose();
+    if (m_private->isSettingUp || m_private->runner.isRunning()) {
+        m_private->runner.requestClose();
     } else {
         m_private->unload();
     }

@@ -46,14 +46,15 @@ public:
     ~RptStoc() override;
 
     /// Gives the window the host's connection; called just before Incarca. Shared, not tested; may be null.
-    /// @throws Error kInvalidProcedureCall while a statement of the window runs; it keeps its connection then
+    /// @throws Error kInvalidProcedureCall while a set-up or a statement of the window runs; it keeps its connection
+    /// then
     void setPriza(db::Connection priza);
     /// Loads the window where it is not loaded, shows it and sets it up for a report kind. What is left standing ends
     /// first: a report that loads, an open picker, the wait state of a failed run.
     /// @param argTipRaport  "Import" or "Export", compared exactly; any other value gives a mixed window
-    /// @throws Error of a failing step; the window stays as far as it got. Error kInvalidProcedureCall when called
-    /// while
-    ///         a statement of the window runs. Cancelled when the user closed the window meanwhile
+    /// @throws Error of a failing step; the window stays as far as it got. Error kInvalidProcedureCall, with nothing
+    ///         changed, while a set-up or a statement of the window runs. Cancelled when the user stopped a statement
+    ///         or closed the window meanwhile
     void Incarca(const QString& argTipRaport, QDate DataProgram, const QString& Soc);
     [[nodiscard]] bool isLoaded() const;
     /// True while the window is loaded, or a handler of it has still to return after it was closed.

@@ -11,7 +11,7 @@ qsizetype openLookup(db::RowSet& rsLookup, const db::Connection& priza, const QS
         return rsLookup.recordCount();
     } catch (const base::Cancelled&) {
         throw;
-    } catch (const std::exception&) {
+    } catch (...) {
         return 0;
     }
 }

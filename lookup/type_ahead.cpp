@@ -28,7 +28,7 @@ bool typeAhead(TypeAhead& state, QStringView character, QStringView header, QStr
             state = restartTypeAhead(tag);
         }
         return true;
-    } catch (const std::exception&) {
+    } catch (...) {
         return false;
     }
 }

@@ -78,7 +78,7 @@ struct Report::State {
 /// Shared with its worker, which may be left to the keeper and outlive the report.
 struct Report::Run {
     std::atomic_bool stop = false;
-    std::mutex mutex;  ///< guards the next four
+    std::mutex mutex;  ///< guards the next four; never held while the driver works
     db::Statement statement;
     bool isPreparing = false;
     bool isReading = false;  ///< the statement is in use: a cancel reaches this run and no later one
@@ -108,44 +108,60 @@ struct Report::Run {
         }
     }
 
-    void prepareAnew() {
-        {
-            const std::lock_guard guard(mutex);
-            isPreparing = true;
+    /// While it lives, a flag says what the driver is doing; it goes down however that ends.
+    class Doing {
+    public:
+        Doing(Run& run, bool& flag) : m_run(run), m_flag(flag) {
+            const std::lock_guard guard(m_run.mutex);
+            if (m_run.stop) throw base::Cancelled();
+            m_flag = true;
         }
+        ~Doing() {
+            const std::lock_guard guard(m_run.mutex);
+            m_flag = false;
+        }
+        Doing(const Doing&) = delete;
+        Doing& operator=(const Doing&) = delete;
+
+    private:
+        Run& m_run;
+        bool& m_flag;
+    };
+
+    void prepareAnew() {
+        const Doing preparing(*this, isPreparing);
         db::Statement fresh = connection.prepare(text);
         const std::lock_guard guard(mutex);
         statement = std::move(fresh);
-        isPreparing = false;
-    }
-
-    /// The statement may be cancelled from here on. Cancels that came before end the run here.
-    db::Statement beginReading() {
-        if (isPreparedAnew) prepareAnew();
-        const std::lock_guard guard(mutex);
-        if (stop) throw base::Cancelled();
-        isReading = true;
-        return statement;
-    }
-
-    void endReading() {
-        const std::lock_guard guard(mutex);
-        isReading = false;
     }
 
     void cancel() {
         const std::lock_guard guard(mutex);
-        if (stop.exchange(true)) return;
+        stop = true;
         if (isPreparing) connection.cancel();
         if (!isReading) return;
         wasStatementCancelled = true;
         statement.cancel();
     }
 
+    /// The connection while the driver works on it; null before and after.
+    [[nodiscard]] const IConnection* driverInUse() {
+        const std::lock_guard guard(mutex);
+        return isPreparing || isReading ? connection.interface().get() : nullptr;
+    }
+
+    void giveBack(db::Statement& last, bool& wasCancelled) {
+        const std::lock_guard guard(mutex);
+        last = statement;
+        wasCancelled = wasStatementCancelled;
+    }
+
     RowStore readRows() {
         RowReader reader(binding);
         auto next = std::chrono::steady_clock::now();
-        const db::Rows rows = beginReading().run();
+        if (isPreparedAnew) prepareAnew();
+        const Doing reading(*this, isReading);
+        const db::Rows rows = statement.run();
         const RowBlock* block = rows.fetch();
         tellAnswered();
         for (; block != nullptr; block = rows.fetch()) {
@@ -155,7 +171,6 @@ struct Report::Run {
             tellProgress(reader.rowCount());
             next = std::chrono::steady_clock::now() + kProgressInterval;
         }
-        endReading();
         tellProgress(reader.rowCount());
         return reader.take();
     }
@@ -298,13 +313,13 @@ void Report::cancel() {
     if (m_run) m_run->cancel();
 }
 
-void Report::cancelAndWait() {
+void Report::cancelAndWait(std::chrono::milliseconds patience) {
     if (!m_run) return;
     cancel();
-    const bool isEnded = m_worker->waitFor(db::kCancelPatience);
-    m_state->statement = m_run->statement;
-    m_state->isStatementCancelled = m_run->wasStatementCancelled || !isEnded;
-    if (!isEnded) db::keeper().keep(std::move(*m_worker), m_state->connection.interface());
+    const bool isEnded = m_worker->waitFor(patience);
+    if (!isEnded) db::keeper().keep(std::move(*m_worker), m_run->driverInUse());
+    m_run->giveBack(m_state->statement, m_state->isStatementCancelled);
+    m_state->isStatementCancelled = m_state->isStatementCancelled || !isEnded;
     m_worker.reset();
     m_run.reset();
 }

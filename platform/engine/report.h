@@ -2,11 +2,12 @@
 
 #include "base/error.h"
 #include "db/command.h"
-#include "db/worker.h"
+#include "db/keeper.h"
 
 #include <QMap>
 #include <QString>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -82,10 +83,12 @@ public:
 
     /// Starts the run on the report's own worker.
     void start(RunWatcher watcher);
-    /// Stops a run; finished follows with isCancelled. Returns at once.
+    /// Stops a run; finished follows with isCancelled. Returns at once. A driver hears of a cancel only what it does at
+    /// that moment: until the run has ended, every further call reaches it again.
     void cancel();
     /// Stops a run and waits for the worker's end; a worker whose driver does not answer is left to the keeper.
-    void cancelAndWait();
+    /// @param patience  how long is waited for the driver
+    void cancelAndWait(std::chrono::milliseconds patience = db::kCancelPatience);
 
 private:
     struct Run;

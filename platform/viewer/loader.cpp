@@ -3,11 +3,17 @@
 #include "platform/engine/document.h"
 #include "platform/engine/report.h"
 
+#include "db/keeper.h"
+
+#include <chrono>
 #include <mutex>
 
 namespace velcoran::viewer {
 
 namespace {
+
+/// A cancel reaches only what the driver does at that moment: it is repeated until the run ends.
+constexpr std::chrono::milliseconds kCancelInterval{50};
 
 LoadResult layOut(const engine::RunOutcome& outcome, const engine::ReportTexts& texts, const engine::PageSetup& setup,
                   const QDateTime& printTime) {
@@ -43,6 +49,8 @@ struct Loader::Mailbox {
 Loader::Loader() : m_mailbox(std::make_shared<Mailbox>()) {
     m_mailbox->loader = this;
     setObjectName(QStringLiteral("crwLoader"));
+    m_stopping.setInterval(kCancelInterval);
+    connect(&m_stopping, &QTimer::timeout, this, [this] { stopAgain(); });
 }
 
 Loader::~Loader() {
@@ -72,19 +80,38 @@ void Loader::start(std::shared_ptr<engine::Report> report, const engine::PageSet
                 },
         });
     } catch (...) {
-        m_report.reset();
+        forgetRun();
         throw;
     }
 }
 
 void Loader::stop() {
-    if (m_report) m_report->cancel();
+    if (!m_report) return;
+    m_report->cancel();
+    if (m_stopping.isActive()) return;
+    m_sinceStop.start();
+    m_stopping.start();
+}
+
+void Loader::stopAgain() {
+    if (!m_sinceStop.hasExpired(db::kCancelPatience.count())) return m_report->cancel();
+    const std::shared_ptr<engine::Report> report = m_report;
+    forgetRun();
+    report->cancelAndWait(std::chrono::milliseconds(0));
+    emit ended({nullptr, nullptr, std::nullopt, true});
+}
+
+/// What the run still says is dropped.
+void Loader::forgetRun() {
+    ++m_run;
+    m_stopping.stop();
+    m_report.reset();
 }
 
 void Loader::abandon() {
-    ++m_run;
-    if (const std::shared_ptr<engine::Report> report = std::move(m_report)) report->cancelAndWait();
-    m_report.reset();
+    const std::shared_ptr<engine::Report> report = m_report;
+    forgetRun();
+    if (report) report->cancelAndWait();
 }
 
 void Loader::takeAnswer(quint64 run) {
@@ -99,7 +126,7 @@ void Loader::takeRows(quint64 run, qint64 rows) {
 
 void Loader::takeResult(quint64 run, const LoadResult& result) {
     if (run != m_run) return;
-    m_report.reset();
+    forgetRun();
     emit ended(result);
 }
 

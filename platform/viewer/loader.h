@@ -6,6 +6,7 @@
 #include <QDateTime>
 #include <QElapsedTimer>
 #include <QObject>
+#include <QTimer>
 
 #include <memory>
 #include <optional>
@@ -39,7 +40,8 @@ public:
     /// @param setup  what the pages are laid out for @param printTime  what they show as the moment of printing
     /// @throws Error of the report when the run cannot start; nothing is running then
     void start(std::shared_ptr<engine::Report> report, const engine::PageSetup& setup, const QDateTime& printTime);
-    /// Stops the run; ended follows. Returns at once.
+    /// Stops the run; ended follows, soon, also when the driver does not answer: the keeper has the run then. Returns
+    /// at once.
     void stop();
     /// Stops the run and waits for its worker, or for the keeper to take it; ended does not follow.
     void abandon();
@@ -58,6 +60,8 @@ signals:
 private:
     struct Mailbox;
 
+    void stopAgain();
+    void forgetRun();
     void takeAnswer(quint64 run);
     void takeRows(quint64 run, qint64 rows);
     void takeResult(quint64 run, const LoadResult& result);
@@ -65,6 +69,8 @@ private:
     quint64 m_run = 0;
     qint64 m_rows = 0;
     QElapsedTimer m_clock;
+    QElapsedTimer m_sinceStop;
+    QTimer m_stopping;  ///< while a stopped run has not ended
     std::shared_ptr<engine::Report> m_report;
     std::shared_ptr<Mailbox> m_mailbox;
 };

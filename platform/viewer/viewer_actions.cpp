@@ -71,7 +71,7 @@ std::optional<Command> ReportViewer::Private::usableCommand(const QKeyEvent& eve
 void ReportViewer::Private::run(Command command) noexcept {
     try {
         perform(command);
-    } catch (const std::exception&) {
+    } catch (...) {
         // A page could not be made for want of memory: what was shown stays.
     }
 }

@@ -122,7 +122,7 @@ public:
             m_connection->requireOpen();
             m_connection->note(u"run"_s, m_text);
             throwIfCancelled();
-            m_connection->pause(m_answer.runDelay);
+            m_connection->pause(m_answer.runDelay, m_answer);
             if (m_answer.runError) throw *m_answer.runError;
             m_isRunning = true;
             m_row = 0;
@@ -137,7 +137,7 @@ public:
             *block = nullptr;
             m_connection->requireOpen();
             throwIfCancelled();
-            m_connection->pause(m_answer.fetchDelay);
+            m_connection->pause(m_answer.fetchDelay, m_answer);
             throwIfCancelled();
             return next(maxRows, block);
         });
@@ -264,14 +264,23 @@ void FakeConnection::requireOpen() const {
     if (m_isClosed) throw base::Error(base::kInvalidConnection, u"The connection is closed"_s);
 }
 
-void FakeConnection::pause(std::chrono::milliseconds time) {
+void FakeConnection::pause(std::chrono::milliseconds time, const FakeAnswer& answer) {
     if (time.count() == 0) return;
     std::unique_lock lock(m_mutex);
-    const int before = m_cancels;
+    const int& ends = answer.isDeaf ? m_lateAnswers : m_cancels;
+    const int enough = ends + (answer.isDeaf ? 1 : answer.cancelsNeeded);
     ++m_waiting;
-    const bool isCancelled = m_cancelled.wait_for(lock, time, [&] { return m_cancels != before; });
+    const bool isEnded = m_cancelled.wait_for(lock, time, [&] { return ends >= enough; });
     --m_waiting;
-    if (isCancelled) throw base::Cancelled();
+    if (isEnded && !answer.isDeaf) throw base::Cancelled();
+}
+
+void FakeConnection::answerAtLast() {
+    {
+        const std::scoped_lock lock(m_mutex);
+        ++m_lateAnswers;
+    }
+    m_cancelled.notify_all();
 }
 
 FakeAnswer FakeConnection::begin(const QString& via, const QString& text) {
@@ -284,7 +293,8 @@ FakeAnswer FakeConnection::begin(const QString& via, const QString& text) {
             if (text.contains(key)) found = answer;
     }
     if (!found) throw base::Error(base::kStatementError, u"no answer is scripted for: "_s + text);
-    pause(found->openDelay);
+    if (found->meanwhile) found->meanwhile();
+    pause(found->openDelay, *found);
     if (found->openError) throw *found->openError;
     return *found;
 }

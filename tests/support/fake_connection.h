@@ -11,6 +11,7 @@
 
 #include <chrono>
 #include <condition_variable>
+#include <functional>
 #include <mutex>
 #include <optional>
 #include <set>
@@ -51,6 +52,12 @@ struct FakeAnswer {
     std::chrono::milliseconds openDelay{0};
     std::chrono::milliseconds runDelay{0};
     std::chrono::milliseconds fetchDelay{0};
+    /// How many cancels it takes: some drivers miss those that come at a wrong moment.
+    int cancelsNeeded = 1;
+    /// No cancel ends these times: a dead server. answerAtLast() does.
+    bool isDeaf = false;
+    /// Done inside Execute, OpenRowset and Prepare, on the thread that calls them: a host that dispatches events there.
+    std::function<void()> meanwhile = {};
 };
 
 /// A statement that reached the connection.
@@ -84,6 +91,8 @@ public:
     void clearCalls();
     /// Cancels that reached the connection or one of its statements.
     [[nodiscard]] int cancelCount() const;
+    /// Ends every wait that no cancel ends.
+    void answerAtLast();
     /// True while a delay is being waited for.
     [[nodiscard]] bool isBusy() const;
 
@@ -96,7 +105,7 @@ public:
 
     /// For the statements of this connection: notes a call, waits for a delay.
     void note(const QString& via, const QString& text);
-    void pause(std::chrono::milliseconds time);
+    void pause(std::chrono::milliseconds time, const FakeAnswer& answer);
     void requireOpen() const;
 
 protected:
@@ -112,6 +121,7 @@ private:
     QList<FakeCall> m_calls;
     int m_cancels = 0;
     int m_waiting = 0;
+    int m_lateAnswers = 0;
     bool m_isClosed = false;
     bool m_isFreeThreaded = true;
 };
