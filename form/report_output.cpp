@@ -48,13 +48,6 @@ private:
     com::Bstr& m_place;
 };
 
-/// @return false when the user cancelled
-template <class Dialog>
-bool isChosen(com::HResult result, const com::Ref<Dialog>& dialog) {
-    if (com::failed(result)) db::throwError(result, dialog.get());
-    return result == com::kOk;
-}
-
 std::shared_ptr<const engine::Document> shownDocument(const OutputSubject& subject) {
     auto document = subject.viewer.document();
     if (!document) throw base::Error(base::kObjectNotSet, u"Nu este niciun raport încărcat."_s);
@@ -80,6 +73,14 @@ ReportOutput::ReportOutput(QWidget& window, Surroundings& surroundings, OutputMe
     : m_window(window), m_surroundings(surroundings), m_memory(memory) {}
 
 ReportOutput::~ReportOutput() = default;
+
+/// @return false when the user cancelled
+template <class Dialog>
+bool ReportOutput::isChosen(com::HResult result, const com::Ref<Dialog>& dialog) const {
+    if (m_isStopped) throw base::Cancelled();
+    if (com::failed(result)) db::throwError(result, dialog.get());
+    return result == com::kOk;
+}
 
 std::uintptr_t ReportOutput::windowHandle() const { return static_cast<std::uintptr_t>(m_window.internalWinId()); }
 

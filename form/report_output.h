@@ -34,6 +34,7 @@ public:
     ReportOutput(QWidget& window, Surroundings& surroundings, OutputMemory& memory);
     ~ReportOutput() override;
 
+    void stop() override { m_isStopped = true; }
     void printOut(const OutputSubject& subject) override;
     bool printerSetup(const OutputSubject& subject) override;
     void resetExportOptions() override;
@@ -42,6 +43,8 @@ public:
     void exportReport(const OutputSubject& subject) override;
 
 private:
+    template <class Dialog>
+    [[nodiscard]] bool isChosen(com::HResult result, const com::Ref<Dialog>& dialog) const;
     [[nodiscard]] std::uintptr_t windowHandle() const;
     [[nodiscard]] QString suggestedFile(const OutputSubject& subject) const;
 
@@ -49,6 +52,7 @@ private:
     Surroundings& m_surroundings;
     OutputMemory& m_memory;
     QString m_printer;  ///< chosen at set-up; empty before, and where there was none
+    bool m_isStopped = false;
     int m_formatType = 0;
     QString m_file;
     std::vector<std::unique_ptr<engine::ExportControl>> m_stopped;  ///< exports whose rest could not be broken off

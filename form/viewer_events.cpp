@@ -19,6 +19,11 @@ ViewerEvents::ViewerEvents(const Context& context, WaitState& waitState)
 
 ViewerEvents::~ViewerEvents() = default;
 
+void ViewerEvents::detach() {
+    m_isDetached = true;
+    if (m_output) m_output->stop();
+}
+
 void ViewerEvents::connectButtons() {
     struct Command {
         Ctl button;
@@ -81,7 +86,7 @@ void ViewerEvents::setUpPrinter() {
     ReportViewer& viewer = m_context.controls.viewer();
     if (viewer.isBusy() || !m_context.members.bRaportIncarcat || isPickerOpen() || !m_output) return;
     m_output->printerSetup(subject());
-    if (!m_isDetached) viewer.refreshEx(false);
+    viewer.refreshEx(false);
 }
 
 void ViewerEvents::print() {
@@ -123,7 +128,7 @@ void ViewerEvents::exportReport() {
 void ViewerEvents::exportChosen() {
     m_output->resetExportOptions();
     m_output->promptForExportOptions(subject());
-    if (m_isDetached || report::isRefusedFormat(m_output->formatType())) return m_output->resetExportOptions();
+    if (report::isRefusedFormat(m_output->formatType())) return m_output->resetExportOptions();
     m_output->exportReport(subject());
 }
 

@@ -14,7 +14,7 @@ public:
     ~ViewerEvents();
 
     /// The window closes: a command whose dialog is still open does nothing more.
-    void detach() { m_isDetached = true; }
+    void detach();
 
 private:
     void connectButtons();

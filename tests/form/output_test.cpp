@@ -9,6 +9,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QTemporaryDir>
+#include <QTimer>
 
 #include <velcoran/dialogs.h>
 
@@ -28,6 +29,7 @@ struct Answers {
     QString printFile;
     std::optional<int> orientation;
     QStringList opened;
+    std::function<void()> whileOpen;  ///< done inside each dialog
 };
 
 class ScriptedExport final : public com::Object<IExportDialog> {
@@ -36,6 +38,7 @@ public:
     com::HResult Choose(std::uintptr_t, const ExportFormat*, std::uint32_t formatCount, com::Bstr suggestedFile,
                         std::int32_t* type, com::Bstr* file) override {
         m_answers.opened.append(u"export %1 %2"_s.arg(formatCount).arg(com::toQString(suggestedFile)));
+        if (m_answers.whileOpen) m_answers.whileOpen();
         if (!m_answers.exported) return com::kFalse;
         *type = m_answers.exported->first;
         *file = com::toText(m_answers.exported->second).release();
@@ -51,6 +54,7 @@ public:
     explicit ScriptedPrint(Answers& answers) : m_answers(answers) {}
     com::HResult Choose(std::uintptr_t, std::int32_t pageCount, PrintChoice* choice) override {
         m_answers.opened.append(u"print %1"_s.arg(pageCount));
+        if (m_answers.whileOpen) m_answers.whileOpen();
         if (!m_answers.print) return com::kFalse;
         *choice = *m_answers.print;
         choice->file = com::toText(m_answers.printFile).release();
@@ -66,6 +70,7 @@ public:
     explicit ScriptedSetup(Answers& answers) : m_answers(answers) {}
     com::HResult Choose(std::uintptr_t, PrinterSetup* setup) override {
         m_answers.opened.append(u"setup %1"_s.arg(com::toQString(setup->paper)));
+        if (m_answers.whileOpen) m_answers.whileOpen();
         if (!m_answers.orientation) return com::kFalse;
         setup->orientation = *m_answers.orientation;
         return com::kOk;
@@ -90,12 +95,16 @@ public:
     std::unique_ptr<form::IOutput> newOutput(QWidget& window) override {
         return std::make_unique<form::ReportOutput>(window, *this, memory);
     }
-    void showPlainMessage(QWidget&, const QString& text) override { plain.append(text); }
+    void showPlainMessage(QWidget& window, const QString& text) override {
+        plain.append(text);
+        if (isPlainBoxReal) Surroundings::showPlainMessage(window, text);
+    }
 
     RecordingSurroundings messages;
     Answers answers;
     form::OutputMemory memory;
     QStringList plain;
+    bool isPlainBoxReal = false;
 };
 
 /// A window that shows a report of one document.
@@ -104,7 +113,6 @@ protected:
     OutputTest() {
         connection->answer(u"SELECT An FROM An"_s, {.columns = {{u"An"_s}}, .rows = {{u"2003"_s}}});
         connection->answer(u"FROM Depozite"_s, {.columns = {{u"Depozit"_s}}, .rows = {{u"1 - Central"_s}}});
-        FakeAnswer invoices;
         for (const char16_t* name :
              {u"TipRaport", u"CodClient", u"NumeClient", u"DataDoc", u"NumarFactura", u"ValoareNeta", u"ValoareTVA",
               u"ValoareBruta", u"Moneda", u"CursValutar", u"ValoareTaxe"}) {
@@ -132,6 +140,7 @@ protected:
     QTemporaryDir m_folder;
     OutputSurroundings surroundings;
     com::Ref<FakeConnection> connection = FakeConnection::create();
+    FakeAnswer invoices;
     form::RptStoc window{surroundings};
     viewer::ReportViewer* viewer = nullptr;
 };
@@ -229,6 +238,98 @@ TEST_F(OutputTest, theSetUpTurnsTheSheetWithoutAskingTheDatabase) {
 }
 
 }  // namespace
+/// The box is the platform's own; not every platform gives the focus back when it goes.
+TEST_F(OutputTest, afterThePlainMessageTheFocusIsWhereItWas) {
+    load();
+    surroundings.isPlainBoxReal = true;
+    surroundings.answers.print = PrintChoice{nullptr, nullptr, 1, 0, 1, 1};
+    surroundings.answers.printFile = path(u"lipsa/a.pdf"_s);
+    window.findChild<QWidget*>(u"cmdViz"_s)->setFocus();
+    const QWidget* focused = QApplication::focusWidget();
+    ASSERT_NE(focused, nullptr);
+    QTimer closer;
+    QObject::connect(&closer, &QTimer::timeout, [] {
+        if (QWidget* box = QApplication::activeModalWidget()) box->close();
+    });
+    closer.start(20);
+    press(u"print");
+    ASSERT_EQ(surroundings.plain.size(), 1);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(QApplication::focusWidget(), focused);
+}
+
+TEST_F(OutputTest, aHostMayCloseTheWindowInsideAnyDialog) {
+    const PrintChoice noPrinter{nullptr, nullptr, 1, 0, 1, 1};
+    const struct {
+        const char* name;
+        const char16_t* button;
+        QString file;
+        QStringList opened;
+    } kCases[] = {
+        {"print without a printer", u"print", {}, {u"print 1"_s}},
+        {"print to a file", u"print", path(u"a.pdf"_s), {u"print 1"_s}},
+        {"export", u"export", {}, {u"export"_s}},
+        {"set-up", nullptr, {}, {u"setup A4"_s}},
+    };
+    for (const auto& one : kCases) {
+        window.setPriza(db::Connection(connection->asConnection()));
+        window.Incarca(u"Import"_s, QDate(2003, 7, 15), {});
+        QCoreApplication::processEvents();
+        viewer = window.findChild<viewer::ReportViewer*>(u"CRW"_s);
+        load();
+        surroundings.answers.print = noPrinter;
+        surroundings.answers.printFile = one.file;
+        surroundings.answers.exported = {5, path(u"a.csv"_s)};
+        surroundings.answers.orientation = 1;
+        surroundings.answers.whileOpen = [this] { window.close(); };
+        if (one.button != nullptr)
+            press(one.button);
+        else
+            QTest::mouseClick(window.findChild<QWidget*>(u"Command1"_s), Qt::LeftButton);
+        surroundings.answers.whileOpen = nullptr;
+        const QStringList opened = takeOpened();
+        ASSERT_EQ(opened.size(), 1) << one.name;
+        EXPECT_TRUE(opened[0].startsWith(one.opened[0])) << one.name;
+        EXPECT_TRUE(files().isEmpty()) << one.name;
+        EXPECT_TRUE(surroundings.plain.isEmpty()) << one.name;
+        EXPECT_TRUE(surroundings.messages.messages.isEmpty()) << one.name;
+        EXPECT_FALSE(window.isLoaded()) << one.name;
+    }
+}
+
+TEST_F(OutputTest, outputsSpeakOfTheReportThatIsShown) {
+    window.findChild<controls::TickList*>(u"cmbDepozit"_s)->setTicked(0, true);
+    load();
+    const auto exported = [this] {
+        surroundings.answers.exported = {24, path(u"a.html"_s)};
+        press(u"export");
+        QFile file(path(u"a.html"_s));
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return QString::fromUtf8(file.readAll());
+    };
+    const QString before = exported();
+    ASSERT_TRUE(before.contains(u"Depozit"_s)) << before.toStdString();
+    const QString name = takeOpened().at(0).section(u'/', -1);
+    EXPECT_EQ(name, u"Facturi Import Furnizori 2003-07-01 - 2003-07-15.pdf"_s);
+
+    // A run that fails before it is handed over leaves the shown report; so does a second call.
+    window.findChild<QWidget*>(u"cmdViz"_s)->setFocus();
+    QTest::mouseClick(window.findChild<QWidget*>(u"cmdViz"_s), Qt::LeftButton);
+    window.findChild<controls::TickList*>(u"cmbDepozit"_s)->setTicked(0, false);
+    FakeAnswer bad = invoices;
+    bad.openError = base::Error(base::kStatementError, u"bad"_s);
+    connection->answer(u"AS TipRaport"_s, bad);
+    QTest::mouseClick(window.findChild<QWidget*>(u"Raport"_s), Qt::LeftButton);
+    ASSERT_EQ(surroundings.messages.messages.size(), 1);
+    EXPECT_EQ(exported(), before);
+    EXPECT_EQ(takeOpened().at(0).section(u'/', -1), name);
+
+    window.setPriza(db::Connection(connection->asConnection()));
+    window.Incarca(u"Export"_s, QDate(2003, 9, 20), {});
+    EXPECT_EQ(exported(), before);
+    EXPECT_EQ(takeOpened().at(0).section(u'/', -1), name);
+}
+
 TEST_F(OutputTest, theMenusOfTheViewersBoxesAreRomanian) {
     auto* search = viewer->findChild<QLineEdit*>(u"crwSearchBox"_s);
     ASSERT_NE(search, nullptr);
