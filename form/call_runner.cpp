@@ -66,6 +66,8 @@ bool isInput(QEvent::Type type) {
     }
 }
 
+bool isDrag(QEvent::Type type) { return type == QEvent::DragEnter || type == QEvent::DragMove || type == QEvent::Drop; }
+
 }  // namespace
 
 /// Ends a loop from another thread, as long as there is one.
@@ -114,7 +116,10 @@ protected:
         }
         // Whether a key is a shortcut is asked now; the shortcut itself waits like any other input.
         if (m_hostInput == HostInput::passed || event->type() == QEvent::ShortcutOverride) return false;
-        keep(*object, *event);
+        if (isDrag(event->type()))
+            event->ignore();  // what is dragged lives only as long as its event
+        else
+            keep(*object, *event);
         if (event->type() == QEvent::Close) event->ignore();
         return true;
     }

@@ -1,8 +1,10 @@
 #include "db/keeper.h"
 #include "form/form_fixture.h"
 
+#include <QDropEvent>
 #include <QElapsedTimer>
 #include <QLineEdit>
+#include <QMimeData>
 #include <QShortcut>
 #include <QSignalSpy>
 #include <QTimer>
@@ -426,6 +428,14 @@ TEST_F(StopsTest, inputOfTheHostWaitsForTheStatement) {
     hostWindow.show();
     QWidget second;
     second.show();
+    class DropTarget final : public QWidget {
+    public:
+        int drops = 0;
+
+    protected:
+        void dropEvent(QDropEvent*) override { ++drops; }
+    } target;
+    target.show();
     slow(kLookup, 700ms, false);
     giveFocus("txtCodAgent");
     QWidget* field = QApplication::focusWidget();
@@ -435,6 +445,9 @@ TEST_F(StopsTest, inputOfTheHostWaitsForTheStatement) {
         QTest::keyClick(hostWindow.windowHandle(), Qt::Key_H);
         QTest::keyClick(hostWindow.windowHandle(), Qt::Key_J, Qt::ControlModifier);
         second.close();
+        QMimeData dragged;  // gone when the drag is over
+        QDropEvent drop({}, Qt::CopyAction, &dragged, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&target, &drop);
         EXPECT_EQ(hostBox.text(), QString());
         EXPECT_EQ(shortcuts, 0);
         EXPECT_TRUE(second.isVisible());
@@ -444,6 +457,7 @@ TEST_F(StopsTest, inputOfTheHostWaitsForTheStatement) {
     QCoreApplication::processEvents();
     EXPECT_EQ(hostBox.text(), u"h"_s);
     EXPECT_EQ(shortcuts, 1);
+    EXPECT_EQ(target.drops, 0);
     EXPECT_FALSE(second.isVisible());
 }
 
