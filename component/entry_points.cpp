@@ -2,6 +2,8 @@
 #include "component/registration.h"
 #include "component/velcoran_factory.h"
 
+#include "db/keeper.h"
+
 // The declarations in the public header carry no visibility: a host includes the same header.
 #pragma GCC visibility push(default)
 #include <velcoran/velcoran.h>
@@ -20,7 +22,8 @@ __attribute__((visibility("default"))) com::HResult DllGetClassObject(const com:
 
 __attribute__((visibility("default"))) com::HResult DllCanUnloadNow() {
     return com::guarded([] {
-        const bool isIdle = com::livingObjects() == 0 && velcoran::component::component().window.release();
+        const bool isIdle = velcoran::db::keeper().isEmpty() && com::livingObjects() == 0 &&
+                            velcoran::component::component().window.release();
         return isIdle ? com::kOk : com::kFalse;
     });
 }

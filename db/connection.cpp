@@ -1,16 +1,16 @@
 #include "db/connection.h"
 
+#include "db/keeper.h"
 #include "platform/com/error_information.h"
 
 namespace velcoran::db {
 
 namespace {
 
-constexpr auto kNoConnectionText = "Object variable or With block variable not set";
-
 template <class Interface>
 Interface& require(const com::Ref<Interface>& object) {
-    if (!object) throw base::Error(base::kObjectNotSet, QString::fromLatin1(kNoConnectionText));
+    if (!object)
+        throw base::Error(base::kObjectNotSet, QStringLiteral("Conexiunea la baza de date nu este stabilită."));
     return *object;
 }
 
@@ -22,8 +22,18 @@ void check(com::HResult result, const com::Ref<Interface>& object) {
 /// A provider that reports success hands its object over; one that does not is treated as a failed one.
 template <class Interface>
 com::Ref<Interface> requireResult(com::Ref<Interface> object) {
-    if (!object) throw base::Error(base::kProviderFailure, QStringLiteral("The provider returned no object"));
+    if (!object)
+        throw base::Error(base::kProviderFailure, QStringLiteral("Furnizorul de date nu a întors niciun obiect."));
     return object;
+}
+
+/// A connection with a run that never came back takes no other call.
+IConnection& requireFree(const com::Ref<IConnection>& connection) {
+    if (connection && keeper().holds(connection.get())) {
+        throw base::Error(base::kInvalidProcedureCall,
+                          QStringLiteral("Conexiunea este ocupată: serverul nu a răspuns la oprirea unei interogări."));
+    }
+    return require(connection);
 }
 
 QList<Column> columnsOf(IRows& rows, const com::Ref<IRows>& owner) {
@@ -41,7 +51,7 @@ QList<Column> columnsOf(IRows& rows, const com::Ref<IRows>& owner) {
 }
 
 QString plainText(com::HResult result) {
-    return QStringLiteral("The provider failed with code 0x%1")
+    return QStringLiteral("Furnizorul de date a eșuat cu codul 0x%1.")
         .arg(static_cast<std::uint32_t>(result), 8, 16, QLatin1Char('0'));
 }
 
@@ -90,13 +100,13 @@ void Statement::cancel() const {
 
 Rows Connection::execute(const QString& text) const {
     com::Ref<IRows> rows;
-    check(require(m_connection).Execute(com::toText(text).get(), rows.receive()), m_connection);
+    check(requireFree(m_connection).Execute(com::toText(text).get(), rows.receive()), m_connection);
     return Rows(requireResult(std::move(rows)));
 }
 
 Rows Connection::openRowset(const QString& text) const {
     com::Ref<IRows> rows;
-    check(require(m_connection)
+    check(requireFree(m_connection)
               .OpenRowset(com::toText(text).get(), kCursorClient, kCursorKeyset, kLockOptimistic, rows.receive()),
           m_connection);
     return Rows(requireResult(std::move(rows)));
@@ -104,8 +114,13 @@ Rows Connection::openRowset(const QString& text) const {
 
 Statement Connection::prepare(const QString& text) const {
     com::Ref<IStatement> statement;
-    check(require(m_connection).Prepare(com::toText(text).get(), statement.receive()), m_connection);
+    check(requireFree(m_connection).Prepare(com::toText(text).get(), statement.receive()), m_connection);
     return Statement(requireResult(std::move(statement)));
+}
+
+void Connection::requireOpen() const {
+    if (require(m_connection).State() != kStateClosed) return;
+    throw base::Error(base::kInvalidConnection, QStringLiteral("Conexiunea la baza de date este închisă."));
 }
 
 void Connection::cancel() const {

@@ -72,11 +72,14 @@ public:
     [[nodiscard]] bool isNull() const { return !m_connection; }
     [[nodiscard]] const com::Ref<IConnection>& interface() const { return m_connection; }
 
-    /// Runs a statement and returns its forward rows.
+    /// Runs a statement and returns its forward rows. This and the two below fail with kInvalidProcedureCall while the
+    /// keeper holds a run on the connection.
     [[nodiscard]] Rows execute(const QString& text) const;
     /// Runs a statement for a client-side row set (keyset cursor, optimistic lock) and returns its forward rows.
     [[nodiscard]] Rows openRowset(const QString& text) const;
     [[nodiscard]] Statement prepare(const QString& text) const;
+    /// @throws Error kObjectNotSet without a connection, kInvalidConnection for a closed one
+    void requireOpen() const;
     /// Cancels what runs on the connection. From any thread.
     void cancel() const;
     /// True when execute and openRowset may be called from another thread than the window's.
@@ -94,13 +97,15 @@ public:
     virtual ~ICallRunner() = default;
     /// Runs a call to its end and lets its exception through.
     /// @param connection  what the call uses; cancelled when the user stops or closes the window
-    virtual void run(const Connection& connection, const std::function<void()>& call) = 0;
+    /// @param call        owns what it touches: a call that does not come back after a cancel goes on by itself
+    /// @throws Cancelled when the user stopped it or closed the window
+    virtual void run(const Connection& connection, std::function<void()> call) = 0;
 };
 
 /// Calls on the calling thread.
 class DirectCallRunner final : public ICallRunner {
 public:
-    void run(const Connection&, const std::function<void()>& call) override { call(); }
+    void run(const Connection&, std::function<void()> call) override { call(); }
 };
 
 }  // namespace velcoran::db

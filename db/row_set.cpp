@@ -23,15 +23,14 @@ struct RowSet::Data {
 namespace {
 
 [[noreturn]] void throwClosed() {
-    throw base::Error(base::kOperationOnClosedObject, u"Operation is not allowed when the object is closed"_s);
+    throw base::Error(base::kOperationOnClosedObject,
+                      u"Operațiunea nu este permisă: setul de înregistrări este închis."_s);
 }
 
-[[noreturn]] void throwNoRecord() {
-    throw base::Error(base::kNoCurrentRecord, u"Either BOF or EOF is true, or the current record has been deleted"_s);
-}
+[[noreturn]] void throwNoRecord() { throw base::Error(base::kNoCurrentRecord, u"Nu există o înregistrare curentă."_s); }
 
 [[noreturn]] void throwNoColumn(const QString& column) {
-    throw base::Error(base::kInvalidProcedureCall, u"There is no column named "_s + column);
+    throw base::Error(base::kInvalidProcedureCall, u"Nu există nicio coloană cu numele %1."_s.arg(column));
 }
 
 }  // namespace
@@ -49,13 +48,13 @@ RowSet& RowSet::operator=(RowSet&&) noexcept = default;
 
 void RowSet::open(const Connection& connection, const QString& text, ICallRunner& runner) {
     close();
-    auto data = std::make_unique<Data>();
-    runner.run(connection, [&] {
+    const auto data = std::make_shared<Data>();
+    runner.run(connection, [connection, text, data] {
         const Rows rows = connection.openRowset(text);
         for (const Column& column : rows.columns()) data->columns.append(column.name);
         while (const RowBlock* block = rows.fetch()) data->rows.append(*block);
     });
-    m_data = std::move(data);
+    m_data = data;
 }
 
 void RowSet::close() { m_data.reset(); }

@@ -51,7 +51,7 @@ public:
 
 private:
     struct Data;
-    std::unique_ptr<Data> m_data;
+    std::shared_ptr<Data> m_data;
 };
 
 }  // namespace velcoran::db

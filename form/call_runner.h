@@ -1,6 +1,9 @@
 #pragma once
 
 #include "db/connection.h"
+#include "db/worker.h"
+
+#include <optional>
 
 class QEventLoop;
 class QWidget;
@@ -9,13 +12,14 @@ namespace velcoran::form {
 
 /// Runs the window's statements. To the caller every call is synchronous; on a connection that allows it, the call runs
 /// on a worker, and a window that waits longer than a third of a second is painted again and can be cancelled: Esc in
-/// it and closing it cancel the statement. All other input is dropped meanwhile.
+/// it and closing it cancel the statement, all other input for it is dropped, and what the host's own windows get waits
+/// until the statement has ended. A driver that does not answer a cancel is left to the keeper.
 class CallRunner final : public db::ICallRunner {
 public:
     explicit CallRunner(QWidget& window) : m_window(window) {}
 
-    /// @throws what the call throws; Cancelled when the window was to be closed while it ran
-    void run(const db::Connection& connection, const std::function<void()>& call) override;
+    /// @throws what the call throws; Cancelled when the user stopped it, or closed the window while it ran
+    void run(const db::Connection& connection, std::function<void()> call) override;
     /// True while a statement of the window runs.
     [[nodiscard]] bool isRunning() const { return m_isRunning; }
     /// Cancels the running statement because the window is to close. Nothing happens when none runs.
@@ -24,10 +28,11 @@ public:
     [[nodiscard]] bool takeClosing();
 
 private:
-    class Worker;
+    class LoopEnd;
     class InputFilter;
 
-    void waitDispatching(const db::Connection& connection, Worker& worker, QEventLoop& loop);
+    static std::optional<db::Worker> start(const std::function<void()>& call, std::function<void()> over);
+    void waitDispatching(const db::Connection& connection, const db::Worker& worker, QEventLoop& loop);
 
     QWidget& m_window;
     bool m_isRunning = false;

@@ -94,7 +94,7 @@ ControlTree::ControlTree(QWidget& window, double density) : m_density(density) {
         textBox(one.field).setProperty("dataChanged", false);
     orderTabs();
     nameFields();
-    translateEditMenus(widget(Ctl::CRW));
+    completeTextBoxes(widget(Ctl::CRW));
 }
 
 ControlTree::~ControlTree() {

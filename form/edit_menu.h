@@ -4,7 +4,8 @@ class QWidget;
 
 namespace velcoran::form {
 
-/// Gives the toolkit's text boxes inside a widget their menu in Romanian; the toolkit makes it in English.
-void translateEditMenus(const QWidget& widget);
+/// Gives Qt's own text boxes inside a widget what the window's have: a menu in Romanian, and no character typed while
+/// Alt alone is held.
+void completeTextBoxes(const QWidget& widget);
 
 }  // namespace velcoran::form

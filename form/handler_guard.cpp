@@ -15,10 +15,8 @@ void HandlerGuard::run(const std::function<void()>& body) noexcept {
         body();
     } catch (const base::Cancelled&) {
         // The user stopped it: nothing to say.
-    } catch (const base::Error& error) {
-        m_failed(error);
-    } catch (const std::exception& exception) {
-        m_failed({base::kProviderFailure, QString::fromUtf8(exception.what())});
+    } catch (...) {
+        m_failed(base::currentError());
     }
 }
 

@@ -11,7 +11,7 @@ namespace velcoran::form {
 /// it still runs.
 class HandlerGuard {
 public:
-    /// @param failed  shows what a handler could not handle itself
+    /// @param failed  shows what a handler could not handle itself; throws nothing
     /// @param idle    called whenever the outermost handler has returned; throws nothing
     HandlerGuard(std::function<void(const base::Error&)> failed, std::function<void()> idle);
 

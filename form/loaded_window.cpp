@@ -18,7 +18,21 @@ LoadedWindow::LoadedWindow(std::unique_ptr<ControlTree> controls,
 /// The controls go first: what they still say reaches parts that are alive.
 LoadedWindow::~LoadedWindow() { m_controls.reset(); }
 
+void LoadedWindow::endStanding() {
+    m_controls->viewer().cancelLoading(true);
+    m_picker.cancel();
+    m_waitState.leaveStopped();
+}
+
+bool LoadedWindow::stopReport() {
+    viewer::ReportViewer& viewer = m_controls->viewer();
+    if (!viewer.isBusy()) return false;
+    viewer.stopLoading();
+    return true;
+}
+
 void LoadedWindow::detach() {
+    m_events.detach();
     m_picker.detach();
     m_controls->viewer().cancelLoading(false);
     m_controls->viewer().setReportSource(nullptr);

@@ -24,8 +24,11 @@ public:
 
     [[nodiscard]] ControlTree& controls() { return *m_controls; }
     void setUp(const SetupArguments& arguments) { runSetup(m_context, arguments); }
-    /// Cancels a report that loads, with its end-of-loading notification.
-    void cancelReport() { m_controls->viewer().cancelLoading(true); }
+    /// Ends what a call finds standing: a report that loads, with its end-of-loading notification; the picker, as Esc
+    /// closes it; the wait state of a failed run.
+    void endStanding();
+    /// Stops a report that loads, as the viewer's stop button does. @return false when none loads
+    bool stopReport();
     /// Stops everything for good, without notifications: the controls stand idle until they are destroyed.
     void detach();
 

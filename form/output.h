@@ -11,10 +11,10 @@ class ReportViewer;
 
 namespace velcoran::form {
 
-/// What is printed or exported: the report of the last run and the viewer that shows it. A report whose loading failed
-/// has no pages.
+/// What is printed or exported: the report that is shown, with the filters, the period and the kind that it was made
+/// with, whatever the controls say by now.
 struct OutputSubject {
-    std::shared_ptr<engine::Report> report;  ///< rptFacturi; null before the first run
+    std::shared_ptr<engine::Report> report;  ///< null while none is shown
     viewer::ReportViewer& viewer;
 };
 

@@ -42,7 +42,10 @@ Picker::Picker(const Context& context, FilterPanel& panel) : m_context(context),
     context.controls.frame(Ctl::fraGrid).setTag({});  // it has one from the start, empty until the first lookup
     controls::Grid& grid = context.controls.grid();
     grid.setKeyPressHandler([this](QChar character) { m_context.handlers.run([&] { onCharacter(character); }); });
-    connect(&grid, &controls::Grid::cellClicked, this, [this] { m_context.handlers.run([this] { pickCurrent(); }); });
+    connect(&grid, &controls::Grid::cellClicked, this, [this] {
+        m_secondPress.arm();
+        m_context.handlers.run([this] { pickCurrent(); });
+    });
 }
 
 void Picker::detach() {
@@ -102,8 +105,12 @@ void Picker::setWidths() {
 void Picker::onCharacter(QChar character) {
     if (!isOpen()) return;
     if (character == kEnter) return pickCurrent();
-    if (character == kEsc) return lookup::cancelPick(m_context.controls.frame(Ctl::fraGrid).tag(), *this);
+    if (character == kEsc) return cancel();
     typeAhead(character);
+}
+
+void Picker::cancel() {
+    if (isOpen()) lookup::cancelPick(m_context.controls.frame(Ctl::fraGrid).tag(), *this);
 }
 
 void Picker::showCaption(const QString& caption) {

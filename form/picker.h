@@ -3,6 +3,7 @@
 #include "form/context.h"
 #include "lookup/grid_model.h"
 #include "lookup/pick.h"
+#include "platform/controls/second_press.h"
 
 #include <QObject>
 
@@ -23,6 +24,8 @@ public:
     /// Enter in a lookup field: runs its lookup and opens the grid on what it finds, or says that there is nothing.
     void openLookup(filters::LookupField field);
     [[nodiscard]] bool isOpen() const;
+    /// Closes the open picker as Esc does.
+    void cancel();
     /// Lets go of the focus and of the rows: the window closes.
     void detach();
 
@@ -53,6 +56,7 @@ private:
     lookup::GridModel m_model;
     std::shared_ptr<db::RowSet> m_shown;  ///< what the grid shows: the last lookup with rows
     QMetaObject::Connection m_focusGuard;
+    controls::SecondPressGuard m_secondPress;
 };
 
 }  // namespace velcoran::form

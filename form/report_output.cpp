@@ -138,7 +138,8 @@ void ReportOutput::resetExportOptions() {
 
 QString ReportOutput::suggestedFile(const OutputSubject& subject) const {
     const QString period = subject.report ? subject.report->unboundFieldText(u"UnboundString6"_s) : QString();
-    const QString name = engine::suggestedFileName(m_window.windowTitle(), period, engine::kPdf);
+    const QString title = subject.report ? subject.report->fileTitle() : m_window.windowTitle();
+    const QString name = engine::suggestedFileName(title, period, engine::kPdf);
     return QDir(QFileInfo(m_memory.folder).isDir() ? m_memory.folder : documentsFolder()).filePath(name);
 }
 

@@ -1,6 +1,5 @@
 #include "form/report_run.h"
 
-#include "db/command.h"
 #include "form/wait_state.h"
 #include "report/hand_over.h"
 #include "report/output.h"
@@ -22,11 +21,11 @@ void ReportRun::run() {
     try {
         steps();
     } catch (const base::Cancelled&) {
+        // A preparation that the user stopped: the window is as it was before.
+        m_waitState.leaveStopped();
+    } catch (...) {
         m_waitState.restorePointer();
-        throw;
-    } catch (const base::Error& error) {
-        m_waitState.restorePointer();
-        const report::Message message = report::runFailureMessage(error, m_context.window.windowTitle());
+        const report::Message message = report::runFailureMessage(base::currentError(), m_context.window.windowTitle());
         m_context.members.show(message.text, message.style, message.title);
     }
 }
@@ -34,11 +33,21 @@ void ReportRun::run() {
 void ReportRun::steps() {
     if (isRefused()) return;
     tidyCodes();
+    db::Command cmdRaport = makeCommand();
     m_waitState.enter();
     const filters::FilterState state = collectState(m_context.members, m_context.controls);
-    handOver(state, report::assembleStatement(state, report::buildRequest(state)));
+    cmdRaport.commandText = report::assembleStatement(state, report::buildRequest(state));
+    handOver(state, cmdRaport);
     view();
     m_context.members.bRaportIncarcat = true;
+}
+
+/// A run without a connection, or with a closed one, ends here: the window stays as it was.
+db::Command ReportRun::makeCommand() const {
+    m_context.members.Priza.requireOpen();
+    db::Command command;
+    command.activeConnection = m_context.members.Priza;
+    return command;
 }
 
 bool ReportRun::isRefused() const {
@@ -54,18 +63,21 @@ void ReportRun::tidyCodes() {
 }
 
 /// The engine prepares the statement here: on a slow server the window stays alive meanwhile.
-void ReportRun::handOver(const filters::FilterState& state, const QString& sql) {
-    const db::Command cmdRaport{.activeConnection = m_context.members.Priza, .commandText = sql};
-    const report::HandOver plan = report::planHandOver(state, report::systemDateSeparator());
-    std::shared_ptr<engine::Report> made;
+void ReportRun::handOver(const filters::FilterState& state, const db::Command& cmdRaport) {
+    const report::HandOver plan =
+        report::planHandOver(state, report::systemDateSeparator(), m_context.window.windowTitle());
+    const auto made = std::make_shared<std::shared_ptr<engine::Report>>();
     try {
-        m_context.runner.run(m_context.members.Priza,
-                             [&] { report::handOver(plan, cmdRaport.activeConnection, cmdRaport, made); });
+        m_context.runner.run(cmdRaport.activeConnection, [plan, cmdRaport, made] {
+            report::handOver(plan, cmdRaport.activeConnection, cmdRaport, *made);
+        });
+    } catch (const base::Cancelled&) {
+        throw;  // the worker may still be at it
     } catch (...) {
-        m_context.members.rptFacturi = std::move(made);
+        m_context.members.rptFacturi = *made;
         throw;
     }
-    m_context.members.rptFacturi = std::move(made);
+    m_context.members.rptFacturi = *made;
 }
 
 void ReportRun::view() {

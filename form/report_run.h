@@ -2,6 +2,8 @@
 
 #include "form/context.h"
 
+#include "db/command.h"
+
 namespace velcoran::form {
 
 class WaitState;
@@ -11,14 +13,16 @@ class ReportRun {
 public:
     ReportRun(const Context& context, WaitState& waitState);
 
-    /// Every failure ends here: pointer restored, one message, the window stays as it is.
+    /// Every failure ends here, of whatever type: pointer restored, one message, the window stays as it is. A stop
+    /// leaves the wait state without a word.
     void run();
 
 private:
     void steps();
     [[nodiscard]] bool isRefused() const;
     void tidyCodes();
-    void handOver(const filters::FilterState& state, const QString& sql);
+    [[nodiscard]] db::Command makeCommand() const;
+    void handOver(const filters::FilterState& state, const db::Command& cmdRaport);
     void view();
 
     const Context& m_context;

@@ -1,6 +1,7 @@
 #include "form/rpt_stoc.h"
 
 #include "form/call_runner.h"
+#include "form/held_keys.h"
 #include "form/loaded_window.h"
 #include "form/surroundings.h"
 #include "form/window_icon.h"
@@ -12,6 +13,7 @@
 #include <QScreen>
 #include <QWindow>
 
+#include <optional>
 #include <vector>
 
 namespace velcoran::form {
@@ -33,6 +35,7 @@ public:
           handlers([this](const base::Error& error) { showFailure(error); }, [this] { onIdle(); }),
           runner(owner) {}
 
+    void requireIdle() const;
     void load();
     void unload();
     void destroyRetired();
@@ -58,9 +61,15 @@ private:
     void showFailure(const base::Error& error);
     void onIdle();
 
+    std::optional<HeldKeys> m_heldKeys;  ///< while the window is loaded
     /// Controls of closed windows, kept until no handler of theirs can be running any more.
     std::vector<std::unique_ptr<LoadedWindow>> m_retired;
 };
+
+void RptStoc::Private::requireIdle() const {
+    if (runner.isRunning())
+        throw base::Error(base::kInvalidProcedureCall, u"Fereastra raportului execută o interogare."_s);
+}
 
 void RptStoc::Private::load() {
     destroyRetired();
@@ -74,10 +83,12 @@ void RptStoc::Private::load() {
                            surroundings, handlers, hourglass, [this] { m_window.CloseForm(); }};
         });
     loaded->controls().followSize(m_window.size());
+    m_heldKeys.emplace(m_window, [this] { return loaded && loaded->stopReport(); });
 }
 
 void RptStoc::Private::unload() {
     if (!loaded) return;
+    m_heldKeys.reset();
     std::unique_ptr<LoadedWindow> old = std::move(loaded);
     old->detach();
     hourglass.reset();
@@ -116,7 +127,7 @@ RptStoc::RptStoc(Surroundings& surroundings)
     // Whether the host's program ends with its last window is the host's business.
     setAttribute(Qt::WA_QuitOnClose, false);
     setWindowTitle(kDesignedCaption.toString());
-    setWindowIcon(windowIcon());
+    setWindowIcon(form::windowIcon());  // the widget's own function of that name hides ours
 }
 
 RptStoc::~RptStoc() {
@@ -124,18 +135,21 @@ RptStoc::~RptStoc() {
     m_private->destroyRetired();
 }
 
-void RptStoc::setPriza(db::Connection priza) { m_private->members.Priza = std::move(priza); }
+void RptStoc::setPriza(db::Connection priza) {
+    m_private->requireIdle();
+    m_private->members.Priza = std::move(priza);
+}
 
 bool RptStoc::isLoaded() const { return m_private->loaded != nullptr; }
 
 bool RptStoc::isInUse() const { return isLoaded() || !m_private->handlers.isIdle() || m_private->runner.isRunning(); }
 
 void RptStoc::Incarca(const QString& argTipRaport, QDate DataProgram, const QString& Soc) {
-    if (m_private->runner.isRunning())
-        throw base::Error(base::kInvalidProcedureCall, u"Fereastra execută o interogare"_s);
+    m_private->requireIdle();
     if (!isLoaded()) m_private->load();
     const HandlerGuard::Scope scope(m_private->handlers);
-    m_private->loaded->cancelReport();
+    m_private->loaded->endStanding();
+    if (!isLoaded()) throw base::Cancelled();
     m_private->loaded->setUp({argTipRaport, DataProgram, Soc});
 }
 

@@ -46,9 +46,10 @@ public:
     ~RptStoc() override;
 
     /// Gives the window the host's connection; called just before Incarca. Shared, not tested; may be null.
+    /// @throws Error kInvalidProcedureCall while a statement of the window runs; it keeps its connection then
     void setPriza(db::Connection priza);
-    /// Loads the window where it is not loaded, shows it and sets it up for a report kind. A report that loads is
-    /// cancelled first.
+    /// Loads the window where it is not loaded, shows it and sets it up for a report kind. What is left standing ends
+    /// first: a report that loads, an open picker, the wait state of a failed run.
     /// @param argTipRaport  "Import" or "Export", compared exactly; any other value gives a mixed window
     /// @throws Error of a failing step; the window stays as far as it got. Error kInvalidProcedureCall when called
     /// while

@@ -2,10 +2,10 @@
 
 #include "db/row_store.h"
 #include "filters/codes.h"
+#include "form/activate_window.h"
 #include "form/setup_values.h"
 #include "form/surroundings.h"
 
-#include <QApplication>
 #include <QWidget>
 
 namespace velcoran::form {
@@ -76,42 +76,23 @@ void Setup::run() {
     for (const auto step : kSteps) (this->*step)();
 }
 
-/// A platform that has not noticed the hiding of a window takes its activation for nothing new.
-void activate(QWidget& window) {
-    window.activateWindow();
-    if (QApplication::activeWindow() == &window || QGuiApplication::focusWindow() != window.windowHandle()) return;
-    QT_WARNING_PUSH
-    QT_WARNING_DISABLE_DEPRECATED
-    QApplication::setActiveWindow(&window);
-    QT_WARNING_POP
-}
-
 void Setup::show() {
     QWidget& window = m_context.window;
     const bool isAppearing = !window.isVisible();
     window.show();
     if (!isAppearing) window.raise();
-    activate(window);
+    activateWindow(window);
     if (isAppearing) m_controls.widget(Ctl::cmbTipRaport).setFocus();
 }
 
 void Setup::readYear() {
-    std::optional<QString> year;
-    bool isEmpty = true;
-    m_context.runner.run(m_members.Priza, [&] {
-        const db::Rows rows = m_members.Priza.execute(u"SELECT An FROM An"_s);
-        const RowBlock* block = rows.fetch(1);
-        if (block == nullptr) return;
-        isEmpty = false;
-        db::RowStore store;
-        store.append(*block);
-        year = store.text(0, 0);
+    const auto years = std::make_shared<db::RowStore>();
+    m_context.runner.run(m_members.Priza, [priza = m_members.Priza, years] {
+        const db::Rows rows = priza.execute(u"SELECT An FROM An"_s);
+        if (const RowBlock* block = rows.fetch(1)) years->append(*block);
     });
-    if (isEmpty) {
-        throw base::Error(base::kNoCurrentRecord,
-                          u"Either BOF or EOF is true, or the current record has been deleted"_s);
-    }
-    m_members.iAn = yearOf(year);
+    if (years->rowCount() == 0) throw base::Error(base::kNoCurrentRecord, u"Tabela An nu are nicio înregistrare."_s);
+    m_members.iAn = yearOf(years->text(0, 0));
 }
 
 void Setup::maximize() {
@@ -149,7 +130,8 @@ void Setup::fillWarehouses() {
     db::RowSet& rows = *m_members.rsQuery;
     rows.open(m_members.Priza, kWarehouseStatement.toString(), m_context.runner);
     QStringList items;
-    for (rows.moveFirst(); !rows.isEof(); rows.moveNext()) items.append(rows.field(0).value_or(QString()));
+    for (rows.moveFirst(); !rows.isEof(); rows.moveNext())
+        if (const std::optional<QString> item = rows.field(0)) items.append(*item);
     rows.close();
     m_members.rsQuery.reset();
     m_controls.warehouses().fill(items, 0);

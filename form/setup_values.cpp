@@ -11,16 +11,21 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-[[noreturn]] void throwOverflow() { throw base::Error(base::kOverflow, u"Overflow"_s); }
+/// The years of SQL Server's date-times; the period runs a month into the year after the last.
+constexpr std::int16_t kFirstYear = 1753;
+constexpr std::int16_t kLastYear = 9998;
+
+[[noreturn]] void throwOverflow() { throw base::Error(base::kOverflow, u"Anul de lucru este prea mare."_s); }
 
 }  // namespace
 
 std::int16_t yearOf(const std::optional<QString>& text) {
     using Limits = std::numeric_limits<std::int16_t>;
-    if (!text.has_value()) throw base::Error(base::kInvalidUseOfNull, u"Invalid use of Null"_s);
+    if (!text.has_value()) throw base::Error(base::kInvalidUseOfNull, u"Anul de lucru lipsește din tabela An."_s);
     bool isNumber = false;
     const double value = text->toDouble(&isNumber);
-    if (!isNumber || std::isnan(value)) throw base::Error(base::kTypeMismatch, u"Type mismatch"_s);
+    if (!isNumber || std::isnan(value))
+        throw base::Error(base::kTypeMismatch, u"Anul de lucru din tabela An nu este un număr."_s);
     const double rounded = std::nearbyint(value);
     if (rounded < Limits::min() || rounded > Limits::max()) throwOverflow();
     return static_cast<std::int16_t>(rounded);
@@ -28,9 +33,10 @@ std::int16_t yearOf(const std::optional<QString>& text) {
 
 Period periodOf(std::int16_t iAn, QDate workingDate) {
     if (iAn == std::numeric_limits<std::int16_t>::max()) throwOverflow();
+    if (iAn < kFirstYear || iAn > kLastYear) {
+        throw base::Error(base::kInvalidProcedureCall, u"Anul de lucru %1 nu poate fi folosit."_s.arg(iAn));
+    }
     const Period period{QDate(iAn, 1, 1), QDate(iAn + 1, 1, 31), QDate(iAn, workingDate.month(), 1), workingDate};
-    if (!period.minimum.isValid() || !period.maximum.isValid() || !period.deLaData.isValid())
-        throw base::Error(base::kInvalidProcedureCall, u"Invalid procedure call or argument"_s);
     Period bounded = period;
     if (workingDate < period.minimum || workingDate > period.maximum) bounded.laData = period.minimum;
     return bounded;

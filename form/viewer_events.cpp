@@ -1,8 +1,11 @@
 #include "form/viewer_events.h"
 
+#include "form/activate_window.h"
 #include "form/surroundings.h"
 #include "form/wait_state.h"
 #include "report/output.h"
+
+#include <QPointer>
 
 namespace velcoran::form {
 
@@ -56,7 +59,9 @@ void ViewerEvents::connectViewer() {
 
 bool ViewerEvents::isPickerOpen() const { return !m_context.controls.widget(Ctl::fraGrid).isHidden(); }
 
-OutputSubject ViewerEvents::subject() const { return {m_context.members.rptFacturi, m_context.controls.viewer()}; }
+OutputSubject ViewerEvents::subject() const {
+    return {m_context.controls.viewer().shownReport(), m_context.controls.viewer()};
+}
 
 /// The focus leaves the panel first, so that it does not wander through the controls that go with it.
 void ViewerEvents::hideFilters() {
@@ -76,26 +81,41 @@ void ViewerEvents::setUpPrinter() {
     ReportViewer& viewer = m_context.controls.viewer();
     if (viewer.isBusy() || !m_context.members.bRaportIncarcat || isPickerOpen() || !m_output) return;
     m_output->printerSetup(subject());
-    viewer.refreshEx(false);
+    if (!m_isDetached) viewer.refreshEx(false);
 }
 
 void ViewerEvents::print() {
     if (!m_output) return;
     try {
         m_output->printOut(subject());
-    } catch (const base::Error& error) {
+    } catch (const base::Cancelled&) {
+        // The user gave up, or stopped it.
+    } catch (...) {
+        const base::Error error = base::currentError();
+        if (m_isDetached) return;  // closed from outside while the dialog was open
         if (report::isPrinterSetupNeeded(error)) return setUpPrinter();
-        m_context.surroundings.showPlainMessage(m_context.window, report::printFailureText(error));
+        showPlainMessage(report::printFailureText(error));
     }
+}
+
+/// The plain box gives the focus back to what had it; not every platform does that by itself.
+void ViewerEvents::showPlainMessage(const QString& text) {
+    const QPointer<QWidget> focused = m_context.window.focusWidget();
+    m_context.surroundings.showPlainMessage(m_context.window, text);
+    if (m_isDetached || !focused) return;
+    activateWindow(m_context.window);
+    focused->setFocus();
 }
 
 void ViewerEvents::exportReport() {
     if (!m_output) return;
     try {
         exportChosen();
-    } catch (const base::Error& error) {
+    } catch (const base::Cancelled&) {
         m_output->resetExportOptions();
-        const report::Message message = report::exportFailureMessage(error);
+    } catch (...) {
+        m_output->resetExportOptions();
+        const report::Message message = report::exportFailureMessage(base::currentError());
         m_context.members.show(message.text, message.style, message.title);
     }
 }
@@ -103,7 +123,7 @@ void ViewerEvents::exportReport() {
 void ViewerEvents::exportChosen() {
     m_output->resetExportOptions();
     m_output->promptForExportOptions(subject());
-    if (report::isRefusedFormat(m_output->formatType())) return m_output->resetExportOptions();
+    if (m_isDetached || report::isRefusedFormat(m_output->formatType())) return m_output->resetExportOptions();
     m_output->exportReport(subject());
 }
 

@@ -13,6 +13,9 @@ public:
     ViewerEvents(const Context& context, WaitState& waitState);
     ~ViewerEvents();
 
+    /// The window closes: a command whose dialog is still open does nothing more.
+    void detach() { m_isDetached = true; }
+
 private:
     void connectButtons();
     void connectViewer();
@@ -20,6 +23,7 @@ private:
     void showFilters();
     void setUpPrinter();
     void print();
+    void showPlainMessage(const QString& text);
     void exportReport();
     void exportChosen();
     void showFieldValue(const QStringList& fields);
@@ -29,6 +33,7 @@ private:
     const Context& m_context;
     WaitState& m_waitState;
     std::unique_ptr<IOutput> m_output;
+    bool m_isDetached = false;
 };
 
 }  // namespace velcoran::form

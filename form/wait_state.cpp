@@ -17,7 +17,8 @@ void WaitState::enter() {
     const ControlTree& tree = m_context.controls;
     m_context.hourglass.set();
     // Nothing is left to be worked but the viewer's stop button: no disabled control is to hand its focus on.
-    if (QWidget* focused = m_context.window.focusWidget()) focused->clearFocus();
+    m_focused = m_context.window.focusWidget();
+    if (m_focused) m_focused->clearFocus();
     enableButtons(false);
     tree.widget(Ctl::frmEnable).setEnabled(false);
     setMessageFont();
@@ -33,19 +34,30 @@ void WaitState::showReading() {
     m_context.window.repaint();
 }
 
-void WaitState::leave() {
+void WaitState::release() {
     const ControlTree& tree = m_context.controls;
-    if (!tree.widget(Ctl::fraGrid).isHidden()) return;
     m_context.hourglass.reset();
     tree.widget(Ctl::fraMesaj).hide();
     enableButtons(true);
     tree.widget(Ctl::Command1).setEnabled(true);
     tree.widget(Ctl::cmdViz).setEnabled(true);
     tree.widget(Ctl::frmEnable).setEnabled(true);
-    tree.widget(Ctl::frmEnable).hide();
     m_context.controls.setCaption(Ctl::Label2, layoutOf(Ctl::Label2).caption.toString());
+}
+
+void WaitState::leave() {
+    const ControlTree& tree = m_context.controls;
+    if (!tree.widget(Ctl::fraGrid).isHidden()) return;
+    release();
+    tree.widget(Ctl::frmEnable).hide();
     m_context.window.repaint();
     tree.viewer().setFocus();
+}
+
+void WaitState::leaveStopped() {
+    if (m_context.controls.widget(Ctl::fraMesaj).isHidden()) return;
+    release();
+    if (m_focused && m_context.window.focusWidget() == nullptr) m_focused->setFocus();
 }
 
 }  // namespace velcoran::form

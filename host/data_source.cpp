@@ -1,5 +1,6 @@
 #include "host/data_source.h"
 
+#include "db/fence.h"
 #include "db/odbc/connection.h"
 #include "db/odbc/connection_text.h"
 #include "db/sqlite/database.h"
@@ -9,10 +10,10 @@ namespace velcoran::host {
 OpenedConnection openSource(const DataSource& source) {
     if (source.odbc.isEmpty()) {
         com::Ref<IConnection> connection = sqlite::openDatabase(source.file);
-        return {connection, [connection] { sqlite::closeDatabase(connection); }};
+        return {db::fenceConnection(connection), [connection] { sqlite::closeDatabase(connection); }};
     }
     com::Ref<IConnection> connection = odbc::openConnection(odbc::resolveConnectionText(source.odbc));
-    return {connection, [connection] { odbc::closeConnection(connection); }};
+    return {db::fenceConnection(connection), [connection] { odbc::closeConnection(connection); }};
 }
 
 }  // namespace velcoran::host

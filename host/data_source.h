@@ -20,6 +20,7 @@ struct OpenedConnection {
     std::function<void()> close;
 };
 
+/// Opens it behind the fence that lets the window's statements through and nothing else.
 /// @throws Error of the provider, without secrets of a connection text
 [[nodiscard]] OpenedConnection openSource(const DataSource& source);
 

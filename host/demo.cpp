@@ -1,6 +1,7 @@
 #include "host/commands.h"
 #include "host/demo_window.h"
 #include "host/dialogs.h"
+#include "host/file_export.h"
 #include "host/plain_box_watch.h"
 #include "host/viewer_client.h"
 #include "host/window_input.h"
@@ -52,10 +53,6 @@ void choosePeriod() {
     }
 }
 
-void failOnMessage(DialogScript& dialogs) {
-    for (const RecordedMessage& message : dialogs.takeMessages()) fail(message.text.simplified());
-}
-
 /// Works one report as a person does, and leaves its pictures and its PDF file in a folder.
 void produceReport(DialogScript& dialogs, const QDir& folder, const QString& name) {
     QWidget* window = loadedWindow();
@@ -72,7 +69,7 @@ void produceReport(DialogScript& dialogs, const QDir& folder, const QString& nam
     deliverEvents();
     takePicture(*window, folder.filePath(name + u"-report.png"_s));
     const QString pdf = folder.filePath(name + u".pdf"_s);
-    exportPdf(pdf);
+    exportFile(dialogs, pdf);
     announce(pdf);
 }
 

@@ -1,6 +1,7 @@
 #include "host/commands.h"
 #include "host/component_client.h"
 #include "host/dialogs.h"
+#include "host/file_export.h"
 #include "host/plain_box_watch.h"
 #include "host/viewer_client.h"
 #include "host/window_input.h"
@@ -8,9 +9,7 @@
 
 #include "base/error.h"
 
-#include <QDateTime>
 #include <QDir>
-#include <QFileInfo>
 #include <QWidget>
 
 using namespace Qt::StringLiterals;
@@ -133,32 +132,12 @@ void fillFilters(const ExportRequest& request) {
     if (request.hasTotals) tick(u"chkTotale"_s);
 }
 
-void failOnMessage(DialogScript& dialogs) {
-    for (const RecordedMessage& message : dialogs.takeMessages()) fail(message.text.simplified());
-}
-
 void produce(DialogScript& dialogs) {
     clickControl(control(u"Raport"_s));
     if (!waitForViewer(kPatience)) fail(u"the report took too long"_s);
     failOnMessage(dialogs);
-    if (!viewer()->property("hasReport").toBool()) {
-        const QStringList said = pageLines(1);
-        fail(said.isEmpty() ? u"the report could not be loaded"_s : said.join(u' '));
-    }
-}
-
-void writeFile(DialogScript& dialogs, const QString& path) {
-    const QString ending = QFileInfo(path).suffix();
-    if (ending.compare(u"pdf"_s, Qt::CaseInsensitive) == 0) return exportPdf(path);
-    // What stands in the place is no proof of a new file.
-    const QDateTime before = QFileInfo(path).lastModified();
-    dialogs.prepare(u"export"_s, {{u"format"_s, ending}, {u"file"_s, path}});
-    actOnViewer(u"export"_s);
-    deliverEvents();
-    failOnMessage(dialogs);
-    const QFileInfo written(path);
-    if (!written.exists() || (before.isValid() && written.lastModified() == before))
-        fail(u"%1 was not written: no such format, or the place cannot be written to"_s.arg(path));
+    if (const auto failure = loadFailure()) throw *failure;
+    if (viewer() == nullptr || !viewer()->property("hasReport").toBool()) fail(u"the loading was stopped"_s);
 }
 
 }  // namespace
@@ -181,7 +160,7 @@ int runExport(const Options& options) {
     fillFilters(request);
     failOnMessage(*dialogs);
     produce(*dialogs);
-    writeFile(*dialogs, path);
+    exportFile(*dialogs, path);
     window->close();
     return kStatusDone;
 }

@@ -3,8 +3,6 @@
 #include "host/window_input.h"
 #include "host/window_view.h"
 
-#include "base/error.h"
-
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QTimer>
@@ -35,11 +33,12 @@ QStringList pageLines(int page) {
     return lines;
 }
 
-void exportPdf(const QString& file) {
-    const QVariant answer = actOnViewer(u"exportPdf"_s, {{u"file"_s, file}});
-    if (answer.typeId() == QMetaType::Bool && answer.toBool()) return;
-    const QString words = answer.toString();
-    throw base::Error(base::kPathAccess, words.isEmpty() ? file + u" was not written"_s : words);
+std::optional<base::Error> loadFailure() {
+    QVariant failure;
+    if (QWidget* shown = viewer()) QMetaObject::invokeMethod(shown, "failure", Q_RETURN_ARG(QVariant, failure));
+    if (!failure.isValid()) return std::nullopt;
+    const QVariantMap members = failure.toMap();
+    return base::Error(members.value(u"number"_s).toInt(), members.value(u"description"_s).toString());
 }
 
 QList<Format> exportFormats() {

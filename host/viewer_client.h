@@ -1,10 +1,13 @@
 #pragma once
 
+#include "base/error.h"
 #include "host/dialogs.h"
 
 #include <QJsonValue>
 #include <QStringList>
 #include <QVariantMap>
+
+#include <optional>
 
 namespace velcoran::host {
 
@@ -16,8 +19,8 @@ QVariant actOnViewer(const QString& action, const QVariantMap& arguments = {});
 [[nodiscard]] QJsonValue shownReport();
 /// The text of one page, from 1; empty for no such page.
 [[nodiscard]] QStringList pageLines(int page);
-/// Writes the shown report as a PDF file, without a dialog. @throws Error with the viewer's words
-void exportPdf(const QString& file);
+/// Why the last load failed; nothing when it did not.
+[[nodiscard]] std::optional<base::Error> loadFailure();
 /// The formats of the export dialog, in its order.
 [[nodiscard]] QList<Format> exportFormats();
 

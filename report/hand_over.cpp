@@ -22,8 +22,9 @@ void setTexts(engine::Report& report, const QList<TextReplacement>& replacements
 
 }  // namespace
 
-HandOver planHandOver(const filters::FilterState& state, QStringView dateSeparator) {
+HandOver planHandOver(const filters::FilterState& state, QStringView dateSeparator, const QString& caption) {
     HandOver plan;
+    plan.fileTitle = caption;
     if (isPartnerEntry(state.cmbTipRaport)) {
         plan.definition = u"CRFacturiImport"_s;
         if (state.cmbTipRaport == u"Client") {
@@ -50,6 +51,7 @@ void handOver(const HandOver& plan, const db::Connection& priza, const db::Comma
     rptFacturi->setUnboundFieldSource(u"UnboundString6"_s, plan.periodSource);
     setTexts(*rptFacturi, plan.titleTexts);
     rptFacturi->setFilterLines(plan.filtersInForce);
+    rptFacturi->setFileTitle(plan.fileTitle);
     if (plan.option != 0) rptFacturi->setOption(plan.option);
 }
 

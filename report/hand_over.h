@@ -34,13 +34,15 @@ struct HandOver {
     QString periodSource;                      ///< source of UnboundString6
     QList<TextReplacement> titleTexts;         ///< after the fields are bound
     QStringList filtersInForce;                ///< lines for the exports
+    QString fileTitle;                         ///< what files of the report are called: the window's caption
     int option = 0;                            ///< 1 for a total report; 0 leaves the option alone
 };
 
 /// The choice of definition, texts and option. The partner headings follow the list text "Client", the day heading and
 /// the title the report kind "Export": two tests on purpose, a kind that is neither keeps the designed texts.
-/// @param dateSeparator  systemDateSeparator()
-[[nodiscard]] HandOver planHandOver(const filters::FilterState& state, QStringView dateSeparator);
+/// @param dateSeparator  systemDateSeparator() @param caption  of the window, which names the kind
+[[nodiscard]] HandOver planHandOver(const filters::FilterState& state, QStringView dateSeparator,
+                                    const QString& caption = {});
 
 /// Makes the report of a plan and prepares it for the viewer: texts, data source, binding, period, title, option.
 /// @param rptFacturi  gets the new instance first of all and keeps it when a later step fails

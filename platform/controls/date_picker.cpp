@@ -115,7 +115,10 @@ void DatePicker::openCalendar() {
         m_popup = std::make_unique<CalendarPopup>(this);
         m_popup->installEventFilter(this);
         const auto pick = [this](QDate picked) { enter(picked); };
-        connect(m_popup->calendar(), &QCalendarWidget::clicked, this, pick);
+        connect(m_popup->calendar(), &QCalendarWidget::clicked, this, [this](QDate picked) {
+            m_secondPress.arm();
+            enter(picked);
+        });
         connect(m_popup->calendar(), &QCalendarWidget::activated, this, pick);
     }
     QCalendarWidget* calendar = m_popup->calendar();

@@ -2,6 +2,7 @@
 
 #include "platform/controls/control.h"
 #include "platform/controls/date_sections.h"
+#include "platform/controls/second_press.h"
 
 class QCalendarWidget;
 
@@ -61,6 +62,7 @@ private:
 
     DateSections m_sections;
     std::unique_ptr<CalendarPopup> m_popup;
+    SecondPressGuard m_secondPress;
     std::shared_ptr<void> m_accessibility;
 };
 

@@ -21,6 +21,11 @@ namespace {
 constexpr int kMaxOpenRows = 8;
 constexpr int kTextMargin = 4;
 
+bool isTyped(const QKeyEvent& key) {
+    return !key.text().isEmpty() && key.text().front().isPrint() &&
+           !(key.modifiers() & (Qt::ControlModifier | Qt::AltModifier));
+}
+
 }  // namespace
 
 /// The open list: a window of its own that closes on a press outside.
@@ -56,7 +61,7 @@ DropDownList::DropDownList(QWidget* parent) : ControlOf(parent), m_accessibility
     setFocusPolicy(Qt::StrongFocus);
     connect(this, &QComboBox::currentIndexChanged, this, [this](int index) {
         if (m_isFilling) return;
-        if (!m_isCompleting) m_typed.clear();
+        m_typed.clear();
         update();
         emit changed(index);
     });
@@ -138,6 +143,7 @@ void DropDownList::showPopup() {
     list->addItems(items());
     for (int row = 0; row < list->count(); ++row) list->item(row)->setSizeHint(QSize(0, fontMetrics().height() + 2));
     list->setCurrentRow(currentIndex());
+    m_typed.clear();
     placePopup();
     m_popup->show();
     list->scrollToItem(list->currentItem());
@@ -158,6 +164,7 @@ void DropDownList::placePopup() {
 }
 
 void DropDownList::hidePopup() {
+    if (isOpen()) m_typed.clear();
     if (m_popup) m_popup->hide();
     update();
 }
@@ -168,11 +175,15 @@ void DropDownList::pickHighlighted() {
     if (row >= 0) setCurrentIndex(row);
 }
 
-// The keys of the open list; true when the key is done.
+void DropDownList::mark(int row) {
+    m_typed.clear();
+    m_popup->list()->setCurrentRow(row);
+}
+
+// The keys of the open list move its mark and nothing else; true when the key is done. Tab goes on as in a closed list.
 bool DropDownList::handlePopupKey(QKeyEvent& key) {
-    QListWidget* list = m_popup->list();
-    const int last = list->count() - 1;
-    const int row = list->currentRow();
+    const int last = count() - 1;
+    const int row = m_popup->list()->currentRow();
     const bool isAlt = key.modifiers() & Qt::AltModifier;
     switch (key.key()) {
         case Qt::Key_Up:
@@ -180,19 +191,20 @@ bool DropDownList::handlePopupKey(QKeyEvent& key) {
             if (isAlt)
                 pickHighlighted();
             else
-                list->setCurrentRow(qBound(0, row + (key.key() == Qt::Key_Up ? -1 : 1), last));
+                mark(qBound(0, row + (key.key() == Qt::Key_Up ? -1 : 1), last));
             return true;
         case Qt::Key_Home:
-            list->setCurrentRow(0);
+        case Qt::Key_Delete:
+            mark(0);
             return true;
         case Qt::Key_End:
-            list->setCurrentRow(last);
+            mark(last);
             return true;
         case Qt::Key_PageUp:
-            list->setCurrentRow(qMax(0, row - kMaxOpenRows + 1));
+            mark(qMax(0, row - kMaxOpenRows + 1));
             return true;
         case Qt::Key_PageDown:
-            list->setCurrentRow(qMin(last, row + kMaxOpenRows - 1));
+            mark(qMin(last, row + kMaxOpenRows - 1));
             return true;
         case Qt::Key_Return:
         case Qt::Key_Enter:
@@ -207,7 +219,8 @@ bool DropDownList::handlePopupKey(QKeyEvent& key) {
             pickHighlighted();
             return false;
         default:
-            return false;
+            if (isTyped(key)) completeTyped(key.text());
+            return true;
     }
 }
 
@@ -245,7 +258,10 @@ bool DropDownList::eventFilter(QObject* object, QEvent* event) {
     if (!isMove && !isRelease) return event->type() == QEvent::MouseButtonPress;
     const auto* item = list->itemAt(static_cast<QMouseEvent*>(event)->position().toPoint());
     if (item != nullptr) list->setCurrentItem(const_cast<QListWidgetItem*>(item));
-    if (isRelease && item != nullptr) pickHighlighted();
+    if (isRelease && item != nullptr && static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {
+        m_secondPress.arm();
+        pickHighlighted();
+    }
     return true;
 }
 
@@ -276,19 +292,30 @@ bool DropDownList::moveChoice(int key) {
     }
 }
 
-// The characters go in one by one; the first that no item continues ends it.
+int DropDownList::itemThatStarts(const QString& start) const {
+    int found = 0;
+    while (found < count() && !itemText(found).startsWith(start, Qt::CaseInsensitive)) ++found;
+    return found < count() ? found : -1;
+}
+
+// The characters go in one by one; one that no item continues starts the search anew.
 void DropDownList::completeTyped(const QString& typed) {
     for (const QChar character : typed) {
-        const QString start = m_typed + character;
-        int found = 0;
-        while (found < count() && !itemText(found).startsWith(start, Qt::CaseInsensitive)) ++found;
-        if (found == count()) return;
+        QString start = m_typed + character;
+        int found = itemThatStarts(start);
+        if (found < 0) {
+            start = character;
+            found = itemThatStarts(start);
+        }
+        if (found < 0) continue;
+        if (isOpen()) {
+            mark(found);
+        } else {
+            const QPointer<DropDownList> alive = this;
+            setCurrentIndex(found);
+            if (!alive) return;
+        }
         m_typed = start;
-        const QPointer<DropDownList> alive = this;
-        m_isCompleting = true;
-        setCurrentIndex(found);
-        if (!alive) return;
-        m_isCompleting = false;
     }
     update();
 }
@@ -296,15 +323,13 @@ void DropDownList::completeTyped(const QString& typed) {
 void DropDownList::keyPressEvent(QKeyEvent* event) {
     const bool isAlt = event->modifiers() & Qt::AltModifier;
     const bool isUpOrDown = event->key() == Qt::Key_Up || event->key() == Qt::Key_Down;
-    const QString typed = event->text();
-    const bool isText = !typed.isEmpty() && typed.front().isPrint() && !(event->modifiers() & Qt::ControlModifier);
     event->accept();
     if (event->key() == Qt::Key_F4 || (isAlt && isUpOrDown))
         showPopup();
     else if (event->key() == Qt::Key_Backspace)
         m_typed.chop(1), update();
-    else if (isText && !isAlt)
-        completeTyped(typed);
+    else if (isTyped(*event))
+        completeTyped(event->text());
     else if (!moveChoice(event->key()))
         event->ignore();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/controls/control.h"
+#include "platform/controls/second_press.h"
 
 #include <QComboBox>
 
@@ -64,6 +65,8 @@ private:
 
     bool moveChoice(int key);
     void completeTyped(const QString& typed);
+    [[nodiscard]] int itemThatStarts(const QString& start) const;
+    void mark(int row);
     void placePopup();
     void pickHighlighted();
     bool handlePopupKey(QKeyEvent& key);
@@ -71,8 +74,8 @@ private:
     std::shared_ptr<void> m_accessibility;
     QString m_typed;  ///< start of the chosen item that was typed
     std::unique_ptr<Popup> m_popup;
+    SecondPressGuard m_secondPress;
     bool m_isFilling = false;
-    bool m_isCompleting = false;
 };
 
 }  // namespace velcoran::controls

@@ -50,22 +50,6 @@ private:
     Grid* m_grid;
 };
 
-bool isNavigation(int key) {
-    switch (key) {
-        case Qt::Key_Up:
-        case Qt::Key_Down:
-        case Qt::Key_Left:
-        case Qt::Key_Right:
-        case Qt::Key_PageUp:
-        case Qt::Key_PageDown:
-        case Qt::Key_Home:
-        case Qt::Key_End:
-            return true;
-        default:
-            return false;
-    }
-}
-
 }  // namespace
 
 Grid::Grid(QWidget* parent) : ControlOf(parent) {
@@ -227,16 +211,47 @@ bool Grid::event(QEvent* event) {
     return ControlOf::event(event);
 }
 
+// Up and Down, a page and the ends choose the row, Left and Right the column.
+bool Grid::navigate(int key) {
+    const int page = qMax(1, viewport()->height() / qMax(1, verticalHeader()->defaultSectionSize()) - 1);
+    const auto toRow = [this](int row) { moveTo(qBound(1, row, rows()), m_currentColumn); };
+    const auto toColumn = [this](int column) { moveTo(row(), qBound(1, column, columns())); };
+    switch (key) {
+        case Qt::Key_Up:
+            toRow(row() - 1);
+            return true;
+        case Qt::Key_Down:
+            toRow(row() + 1);
+            return true;
+        case Qt::Key_PageUp:
+            toRow(row() - page);
+            return true;
+        case Qt::Key_PageDown:
+            toRow(row() + page);
+            return true;
+        case Qt::Key_Home:
+            toRow(1);
+            return true;
+        case Qt::Key_End:
+            toRow(rows());
+            return true;
+        case Qt::Key_Left:
+            toColumn(column() - 1);
+            return true;
+        case Qt::Key_Right:
+            toColumn(column() + 1);
+            return true;
+        default:
+            return false;
+    }
+}
+
 void Grid::keyPressEvent(QKeyEvent* event) {
     const Qt::KeyboardModifiers modifiers = event->modifiers() & (Qt::ControlModifier | Qt::AltModifier);
     const bool isCommand = modifiers == Qt::ControlModifier || modifiers == Qt::AltModifier;
     const int key = event->key();
-    if (isNavigation(key)) {
-        QTableView::keyPressEvent(event);
-        event->accept();
-        return;
-    }
     event->accept();
+    if (navigate(key)) return;
     if (key == Qt::Key_Return || key == Qt::Key_Enter)
         raiseKeyPresses(QChar(kEnter));
     else if (key == Qt::Key_Escape)

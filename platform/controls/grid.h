@@ -72,6 +72,7 @@ private:
     [[nodiscard]] QModelIndex indexOf(int row, int column) const;
     void keepCurrent();
     void applyWidths();
+    bool navigate(int key);
     void raiseKeyPresses(const QString& characters);
 
     KeyPressHandler m_keyPress;

@@ -21,11 +21,36 @@ namespace {
 constexpr int kNoLimit = std::numeric_limits<int>::max();
 constexpr int kTextMargin = 2;
 
-bool isTyped(const QKeyEvent& key) {
-    if (key.text().isEmpty() || !key.text().front().isPrint()) return false;
-    // Right Alt types characters on many layouts and arrives as Control with Alt.
+enum class Typing : std::uint8_t {
+    none,       ///< a key of the field's own: movement, deleting, shortcuts
+    withAlt,    ///< a character with Alt alone held: it types nothing
+    character,  ///< also with right Alt, which many layouts need and which arrives as Control with Alt
+};
+
+Typing typingOf(const QKeyEvent& key) {
+    const QList<uint> characters = key.text().toUcs4();
+    if (characters.isEmpty() || !QChar::isPrint(characters.front())) return Typing::none;
     const Qt::KeyboardModifiers modifiers = key.modifiers() & (Qt::ControlModifier | Qt::AltModifier);
-    return modifiers == Qt::NoModifier || modifiers == (Qt::ControlModifier | Qt::AltModifier);
+    if (modifiers == Qt::AltModifier) return Typing::withAlt;
+    return modifiers == Qt::ControlModifier ? Typing::none : Typing::character;
+}
+
+/// Characters of a text; a surrogate pair is one.
+int lengthOf(QStringView text) {
+    int pairs = 0;
+    for (qsizetype at = 1; at < text.size(); ++at)
+        if (text[at].isLowSurrogate() && text[at - 1].isHighSurrogate()) ++pairs;
+    return static_cast<int>(text.size()) - pairs;
+}
+
+/// The first characters of a text. No surrogate pair is split.
+QString firstOf(const QString& text, int count) {
+    qsizetype end = 0;
+    for (int taken = 0; taken < count && end < text.size(); ++taken) {
+        const bool isPair = text[end].isHighSurrogate() && end + 1 < text.size() && text[end + 1].isLowSurrogate();
+        end += isPair ? 2 : 1;
+    }
+    return text.left(end);
 }
 
 bool isLeavingWindow(const QFocusEvent& event) {
@@ -38,7 +63,12 @@ bool isLeavingWindow(const QFocusEvent& event) {
 TextBox::TextBox(QWidget* parent) : ControlOf(parent) {
     setFrame(false);
     setTextMargins(kTextMargin, 1, kTextMargin, 1);
-    connect(this, &QLineEdit::textChanged, this, &TextBox::changed);
+    // A selection that is replaced by its own text is told as a change, and is none.
+    connect(this, &QLineEdit::textChanged, this, [this](const QString& text) {
+        if (text == m_told) return;
+        m_told = text;
+        emit changed();
+    });
     TextBox::lookChanged();
 }
 
@@ -53,6 +83,7 @@ void TextBox::setText(const QString& text) {
         QLineEdit::setText(text);
         setCursorPosition(0);
     }
+    m_told = text;
     updateMicroFocus();
     update();
     emit changed();
@@ -85,14 +116,14 @@ QVariantMap TextBox::controlState() const {
 }
 
 int TextBox::room() const {
-    return m_limit <= 0 ? kNoLimit : qMax(0, m_limit - static_cast<int>(text().size()) + selLength());
+    return m_limit <= 0 ? kNoLimit : qMax(0, m_limit - lengthOf(text()) + lengthOf(selectedText()));
 }
 
 QString TextBox::accepted(const QString& typed) const {
     QString kept;
     for (const QChar character : typed)
         if (!m_refused || !m_refused(character)) kept += character;
-    return kept.left(room());
+    return firstOf(kept, room());
 }
 
 void TextBox::insertPasted(const QString& pasted) {
@@ -100,7 +131,7 @@ void TextBox::insertPasted(const QString& pasted) {
     QString line = pasted;
     for (QChar& character : line)
         if (character == u'\n' || character == u'\r' || character == u'\t') character = u' ';
-    line.truncate(room());
+    line = firstOf(line, room());
     if (!line.isEmpty()) insert(line);
 }
 
@@ -120,10 +151,9 @@ void TextBox::keyPressEvent(QKeyEvent* event) {
         event->accept();
         return;
     }
-    if (!isTyped(*event)) {
-        QLineEdit::keyPressEvent(event);
-        return;
-    }
+    const Typing typing = typingOf(*event);
+    if (typing == Typing::withAlt) return event->ignore();
+    if (typing == Typing::none) return QLineEdit::keyPressEvent(event);
     const QString kept = accepted(event->text());
     event->accept();
     if (!kept.isEmpty()) insert(kept);
@@ -226,14 +256,14 @@ void TextBox::contextMenuEvent(QContextMenuEvent* event) {
     const auto add = [this](const QString& text, bool isPossible, auto member) {
         m_menu->addAction(text, this, member)->setEnabled(isPossible);
     };
-    add(u"&Anuleaza"_s, isUndoAvailable(), &QLineEdit::undo);
+    add(u"&Anulează"_s, isUndoAvailable(), &QLineEdit::undo);
     m_menu->addSeparator();
-    add(u"&Decupeaza"_s, hasSelection, &QLineEdit::cut);
-    add(u"&Copiaza"_s, hasSelection, &QLineEdit::copy);
-    add(u"&Lipeste"_s, !QApplication::clipboard()->text().isEmpty(), &TextBox::paste);
-    add(u"&Sterge"_s, hasSelection, &QLineEdit::del);
+    add(u"&Decupează"_s, hasSelection, &QLineEdit::cut);
+    add(u"&Copiază"_s, hasSelection, &QLineEdit::copy);
+    add(u"&Lipește"_s, !QApplication::clipboard()->text().isEmpty(), &TextBox::paste);
+    add(u"Șterge"_s, hasSelection, &QLineEdit::del);
     m_menu->addSeparator();
-    add(u"Selecteaza &tot"_s, !text().isEmpty(), &QLineEdit::selectAll);
+    add(u"Selectează tot"_s, !text().isEmpty(), &QLineEdit::selectAll);
     m_menu->popup(event->globalPos());
 }
 

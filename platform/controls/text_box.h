@@ -20,7 +20,7 @@ class TextBox : public ControlOf<QLineEdit> {
 public:
     explicit TextBox(QWidget* parent = nullptr);
 
-    /// Limits typing, pasting and dropping to a length in characters; an assigned text stands whole. 0 is no limit.
+    /// Limits typing, pasting and dropping to a length in code points; an assigned text stands whole. 0 is no limit.
     void setTypingLimit(int limit);
     /// Applies to typed characters (keys, dead keys, input methods), not to pasted, dropped or assigned text.
     void setRefusedCharacters(RefusedCharacters refused) { m_refused = std::move(refused); }
@@ -63,6 +63,7 @@ private:
     void insertPasted(const QString& text);
 
     RefusedCharacters m_refused;
+    QString m_told;  ///< the text of the last change
     int m_limit = 0;
     bool m_isShownEnabled = true;
     QMenu* m_menu = nullptr;

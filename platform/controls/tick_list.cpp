@@ -164,13 +164,31 @@ void TickList::keyPressEvent(QKeyEvent* event) {
             setCurrentIndex(last);
             break;
         default:
-            event->ignore();
+            if (event->text().isEmpty() || (event->modifiers() & (Qt::ControlModifier | Qt::AltModifier)))
+                event->ignore();
+            else
+                moveToStart(event->text());
+    }
+}
+
+// Each character goes to the next row that starts with it, round the end.
+void TickList::moveToStart(const QString& typed) {
+    for (const QChar character : typed) {
+        for (int step = 1; step <= count(); ++step) {
+            const int row = (currentIndex() + step) % count();
+            if (!item(row)->text().startsWith(character, Qt::CaseInsensitive)) continue;
+            setCurrentIndex(row);
+            break;
+        }
     }
 }
 
 void TickList::keyboardSearch(const QString&) {}
 
-void TickList::inputMethodEvent(QInputMethodEvent* event) { event->accept(); }
+void TickList::inputMethodEvent(QInputMethodEvent* event) {
+    moveToStart(event->commitString());
+    event->accept();
+}
 
 void TickList::mousePressEvent(QMouseEvent* event) {
     event->accept();

@@ -52,6 +52,7 @@ protected:
 
 private:
     void toggle(int index);
+    void moveToStart(const QString& typed);
 };
 
 }  // namespace velcoran::controls

@@ -5,10 +5,11 @@
 #include "platform/engine/group_rows.h"
 #include "platform/engine/row_reader.h"
 
+#include "db/keeper.h"
+
 #include <atomic>
 #include <chrono>
 #include <mutex>
-#include <thread>
 
 namespace velcoran::engine {
 
@@ -55,6 +56,7 @@ struct Report::State {
     QMap<QString, QString> texts;
     QMap<QString, QString> unboundTexts;
     QStringList filterLines;
+    QString fileTitle;
     int option = 0;
     db::Connection connection;
     QString commandText;
@@ -67,15 +69,14 @@ struct Report::State {
     [[nodiscard]] const DefinitionObject& object(const QString& name, ObjectKind kind) const {
         const DefinitionObject* found = definition->object(name);
         if (found == nullptr || found->kind != kind) {
-            throw base::Error(base::kNoSuchObject,
-                              u"The report %1 has no object \"%2\"."_s.arg(definition->name, name));
+            throw base::Error(base::kNoSuchObject, u"Raportul %1 nu are obiectul „%2”."_s.arg(definition->name, name));
         }
         return *found;
     }
 };
 
+/// Shared with its worker, which may be left to the keeper and outlive the report.
 struct Report::Run {
-    std::thread worker;
     std::atomic_bool stop = false;
     std::mutex mutex;  ///< guards the next four
     db::Statement statement;
@@ -87,8 +88,17 @@ struct Report::Run {
     bool isPreparedAnew = false;  ///< a cancel may still wait in the old statement and would end this run
     ColumnBinding binding{};
     Grouping grouping = Grouping::Partner;
+    std::function<void()> answered;
     std::function<void(qint64)> progress;
     std::function<void(RunOutcome)> finished;
+
+    void tellAnswered() const {
+        if (!answered) return;
+        try {
+            answered();
+        } catch (...) {  // whoever watches must not end the run
+        }
+    }
 
     void tellProgress(qint64 rows) const {
         if (!progress) return;
@@ -136,7 +146,9 @@ struct Report::Run {
         RowReader reader(binding);
         auto next = std::chrono::steady_clock::now();
         const db::Rows rows = beginReading().run();
-        while (const RowBlock* block = rows.fetch()) {
+        const RowBlock* block = rows.fetch();
+        tellAnswered();
+        for (; block != nullptr; block = rows.fetch()) {
             if (stop) throw base::Cancelled();
             reader.add(*block);
             if (std::chrono::steady_clock::now() < next) continue;
@@ -157,16 +169,10 @@ struct Report::Run {
             result.data = std::make_shared<const ReportData>(std::move(content));
         } catch (const base::Cancelled&) {
             result.isCancelled = true;
-        } catch (const base::Error& error) {
+        } catch (...) {
             // A statement that was stopped fails with words of its provider; they are no failure.
             result.isCancelled = stop;
-            if (!stop) result.error = error;
-        } catch (const std::bad_alloc&) {
-            result.error = base::Error(7, u"Out of memory"_s);
-        } catch (const std::exception& error) {
-            result.error = base::Error(base::kProviderFailure, QString::fromUtf8(error.what()));
-        } catch (...) {
-            result.error = base::Error(base::kProviderFailure, u"Unspecified error"_s);
+            if (!stop) result.error = base::currentError();
         }
         return result;
     }
@@ -207,7 +213,7 @@ QMap<QString, QString> Report::texts() const { return m_state->texts; }
 
 void Report::addCommand(const db::Connection& connection, const db::Command& command) {
     if (command.commandType != db::kCommandText) {
-        throw base::Error(base::kInvalidProcedureCall, u"Only commands of type text have rows."_s);
+        throw base::Error(base::kInvalidProcedureCall, u"Numai comenzile de tip text au înregistrări."_s);
     }
     cancelAndWait();
     m_state->isBound = false;
@@ -219,9 +225,9 @@ void Report::addCommand(const db::Connection& connection, const db::Command& com
 }
 
 void Report::bindFields(int matchType) {
-    if (matchType != 0) throw base::Error(base::kInvalidProcedureCall, u"Fields are bound by name alone."_s);
+    if (matchType != 0) throw base::Error(base::kInvalidProcedureCall, u"Câmpurile se leagă numai după nume."_s);
     if (m_state->statement.isNull()) {
-        throw base::Error(base::kInvalidProcedureCall, u"The report has no data source."_s);
+        throw base::Error(base::kInvalidProcedureCall, u"Raportul nu are o sursă de date."_s);
     }
     ColumnBinding binding{};
     binding.fill(-1);
@@ -231,7 +237,7 @@ void Report::bindFields(int matchType) {
     }
     for (const ColumnRole role : neededColumns(m_state->definition->grouping)) {
         if (binding[static_cast<std::size_t>(role)] >= 0) continue;
-        throw base::Error(base::kNoSuchObject, u"The data source has no column \"%1\"."_s.arg(columnName(role)));
+        throw base::Error(base::kNoSuchObject, u"Sursa de date nu are coloana „%1”."_s.arg(columnName(role)));
     }
     m_state->binding = binding;
     m_state->isBound = true;
@@ -240,7 +246,7 @@ void Report::bindFields(int matchType) {
 void Report::setUnboundFieldSource(const QString& field, const QString& source) {
     const DefinitionObject& object = m_state->object(field, ObjectKind::Unbound);
     const std::optional<QString> text = constantText(source);
-    if (!text) throw base::Error(base::kTypeMismatch, u"A string constant is needed: %1"_s.arg(source));
+    if (!text) throw base::Error(base::kTypeMismatch, u"Este nevoie de un text constant: %1"_s.arg(source));
     m_state->unboundTexts[object.name] = *text;
 }
 
@@ -252,8 +258,12 @@ void Report::setFilterLines(const QStringList& lines) { m_state->filterLines = l
 
 QStringList Report::filterLines() const { return m_state->filterLines; }
 
+void Report::setFileTitle(const QString& title) { m_state->fileTitle = title; }
+
+QString Report::fileTitle() const { return m_state->fileTitle; }
+
 void Report::setOption(int option) {
-    if (option != 0 && option != 1) throw base::Error(base::kInvalidProcedureCall, u"The option is 0 or 1."_s);
+    if (option != 0 && option != 1) throw base::Error(base::kInvalidProcedureCall, u"Opțiunea este 0 sau 1."_s);
     m_state->option = option;
 }
 
@@ -263,19 +273,25 @@ ReportTexts Report::snapshot() const {
     return {m_state->definition, m_state->texts, m_state->unboundTexts, m_state->option};
 }
 
-void Report::start(std::function<void(qint64)> progress, std::function<void(RunOutcome)> finished) {
+void Report::start(RunWatcher watcher) {
     cancelAndWait();
-    if (!m_state->isBound) throw base::Error(base::kInvalidProcedureCall, u"The report's fields are not bound."_s);
-    m_run = std::make_unique<Run>();
+    if (!m_state->isBound) throw base::Error(base::kInvalidProcedureCall, u"Câmpurile raportului nu sunt legate."_s);
+    m_run = std::make_shared<Run>();
     m_run->statement = m_state->statement;
     m_run->connection = m_state->connection;
     m_run->text = m_state->commandText;
     m_run->isPreparedAnew = m_state->isStatementCancelled;
     m_run->binding = m_state->binding;
     m_run->grouping = m_state->definition->grouping;
-    m_run->progress = std::move(progress);
-    m_run->finished = std::move(finished);
-    m_run->worker = std::thread([run = m_run.get()] { run->work(); });
+    m_run->answered = std::move(watcher.answered);
+    m_run->progress = std::move(watcher.progress);
+    m_run->finished = std::move(watcher.finished);
+    try {
+        m_worker.emplace([run = m_run] { run->work(); });
+    } catch (...) {
+        m_run.reset();
+        throw;
+    }
 }
 
 void Report::cancel() {
@@ -285,9 +301,11 @@ void Report::cancel() {
 void Report::cancelAndWait() {
     if (!m_run) return;
     cancel();
-    if (m_run->worker.joinable()) m_run->worker.join();
+    const bool isEnded = m_worker->waitFor(db::kCancelPatience);
     m_state->statement = m_run->statement;
-    m_state->isStatementCancelled = m_run->wasStatementCancelled;
+    m_state->isStatementCancelled = m_run->wasStatementCancelled || !isEnded;
+    if (!isEnded) db::keeper().keep(std::move(*m_worker), m_state->connection.interface());
+    m_worker.reset();
     m_run.reset();
 }
 

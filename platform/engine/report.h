@@ -2,12 +2,14 @@
 
 #include "base/error.h"
 #include "db/command.h"
+#include "db/worker.h"
 
 #include <QMap>
 #include <QString>
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace velcoran::engine {
 
@@ -22,10 +24,18 @@ struct RunOutcome {
     bool isCancelled = false;
 };
 
+/// Who hears of a run. All three are called on its worker, also after the report has gone when the driver answered a
+/// cancel too late: they own what they touch.
+struct RunWatcher {
+    std::function<void()> answered;            ///< once: the statement has brought its first rows, or its end
+    std::function<void(qint64)> progress;      ///< rows read so far, a few times a second at most
+    std::function<void(RunOutcome)> finished;  ///< exactly once, last of all
+};
+
 /// An instance of a report definition: a copy whose texts, sources and options are its own, with its data source.
 ///
-/// A run: addCommand - bindFields - setUnboundFieldSource, setText, setOption - start. The worker thread of the run
-/// belongs to the report, which stops and joins it in its destructor.
+/// A run: addCommand - bindFields - setUnboundFieldSource, setText, setOption - start. The report stops its run in its
+/// destructor.
 class Report {
 public:
     explicit Report(std::shared_ptr<const Definition> definition);
@@ -63,23 +73,26 @@ public:
     void setFilterLines(const QStringList& lines);
     [[nodiscard]] QStringList filterLines() const;
 
+    /// What files of this report are called by default, without period and ending.
+    void setFileTitle(const QString& title);
+    [[nodiscard]] QString fileTitle() const;
+
     /// What a document is laid out from.
     [[nodiscard]] ReportTexts snapshot() const;
 
-    /// Starts the run on the report's own worker. Both functions are called on that worker.
-    /// @param progress  rows read so far, a few times a second at most
-    /// @param finished  called exactly once, last of all
-    void start(std::function<void(qint64)> progress, std::function<void(RunOutcome)> finished);
+    /// Starts the run on the report's own worker.
+    void start(RunWatcher watcher);
     /// Stops a run; finished follows with isCancelled. Returns at once.
     void cancel();
-    /// Stops a run and waits for the worker's end.
+    /// Stops a run and waits for the worker's end; a worker whose driver does not answer is left to the keeper.
     void cancelAndWait();
 
 private:
     struct Run;
     struct State;
     std::unique_ptr<State> m_state;
-    std::unique_ptr<Run> m_run;
+    std::shared_ptr<Run> m_run;
+    std::optional<db::Worker> m_worker;  ///< of m_run
 };
 
 }  // namespace velcoran::engine

@@ -15,10 +15,8 @@ LoadResult layOut(const engine::RunOutcome& outcome, const engine::ReportTexts& 
     try {
         auto document = std::make_shared<const engine::Document>(outcome.data, texts, setup, printTime);
         return {outcome.data, std::move(document), std::nullopt, false};
-    } catch (const base::Error& error) {
-        return {nullptr, nullptr, error, false};
-    } catch (const std::exception& failure) {
-        return {nullptr, nullptr, base::Error(base::kProviderFailure, QString::fromUtf8(failure.what())), false};
+    } catch (...) {
+        return {nullptr, nullptr, base::currentError(), false};
     }
 }
 
@@ -59,15 +57,20 @@ void Loader::start(std::shared_ptr<engine::Report> report, const engine::PageSet
     m_report = std::move(report);
     const quint64 run = m_run;
     try {
-        m_report->start(
-            [mailbox = m_mailbox, run](qint64 rows) {
-                mailbox->post([run, rows](Loader& loader) { loader.takeRows(run, rows); });
-            },
-            [mailbox = m_mailbox, run, texts = m_report->snapshot(), setup,
-             printTime](const engine::RunOutcome& outcome) {
-                const LoadResult result = layOut(outcome, texts, setup, printTime);
-                mailbox->post([run, result](Loader& loader) { loader.takeResult(run, result); });
-            });
+        m_report->start({
+            .answered = [mailbox = m_mailbox,
+                         run] { mailbox->post([run](Loader& loader) { loader.takeAnswer(run); }); },
+            .progress =
+                [mailbox = m_mailbox, run](qint64 rows) {
+                    mailbox->post([run, rows](Loader& loader) { loader.takeRows(run, rows); });
+                },
+            .finished =
+                [mailbox = m_mailbox, run, texts = m_report->snapshot(), setup,
+                 printTime](const engine::RunOutcome& outcome) {
+                    const LoadResult result = layOut(outcome, texts, setup, printTime);
+                    mailbox->post([run, result](Loader& loader) { loader.takeResult(run, result); });
+                },
+        });
     } catch (...) {
         m_report.reset();
         throw;
@@ -82,6 +85,10 @@ void Loader::abandon() {
     ++m_run;
     if (const std::shared_ptr<engine::Report> report = std::move(m_report)) report->cancelAndWait();
     m_report.reset();
+}
+
+void Loader::takeAnswer(quint64 run) {
+    if (run == m_run) emit answered();
 }
 
 void Loader::takeRows(quint64 run, qint64 rows) {

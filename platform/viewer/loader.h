@@ -41,7 +41,7 @@ public:
     void start(std::shared_ptr<engine::Report> report, const engine::PageSetup& setup, const QDateTime& printTime);
     /// Stops the run; ended follows. Returns at once.
     void stop();
-    /// Stops the run and waits for its worker; ended does not follow.
+    /// Stops the run and waits for its worker, or for the keeper to take it; ended does not follow.
     void abandon();
 
     [[nodiscard]] bool isRunning() const { return m_report != nullptr; }
@@ -49,6 +49,8 @@ public:
     [[nodiscard]] qint64 milliseconds() const { return m_clock.isValid() ? m_clock.elapsed() : 0; }
 
 signals:
+    /// At most once a run: its statement has brought the first rows, or its end.
+    void answered();
     void progressed();
     /// Exactly once a run, unless it was abandoned.
     void ended(const velcoran::viewer::LoadResult& result);
@@ -56,6 +58,7 @@ signals:
 private:
     struct Mailbox;
 
+    void takeAnswer(quint64 run);
     void takeRows(quint64 run, qint64 rows);
     void takeResult(quint64 run, const LoadResult& result);
 

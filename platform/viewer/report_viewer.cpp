@@ -32,6 +32,21 @@ bool ReportViewer::hasReport() const { return m_private->m_document != nullptr; 
 
 std::shared_ptr<const engine::Document> ReportViewer::document() const { return m_private->m_document; }
 
+std::shared_ptr<engine::Report> ReportViewer::shownReport() const {
+    return hasReport() ? m_private->m_source : nullptr;
+}
+
+QVariant ReportViewer::failure() const {
+    const std::optional<base::Error>& failure = m_private->m_failure;
+    if (!failure) return {};
+    return QVariantMap{{QStringLiteral("number"), failure->number()},
+                       {QStringLiteral("description"), failure->description()}};
+}
+
+void ReportViewer::stopLoading() {
+    if (isBusy()) m_private->m_loader.stop();
+}
+
 void ReportViewer::setPageSetup(const engine::PageSetup& setup) { m_private->m_setup = setup; }
 
 const engine::PageSetup& ReportViewer::pageSetup() const { return m_private->m_setup; }
@@ -75,7 +90,6 @@ QVariant ReportViewer::act(const QString& action, const QVariantMap& arguments) 
     if (action == u"search") return m_private->searchNow(arguments.value(QStringLiteral("text")).toString());
     if (action == u"object") return m_private->clickField(arguments);
     if (action == u"formats") return formatValues();
-    if (action == u"exportPdf") return m_private->exportPdf(arguments.value(QStringLiteral("file")).toString());
     const std::optional<Command> command = commandNamed(action);
     if (command && m_private->isUsable(*command)) m_private->run(*command);
     return {};

@@ -15,9 +15,9 @@ namespace velcoran::viewer {
 
 /// The report viewer control: shows a report, page by page, and tells its window what the user asks for.
 ///
-/// Loading runs on the report's worker; the answers come back to this widget's thread. Every view starts with
-/// downloadStarted and ends with exactly one downloadFinished - at the end, after a stop, after a failure (which the
-/// pane then shows) and after a cancelled load - except when the viewer is destroyed first.
+/// Loading runs on the report's worker; the answers come back to this widget's thread. A view whose statement answers
+/// gives one downloadStarted, and every view ends with exactly one downloadFinished - at the end, after a stop, after a
+/// failure (which the pane then shows) and after a cancelled load - except when the viewer is destroyed first.
 ///
 /// The focus goes to the pages (setFocus on the viewer does that). The toolbar is 480 twips high and leaves 4040 twips
 /// free at its right end. Child widgets have names that begin with "crw".
@@ -45,6 +45,12 @@ public:
     [[nodiscard]] bool isBusy() const;
     /// True once a report has been loaded and is shown.
     [[nodiscard]] bool hasReport() const;
+    /// The report whose rows are shown; null without one.
+    [[nodiscard]] std::shared_ptr<engine::Report> shownReport() const;
+    /// The failure of the last load, as "number" and "description"; an invalid variant when it did not fail.
+    Q_INVOKABLE QVariant failure() const;
+    /// Stops a running load, as the stop button does; downloadFinished follows. Nothing happens when none runs.
+    void stopLoading();
     /// What is shown; null without a report. Shared with printing and exports.
     [[nodiscard]] std::shared_ptr<const engine::Document> document() const;
     /// The sheet that reports are laid out for, the shown one with the next refreshEx, later ones when they are loaded.
@@ -66,9 +72,8 @@ public:
     Q_INVOKABLE int pageCount() const;
     /// Presses a button of the toolbar by its name: export, print, first, previous, next, last, zoomIn, zoomOut, stop,
     /// tree; "goto" with a page; "search" with a text (answers the map {"page": n} or an invalid variant); "object"
-    /// with {page, field, record} (answers whether there is such an object); "exportPdf" with {file} (answers true, or
-    /// the text of the error); "formats" (answers the export formats, a list of {type, name, extension}). What the
-    /// toolbar does not offer just now does nothing.
+    /// with {page, field, record} (answers whether there is such an object); "formats" (answers the export formats, a
+    /// list of {type, name, extension}). What the toolbar does not offer just now does nothing.
     /// @return an invalid variant where there is nothing to answer
     Q_INVOKABLE QVariant act(const QString& action, const QVariantMap& arguments);
 
@@ -80,7 +85,7 @@ signals:
     /// The user double-clicked a report object. @param fields  values of the object's fields as the page shows them, in
     ///     order; empty for an object without fields
     void objectClicked(int x, int y, const QStringList& fields, bool* useDefault);
-    /// @param loadingType  always 0
+    /// The statement has answered. @param loadingType  always 0
     void downloadStarted(int loadingType);
     void downloadFinished(int loadingType);
     /// The filter button (option 264), which can be used only while somebody is connected to this.

@@ -1,6 +1,5 @@
 #include "platform/viewer/viewer_private.h"
 
-#include "platform/engine/export_pdf.h"
 #include "platform/viewer/icons.h"
 #include "platform/viewer/page_area.h"
 #include "platform/viewer/search_bar.h"
@@ -185,16 +184,6 @@ bool ReportViewer::Private::clickField(const QVariantMap& arguments) {
     m_pages->ensureVisible(page - 1, place);
     m_pages->clickObject(page - 1, *item, m_pages->placeOf(page - 1, place).center().toPoint());
     return true;
-}
-
-QVariant ReportViewer::Private::exportPdf(const QString& file) const {
-    if (!m_document) return QStringLiteral("no report is shown");
-    try {
-        engine::exportPdf(*m_document, file);
-        return true;
-    } catch (const std::exception& failure) {
-        return QString::fromUtf8(failure.what());
-    }
 }
 
 void ReportViewer::Private::showMenu(QPoint place) {

@@ -31,6 +31,9 @@ ReportViewer::Private::Private(ReportViewer& viewer)
     buildWidgets();
     connectToolbar();
     connectPages();
+    QObject::connect(&m_loader, &Loader::answered, &m_viewer, [this] {
+        if (m_isBusy) emit m_viewer.downloadStarted(0);
+    });
     QObject::connect(&m_loader, &Loader::progressed, &m_viewer, [this] { showProgress(); });
     QObject::connect(&m_loader, &Loader::ended, &m_viewer, [this](const LoadResult& result) { finish(result); });
     m_tick.setInterval(kTickMs);
@@ -152,17 +155,14 @@ void ReportViewer::Private::load() {
     if (!viewer || !m_source) return;
     showDocument({});
     m_isBusy = true;
+    m_failure.reset();
     refreshChrome();
-    emit m_viewer.downloadStarted(0);
-    if (!viewer || !m_isBusy) return;
     try {
         m_loader.start(m_source, m_setup, QDateTime::currentDateTime());
         m_tick.start();
         showProgress();
-    } catch (const base::Error& error) {
-        finish({nullptr, nullptr, error, false});
-    } catch (const std::exception& failure) {
-        finish({nullptr, nullptr, base::Error(base::kProviderFailure, QString::fromUtf8(failure.what())), false});
+    } catch (...) {
+        finish({nullptr, nullptr, base::currentError(), false});
     }
 }
 
@@ -185,6 +185,7 @@ void ReportViewer::Private::finish(const LoadResult& result) {
     if (m_document) {
         showState({}, {});
     } else if (failure) {
+        m_failure = failure;
         showState(QStringLiteral("Raportul nu a putut fi încărcat."),
                   QStringLiteral("%1: %2").arg(QString::number(failure->number()), failure->description()));
     } else {
@@ -198,10 +199,10 @@ std::optional<base::Error> ReportViewer::Private::tryToShow(const LoadResult& re
     try {
         showDocument(result);
         return result.error;
-    } catch (const std::exception& failure) {
+    } catch (...) {
         m_document.reset();
         m_data.reset();
-        return base::Error(base::kProviderFailure, QString::fromUtf8(failure.what()));
+        return base::currentError();
     }
 }
 

@@ -44,7 +44,6 @@ public:
     bool closeSearch();
     QVariant searchNow(const QString& text);
     [[nodiscard]] bool clickField(const QVariantMap& arguments);
-    [[nodiscard]] QVariant exportPdf(const QString& file) const;
 
     ReportViewer& m_viewer;
     ViewerOptions m_options;
@@ -53,6 +52,7 @@ public:
     std::shared_ptr<const engine::ReportData> m_data;
     std::shared_ptr<const engine::Document> m_document;
     QString m_definition;
+    std::optional<base::Error> m_failure;  ///< of the last load
     bool m_isBusy = false;
     bool m_isTreeOpen = true;
 

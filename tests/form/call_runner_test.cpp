@@ -45,8 +45,9 @@ TEST_F(SlowStatementTest, escCancelsTheStatementAlone) {
     lookUpWhile([&] { QTest::keyClick(box("txtCodAgent"), Qt::Key_Escape); });
     EXPECT_GE(connection->cancelCount(), 1);
     EXPECT_TRUE(window.isLoaded());
-    EXPECT_EQ(surroundings.messages.size(), 1);
+    EXPECT_TRUE(surroundings.messages.isEmpty()) << "a stop is no failure";
     EXPECT_EQ(focus(), u"txtCodAgent"_s);
+    EXPECT_FALSE(isShown("fraGrid"));
 }
 
 TEST_F(SlowStatementTest, closingCancelsAndTheCloseFollows) {

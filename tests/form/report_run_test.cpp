@@ -85,11 +85,16 @@ TEST_F(ReportRunTest, waitsWhileTheRowsCome) {
     FakeAnswer slow = invoices();
     slow.runDelay = 300ms;
     connection->answer(u"AS TipRaport"_s, slow);
+    QStringList captions;
+    QObject::connect(viewer(), &viewer::ReportViewer::downloadStarted, viewer(),
+                     [&] { captions.append(caption("Label2")); });
     run();
     expectWaiting(true);
     expectPointer(u"hourglass"_s);
-    EXPECT_EQ(caption("Label2"), u"Asteptati va rog ! Raportul este in executie ..."_s);
+    EXPECT_EQ(caption("Label2"), u"Asteptati va rog ! Se interogheaza baza de date ..."_s);
+    EXPECT_TRUE(captions.isEmpty()) << "the statement has not answered yet";
     ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(captions, QStringList{u"Asteptati va rog ! Raportul este in executie ..."_s});
     expectPointer(u"default"_s);
 }
 

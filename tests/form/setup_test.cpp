@@ -156,7 +156,7 @@ TEST_F(SetupTest, withoutAConnectionFailsOnceTheWindowShows) {
         FAIL();
     } catch (const base::Error& error) {
         EXPECT_EQ(error.number(), 91);
-        EXPECT_EQ(error.description(), u"Object variable or With block variable not set"_s);
+        EXPECT_EQ(error.description(), u"Conexiunea la baza de date nu este stabilită."_s);
     }
     EXPECT_TRUE(window.isVisible());
     EXPECT_EQ(member("priza"), u"false"_s);

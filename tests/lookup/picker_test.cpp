@@ -29,7 +29,7 @@ protected:
 /// Stops every statement, as the window's own runner does when the window is closed.
 class StoppingRunner final : public db::ICallRunner {
 public:
-    void run(const db::Connection&, const std::function<void()>&) override { throw base::Cancelled(); }
+    void run(const db::Connection&, std::function<void()>) override { throw base::Cancelled(); }
 };
 
 TEST_F(PickerTest, everyFailureCountsAsNoRows) {

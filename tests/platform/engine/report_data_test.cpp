@@ -251,7 +251,7 @@ TEST(BindFields, needsTheColumnsThatAreGroupedAndAdded) {
     }
     Report report(definitionNamed(u"CRFacturiImport"_s));
     EXPECT_THROW(report.bindFields(0), base::Error);
-    EXPECT_THROW(report.start({}, {}), base::Error);
+    EXPECT_THROW(report.start({}), base::Error);
 }
 
 TEST(Cancel, endsARunSoonAndOnce) {
@@ -270,10 +270,10 @@ TEST(Cancel, endsARunSoonAndOnce) {
         ReportRun run(std::move(answer));
         std::promise<RunOutcome> promise;
         int calls = 0;
-        run.report().start({}, [&](RunOutcome outcome) {
-            ++calls;
-            promise.set_value(std::move(outcome));
-        });
+        run.report().start({.answered = {}, .progress = {}, .finished = [&](RunOutcome outcome) {
+                                ++calls;
+                                promise.set_value(std::move(outcome));
+                            }});
         while (run.connection().calls().size() < 2) std::this_thread::yield();
         run.report().cancel();
         run.report().cancelAndWait();
@@ -289,7 +289,7 @@ TEST(ReportRun, runsAgainAlsoAfterAStop) {
     tests::FakeAnswer answer = answerOf({Row(), Row()});
     answer.runDelay = std::chrono::seconds(60);
     ReportRun run(answer);
-    run.report().start({}, {});
+    run.report().start({});
     while (run.connection().calls().size() < 2) std::this_thread::yield();
     answer.runDelay = {};
     run.connection().answer({}, answer);

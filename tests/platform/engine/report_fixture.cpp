@@ -39,7 +39,9 @@ ReportRun::ReportRun(tests::FakeAnswer answer, const QString& definition, int op
 
 RunOutcome ReportRun::outcome() {
     std::promise<RunOutcome> promise;
-    m_report.start({}, [&promise](RunOutcome outcome) { promise.set_value(std::move(outcome)); });
+    m_report.start({.answered = {}, .progress = {}, .finished = [&promise](RunOutcome outcome) {
+                        promise.set_value(std::move(outcome));
+                    }});
     return promise.get_future().get();
 }
 

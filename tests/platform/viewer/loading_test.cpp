@@ -44,10 +44,11 @@ TEST_F(Loading, failuresStandInThePane) {
     FakeAnswer atFetch = reportRows(10, 500);
     atFetch.fetchError = lost;
     atFetch.fetchErrorAt = 2;
-    for (const FakeAnswer& answer : {atRun, atFetch}) {
+    for (const auto& [answer, told] :
+         {std::pair(atRun, Events({"finished"})), std::pair(atFetch, Events({"started", "finished"}))}) {
         events.clear();
         load(scriptedReport(answer));
-        EXPECT_EQ(events, Events({"started", "finished"}));
+        EXPECT_EQ(events, told);
         EXPECT_FALSE(viewer.hasReport());
         EXPECT_EQ(heading(), u"Raportul nu a putut fi încărcat."_s);
         EXPECT_EQ(text(), u"-2147467259: legătura s-a pierdut"_s);
@@ -67,7 +68,7 @@ TEST_F(Loading, stopEndsTheRun) {
     EXPECT_TRUE(part("crwStop").isVisible());
     act("stop");
     ASSERT_TRUE(waitUntilLoaded());
-    EXPECT_EQ(events, Events({"started", "finished"}));
+    EXPECT_EQ(events, Events({"finished"})) << "its statement never answered";
     EXPECT_EQ(heading(), u"Încărcarea a fost oprită."_s);
     EXPECT_FALSE(part("crwStop").isVisible());
 }
@@ -79,7 +80,7 @@ TEST_F(Loading, aNewViewEndsTheOneBefore) {
     viewer.viewReport();
     viewer.viewReport();
     load(scriptedReport(reportRows(2, 2)));
-    EXPECT_EQ(events, Events({"started", "finished", "started", "finished", "started", "finished"}));
+    EXPECT_EQ(events, Events({"finished", "finished", "started", "finished"}));
     EXPECT_TRUE(viewer.hasReport());
 }
 
@@ -93,7 +94,7 @@ TEST_F(Loading, aCancelledLoadTellsItsEndOnlyWhenAsked) {
         viewer.cancelLoading(isNotifying);
         EXPECT_FALSE(viewer.isBusy());
         QCoreApplication::processEvents();
-        EXPECT_EQ(events, isNotifying ? Events({"started", "finished"}) : Events({"started"}));
+        EXPECT_EQ(events, isNotifying ? Events({"finished"}) : Events());
         EXPECT_EQ(heading(), u"Încărcarea a fost oprită."_s);
     }
 }

@@ -38,17 +38,4 @@ TEST_F(Values, theShownReportIsToldWhole) {
     EXPECT_FALSE(viewer.report().isValid());
 }
 
-TEST_F(Values, aPdfIsWrittenOrTheReasonTold) {
-    const QTemporaryDir folder;
-    load(scriptedReport(reportRows(2, 3)));
-    const QString path = folder.filePath(u"raport.pdf"_s);
-    EXPECT_EQ(act("exportPdf", {{u"file"_s, path}}), QVariant(true));
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_TRUE(file.readAll().startsWith("%PDF-"));
-    const QVariant reason = act("exportPdf", {{u"file"_s, folder.filePath(u"nicăieri/raport.pdf"_s)}});
-    EXPECT_EQ(reason.typeId(), QMetaType::QString);
-    EXPECT_FALSE(reason.toString().isEmpty());
-}
-
 }  // namespace velcoran::tests

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QObject>
+
+#include <functional>
+
+class QWidget;
+
+namespace velcoran::form {
+
+/// Enter and Esc act on the press alone: held down they do nothing more in the window, its lists and its dialogs, also
+/// where the press has moved the focus. Esc while a report loads stops the load, wherever the focus is.
+class HeldKeys final : public QObject {
+public:
+    /// @param stopLoad  stops a report that loads; @return false when none does
+    HeldKeys(QWidget& window, std::function<bool()> stopLoad);
+    ~HeldKeys() override;
+
+protected:
+    bool eventFilter(QObject* object, QEvent* event) override;
+
+private:
+    [[nodiscard]] bool isOfWindow(const QObject* object) const;
+
+    QWidget& m_window;
+    std::function<bool()> m_stopLoad;
+};
+
+}  // namespace velcoran::form

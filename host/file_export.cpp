@@ -1,0 +1,44 @@
+#include "host/file_export.h"
+
+#include "host/dialogs.h"
+#include "host/viewer_client.h"
+#include "host/window_input.h"
+#include "host/window_view.h"
+
+#include "base/error.h"
+
+#include <QFileInfo>
+
+using namespace Qt::StringLiterals;
+
+namespace velcoran::host {
+
+namespace {
+
+/// The report engine's own two formats are offered and never written.
+bool isOwnFormat(int type) { return type == 1 || type == 33; }
+
+[[noreturn]] void fail(const QString& words) { throw base::Error(base::kPathAccess, words); }
+
+}  // namespace
+
+void failOnMessage(DialogScript& dialogs) {
+    for (const RecordedMessage& message : dialogs.takeMessages())
+        throw base::Error(base::kProviderFailure, message.text.simplified());
+}
+
+void exportFile(DialogScript& dialogs, const QString& path) {
+    const QString ending = QFileInfo(path).suffix();
+    const QList<Format> formats = exportFormats();
+    const Format* format = findFormat(formats, ending);
+    if (format == nullptr || isOwnFormat(format->type)) fail(u"%1: there is no format \"%2\""_s.arg(path, ending));
+    (void)dialogs.takeDialogs();
+    dialogs.prepare(u"export"_s, {{u"format"_s, ending}, {u"file"_s, path}});
+    actOnViewer(u"export"_s);
+    // The command returns when the file stands, or when the window has said why it does not.
+    failOnMessage(dialogs);
+    if (!dialogs.takeDialogs().contains(u"export"_s) || viewer() == nullptr) fail(path + u" was not written"_s);
+    deliverEvents();
+}
+
+}  // namespace velcoran::host
