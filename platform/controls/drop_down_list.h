@@ -70,6 +70,7 @@ private:
     void placePopup();
     void pickHighlighted();
     bool handlePopupKey(QKeyEvent& key);
+    void pressOutside(const QMouseEvent& press);
 
     std::shared_ptr<void> m_accessibility;
     QString m_typed;  ///< start of the chosen item that was typed
