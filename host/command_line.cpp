@@ -59,6 +59,8 @@ void addSource(CLI::App& app, Options& options) {
             "connection text, @FILE with one, or env:NAME of a variable with one")
         ->type_name("CONNECTION");
     source->require_option(1);
+    addFile(app, "--trace", options.source.trace, "appends statements, times and errors to a file, for support")
+        ->type_name("FILE");
 }
 
 CLI::App* addDemo(CLI::App& app, Options& options) {
