@@ -12,8 +12,6 @@ base::Error closedError() {
             "invalid in this context."_s};
 }
 
-base::Error lostError() { return {base::kProviderFailure, u"The connection to the server is lost"_s}; }
-
 base::Error timeoutError(std::chrono::milliseconds wait) {
     const auto seconds = std::chrono::duration<double>(wait).count();
     return {base::kProviderFailure, u"The server did not answer within %1 seconds"_s.arg(seconds)};
@@ -21,8 +19,8 @@ base::Error timeoutError(std::chrono::milliseconds wait) {
 
 }  // namespace
 
-Session::Session(const QString& connectionText, const Waits& waits)
-    : m_link(std::make_shared<Link>()), m_worker(m_link->gate(), waits.cancel) {
+Session::Session(const QString& connectionText, const Waits& waits, DiagnosticSink sink)
+    : m_link(std::make_shared<Link>(std::move(sink))), m_worker(m_link->gate(), waits.cancel) {
     const auto connect = [link = m_link, connectionText, wait = waits.login] { link->connect(connectionText, wait); };
     try {
         m_worker.run(std::make_shared<CancelToken>(), connect, std::chrono::steady_clock::now() + waits.login);

@@ -36,7 +36,7 @@ class Faults:
         self.shim = os.path.join(folder, "failing_calls.so")
         subprocess.run(["cc", "-shared", "-fPIC", "-O1", "-o", self.shim, os.path.join(HERE, "failing_calls.c"), "-ldl",
                         "-lpthread"], check=True)
-        subprocess.run([program, "sample-db", self.database, "--documents", "1500"], check=True)
+        subprocess.run([program, "sample-db", self.database, "--documents", "3000"], check=True)
 
     def command(self, out):
         return [self.program, "export", "--db", self.database, "--kind", "Import", "--from", "2026-01-01", "--to",
@@ -174,10 +174,10 @@ def threads(faults):
     os.makedirs(folder, exist_ok=True)
     for form in ("pdf", "xlsx"):
         path = os.path.join(folder, "raport." + form)
-        for first in range(1, 12):
+        for number in range(1, 10):
             put_old(path)
-            done = faults.run(path, faults.shimmed(FAIL_CALL="thread", FAIL_AT=first))
-            faults.check(f"no thread from the {first}. on, {form}", form, path, done)
+            done = faults.run(path, faults.shimmed(FAIL_CALL="thread", FAIL_AT=number))
+            faults.check(f"thread {number} does not start, {form}", form, path, done)
 
 
 def signals(faults):
