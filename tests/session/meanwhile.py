@@ -89,6 +89,13 @@ def report_that_loads(script):
     script.do({"do": "click", "control": "cmdViz"})
 
 
+def report_that_loads_at_once(script):
+    """However fast it loads, the window has not seen its end before it dispatches."""
+    for _ in range(20):
+        assert len(script.meanwhile(RUN, STATE)["during"]) == 1
+        script.do({"do": "click", "control": "cmdViz"})
+
+
 def report_that_is_stopped(script):
     for stop in (ESC, {"do": "viewer", "action": "stop"}):
         script.do(LONG)
@@ -192,8 +199,8 @@ def ends_at_once(program, database):
 
 def main(program, database):
     script = Script(program, database)
-    for step in (setup_that_waits, lookup_that_is_stopped, report_that_loads, report_that_is_stopped,
-                 report_whose_window_closes, nothing_that_runs, lines_that_are_refused):
+    for step in (setup_that_waits, lookup_that_is_stopped, report_that_loads, report_that_loads_at_once,
+                 report_that_is_stopped, report_whose_window_closes, nothing_that_runs, lines_that_are_refused):
         try:
             step(script)
         except AssertionError as failure:
