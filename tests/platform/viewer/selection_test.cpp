@@ -4,6 +4,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QLabel>
+#include <QMenu>
 
 #include <algorithm>
 
@@ -44,6 +45,23 @@ TEST_F(Objects, aDoubleClickGivesTheValuesOfTheField) {
     QTest::mouseDClick(pages().viewport(), Qt::LeftButton, {}, QPoint(3, 3));
     QTest::mouseClick(pages().viewport(), Qt::LeftButton, {}, field);
     EXPECT_EQ(clicks, QList<QStringList>({{u"F0001-2"_s}, {}}));
+}
+
+TEST_F(Objects, theRowIsCopiedWithoutTheNextGroupsHeading) {
+    QGuiApplication::clipboard()->clear();
+    const engine::Page page = viewer.document()->page({1});
+    const auto last = std::ranges::find_if(page.items, [](const auto& item) { return item.text == u"F0001-5"_s; });
+    ASSERT_NE(last, page.items.end());
+    QTest::mouseClick(pages().viewport(), Qt::LeftButton, {},
+                      pages().placeOf(0, viewer::rectOf(*last)).center().toPoint());
+    QContextMenuEvent ask(QContextMenuEvent::Keyboard, QPoint(9, 9), pages().mapToGlobal(QPoint(9, 9)));
+    QApplication::sendEvent(pages().viewport(), &ask);
+    for (QAction* action : part<QMenu>("crwMenu").actions())
+        if (action->text() == u"Copiază rândul"_s) action->trigger();
+    part<QMenu>("crwMenu").close();
+    const QString row = QGuiApplication::clipboard()->text();
+    EXPECT_TRUE(row.contains(u"F0001-5"_s));
+    EXPECT_FALSE(row.contains(u"F0002"_s)) << row.toStdString();
 }
 
 TEST_F(Objects, anActionMakesTheGesture) {
