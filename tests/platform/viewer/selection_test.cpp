@@ -66,12 +66,14 @@ TEST_F(Objects, theRowIsCopiedWithoutTheNextGroupsHeading) {
 
 TEST_F(Objects, anActionMakesTheGesture) {
     EXPECT_TRUE(act("object", {{u"page"_s, 1}, {u"field"_s, u"NumarFactura"_s}, {u"record"_s, 3}}).toBool());
-    EXPECT_EQ(clicks, QList<QStringList>({{longNumber}}));
+    EXPECT_TRUE(act("object", {{u"page"_s, 1}, {u"field"_s, u"ValoareNeta"_s}, {u"record"_s, 3}}).toBool());
+    EXPECT_TRUE(act("object", {{u"page"_s, 1}, {u"field"_s, u"CursValutar"_s}, {u"record"_s, 3}}).toBool());
+    EXPECT_EQ(clicks, QList<QStringList>({{longNumber}, {u"1.000,125"_s}, {u"4,95"_s}})) << "all digits, two at least";
     for (const QVariantMap& nowhere : {QVariantMap{{u"page"_s, 1}, {u"field"_s, u"NumarFactura"_s}, {u"record"_s, 99}},
                                        QVariantMap{{u"page"_s, 9}, {u"field"_s, u"NumarFactura"_s}, {u"record"_s, 1}},
                                        QVariantMap{{u"page"_s, 1}, {u"field"_s, u"Altceva"_s}, {u"record"_s, 1}}})
         EXPECT_FALSE(act("object", nowhere).toBool());
-    EXPECT_EQ(clicks.size(), 1);
+    EXPECT_EQ(clicks.size(), 3);
 }
 
 TEST_F(Objects, theChosenOneIsCopiedWhole) {
