@@ -209,6 +209,18 @@ TEST_F(SetupTest, aFailedSecondSetupKeepsWhatItDidNotReach) {
     EXPECT_EQ(box("txtTipProdus")->text(), u"T"_s);
 }
 
+TEST_F(SetupTest, aCallThatBringsThePanelBackStartsAtItsFirstControl) {
+    setUpFor(u"Import"_s);
+    giveFocus("cmbVizual");
+    press(Qt::Key_Space);
+    ASSERT_EQ(focus(), u"CRW"_s) << "hidden with its panel, the button gives the focus to the viewer";
+    setUpFor(u"Import"_s);
+    EXPECT_EQ(focus(), u"cmbTipRaport"_s);
+    giveFocus("Command1");
+    setUpFor(u"Import"_s);
+    EXPECT_EQ(focus(), u"Command1"_s) << "a panel in view leaves the focus alone";
+}
+
 TEST_F(SetupTest, theWindowHasItsIcon) {
     const QImage shown = window.windowIcon().pixmap(32).toImage();
     ASSERT_FALSE(shown.isNull());
