@@ -1,5 +1,7 @@
 #include "host/command_line.h"
 
+#include "system/file_name.h"
+
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
@@ -17,6 +19,12 @@ namespace {
 CLI::Option* addText(CLI::App& app, const std::string& name, QString& target, const std::string& help) {
     return app.add_option_function<std::string>(
         name, [&target](const std::string& value) { target = QString::fromStdString(value); }, help);
+}
+
+/// A file's name, whose bytes need be no UTF-8.
+CLI::Option* addFile(CLI::App& app, const std::string& name, QString& target, const std::string& help) {
+    return app.add_option_function<std::string>(
+        name, [&target](const std::string& value) { target = system::nameText(QByteArrayView(value)); }, help);
 }
 
 CLI::Option* addDate(CLI::App& app, const std::string& name, QDate& target, const std::string& help) {
@@ -37,20 +45,29 @@ CLI::Option* addKind(CLI::App& app, Options& options) {
         ->check(CLI::IsMember({"Import", "Export"}));
 }
 
+void addTimeout(CLI::App& app, Options& options, const std::string& whenMissing) {
+    app.add_option("--timeout", options.timeout,
+                   "cancels a statement that has brought no row and no end for so long [" + whenMissing + "]")
+        ->type_name("SECONDS")
+        ->check(CLI::PositiveNumber);
+}
+
 void addSource(CLI::App& app, Options& options) {
     CLI::Option_group* source = app.add_option_group("Database", "where the data is");
-    addText(*source, "--db", options.source.file, "embedded database")->type_name("FILE");
+    addFile(*source, "--db", options.source.file, "embedded database")->type_name("FILE");
     addText(*source, "--odbc", options.source.odbc,
             "connection text, @FILE with one, or env:NAME of a variable with one")
         ->type_name("CONNECTION");
     source->require_option(1);
+    addFile(app, "--trace", options.source.trace, "appends statements, times and errors to a file, for support")
+        ->type_name("FILE");
 }
 
 CLI::App* addDemo(CLI::App& app, Options& options) {
     CLI::App* demo = app.add_subcommand("demo", "Window on the embedded sample database (the default command)");
     addKind(*demo, options);
     addDate(*demo, "--date", options.date, "working date of the host");
-    addText(*demo, "--out", options.out, "folder for the files of a run without a display [build/demo]")
+    addFile(*demo, "--out", options.out, "folder for the files of a run without a display [build/demo]")
         ->type_name("FOLDER");
     demo->footer("Without a display both reports are produced offscreen; the PDF files and pictures are named.");
     return demo;
@@ -99,19 +116,22 @@ CLI::App* addExport(CLI::App& app, Options& options) {
         ->trigger_on_parse();
     command->add_flag("--temporary", request.hasTemporary, "temporary imports or exports too");
     addText(*command, "--soc", options.prefix, "company prefix of three table names")->type_name("PREFIX");
-    addText(*command, "--out", request.out, "file; its ending chooses the format")->type_name("FILE")->required();
+    addFile(*command, "--out", request.out, "file; its ending chooses the format")->type_name("FILE")->required();
+    addTimeout(*command, options, "3600");
     return command;
 }
 
 CLI::App* addDrive(CLI::App& app, Options& options) {
     CLI::App* drive = app.add_subcommand("drive", "Works the window by JSON lines from standard input");
     addSource(*drive, options);
+    addTimeout(*drive, options, "never");
+    drive->footer("docs/drive.md has the commands and their answers.");
     return drive;
 }
 
 CLI::App* addSample(CLI::App& app, Options& options) {
     CLI::App* sample = app.add_subcommand("sample-db", "Writes the sample data into an embedded database");
-    addText(*sample, "FILE", options.sampleFile, "file to write")->required();
+    addFile(*sample, "FILE", options.sampleFile, "file to write")->required();
     sample->add_flag("--sql", options.isSampleScript, "write a SQL Server script instead");
     sample->add_option("--documents", options.documents, "number of documents")->check(CLI::PositiveNumber);
     sample->add_option("--seed", options.seed, "seed of the data")->check(CLI::PositiveNumber);
@@ -138,6 +158,7 @@ std::variant<Options, int> readCommandLine(int argc, const char* const* argv) {
     app.failure_message([](const CLI::App*, const CLI::Error& error) {
         return "velcoran-host: " + std::string(error.what()) + " (--help tells more)\n";
     });
+    constexpr double kExportTimeout = 3600;
     const std::pair<Command, CLI::App*> commands[] = {
         {Command::Demo, addDemo(app, options)},
         {Command::Open, addOpen(app, options)},
@@ -154,6 +175,8 @@ std::variant<Options, int> readCommandLine(int argc, const char* const* argv) {
     }
     for (const auto& [command, subcommand] : commands)
         if (subcommand->parsed()) options.command = command;
+    // A scheduled report ends by itself; in front of a script somebody waits.
+    if (options.command == Command::Export && options.timeout == 0) options.timeout = kExportTimeout;
     return options;
 }
 

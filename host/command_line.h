@@ -34,6 +34,7 @@ struct Options {
     QString prefix;  ///< company prefix
     QString out;     ///< folder of the demonstration's files
     ExportRequest request;
+    double timeout = 0;  ///< seconds after which a statement that has brought nothing is cancelled; 0 for never
     QString sampleFile;
     bool isSampleScript = false;
     int documents = 0;  ///< 0 for the sample's own number

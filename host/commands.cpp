@@ -3,6 +3,8 @@
 #include "host/component_client.h"
 #include "host/drive_loop.h"
 #include "host/drive_session.h"
+#include "host/end_watch.h"
+#include "host/silence_watch.h"
 #include "host/window_view.h"
 
 #include "base/error.h"
@@ -15,6 +17,8 @@
 #include <QWidget>
 
 #include <cstdio>
+
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -64,8 +68,10 @@ int runOpen(const Options& options) {
 }
 
 int runDriveCommand(const Options& options) {
-    DriveSession session([source = options.source] { return openSource(source); });
-    return runDrive(session);
+    EndWatch end(STDOUT_FILENO);
+    DriveSession session([source = options.source] { return openSource(source); }, milliseconds(options.timeout));
+    end.cancelBy([connection = session.connection()] { connection->Cancel(); });
+    return runDrive(session, end);
 }
 
 int runSampleDatabase(const Options& options) {

@@ -10,8 +10,9 @@ namespace velcoran::host {
 
 /// Where a host's data is: exactly one of the two is set.
 struct DataSource {
-    QString file;  ///< an embedded database
-    QString odbc;  ///< a connection text, "@FILE" that holds one, or "env:NAME" of a variable that does
+    QString file;        ///< an embedded database
+    QString odbc;        ///< a connection text, "@FILE" that holds one, or "env:NAME" of a variable that does
+    QString trace = {};  ///< file for a trace of what the connection does; empty for none
 };
 
 /// A connection of the host and how to close it while others still hold it.

@@ -1,6 +1,9 @@
 #include "host/drive_session.h"
 
 #include "host/data_source.h"
+#include "host/drive_gestures.h"
+#include "host/interlude.h"
+#include "host/silence_watch.h"
 #include "host/viewer_client.h"
 #include "host/window_input.h"
 #include "host/window_view.h"
@@ -14,6 +17,8 @@
 #include <QWidget>
 
 #include <algorithm>
+#include <chrono>
+#include <limits>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -22,122 +27,41 @@ namespace velcoran::host {
 
 namespace {
 
-/// In pixels: a picture of that side takes a gigabyte. One that finds no memory ends the process inside the toolkit.
-constexpr int kMaxWindowSide = 16384;
-
 [[noreturn]] void refuse(const QString& why) { throw Refusal{why}; }
-
-/// Thrown where a person could not do it either: the window is closed, the row is not there. The command is answered as
-/// one that changed nothing.
-struct NothingToDo {};
-
-QWidget& wantedControl(const QString& name) {
-    if (loadedWindow() == nullptr) throw NothingToDo();
-    QWidget* control = findControl(name);
-    if (control == nullptr) refuse(u"no control "_s + name);
-    return *control;
-}
-
-void wantKind(const QWidget& control, const char* function) {
-    if (control.metaObject()->indexOfMethod(function) < 0)
-        refuse(u"%1 is the wrong kind of control"_s.arg(control.objectName()));
-}
 
 QJsonValue errorValue(const std::optional<base::Error>& error) {
     if (!error) return {};
     return QJsonObject{{u"number"_s, error->number()}, {u"description"_s, error->description()}};
 }
 
-// --- commands of one control
-// ------------------------------------------------------------------------------------------
+/// In seconds: a cancelled statement ends soon; a driver that does not answer is not waited for.
+constexpr double kPatienceAfterCancel = 2;
+/// A stop is not seen as a cancel where the statement has not begun, or where the window cancels a little later.
+constexpr double kPatienceAfterStop = 0.1;
 
-void focusControl(const DriveCommand& command, QWidget& control) {
-    Q_UNUSED(command)
-    giveFocus(control);
+/// True for what may stop a statement or a report that loads.
+bool mayStop(const DriveCommand& command) {
+    return command.name == u"close" || command.text("key") == u"Esc" || command.text("action") == u"stop";
 }
 
-void clickIt(const DriveCommand& command, QWidget& control) {
-    if (!command.has("row") && !command.has("column")) return clickControl(control);
-    wantKind(control, "cellRect(int,int)");
-    if (!clickCell(control, command.whole("row"), command.whole("column", 1))) throw NothingToDo();
-}
-
-void pickEntry(const DriveCommand& command, QWidget& control) {
-    wantKind(control, "choose(int)");
-    if (!chooseEntry(control, command.whole("index"))) throw NothingToDo();
-}
-
-void tickIt(const DriveCommand& command, QWidget& control) {
-    if (!command.has("index")) {
-        if (!control.inherits("QCheckBox")) refuse(u"\"index\" is missing"_s);
-        return clickControl(control);
-    }
-    wantKind(control, "rowRect(int)");
-    if (!clickRow(control, command.whole("index"))) throw NothingToDo();
-}
-
-void setDate(const DriveCommand& command, QWidget& control) {
-    wantKind(control, "enter(QDate)");
-    enterDate(control, QDate::fromString(command.text("value"), Qt::ISODate));
-}
-
-struct ControlRow {
-    const char16_t* name;
-    void (*act)(const DriveCommand&, QWidget&);
-};
-constexpr ControlRow kControlCommands[] = {
-    {u"focus", focusControl}, {u"click", clickIt}, {u"pick", pickEntry}, {u"tick", tickIt}, {u"date", setDate},
-};
-
-// --- viewer
-// -----------------------------------------------------------------------------------------------------------
-
-struct ActionRow {
-    const char* name;
-    const char* wanted[3];
-};
-constexpr ActionRow kActions[] = {
-    {"export", {}},
-    {"print", {}},
-    {"first", {}},
-    {"previous", {}},
-    {"next", {}},
-    {"last", {}},
-    {"zoomIn", {}},
-    {"zoomOut", {}},
-    {"stop", {}},
-    {"tree", {}},
-    {"goto", {"page"}},
-    {"search", {"text"}},
-    {"object", {"page", "field", "record"}},
-};
-
-QVariantMap actionArguments(const DriveCommand& command) {
-    const QString action = command.text("action");
-    const auto row = std::find_if(std::begin(kActions), std::end(kActions),
-                                  [&](const ActionRow& each) { return action == QLatin1StringView(each.name); });
-    if (row == std::end(kActions)) refuse(u"no action "_s + action);
-    QVariantMap arguments;
-    for (const char* wanted : row->wanted) {
-        if (wanted == nullptr) continue;
-        const QString name = QString::fromLatin1(wanted);
-        if (!command.has(wanted)) refuse(u"\"%1\" is missing"_s.arg(name));
-        // JSON has one kind of number; the viewer counts in whole ones.
-        const QJsonValue value = command.members[name];
-        arguments.insert(name, value.isDouble() ? QVariant(value.toInt()) : value.toVariant());
-    }
-    return arguments;
+/// Everything that reaches the host's connection is recorded, also what is refused behind it; what waits for a delay is
+/// running, and its wait counts for the watch.
+com::Ref<IConnection> decorate(const com::Ref<IConnection>& connection, const std::shared_ptr<StatementHold>& hold,
+                               std::chrono::milliseconds timeout, const std::shared_ptr<StatementLog>& log) {
+    return recordConnection(watchConnection(holdConnection(connection, hold), timeout), log);
 }
 
 }  // namespace
 
-DriveSession::DriveSession(std::function<OpenedConnection()> open, const QString& libraryPath)
+DriveSession::DriveSession(std::function<OpenedConnection()> open, std::chrono::milliseconds timeout,
+                           const QString& libraryPath)
     : m_open(std::move(open)),
+      m_timeout(timeout),
       m_component(libraryPath),
       m_plainBoxes([dialogs = m_dialogs](const QString& text, const QString& title) {
           dialogs->addMessage({text, kStilPlain, title, u"platform"_s});
       }),
-      m_connection(recordConnection(m_open().connection, m_log)) {
+      m_connection(decorate(m_open().connection, m_hold, m_timeout, m_log)) {
     registerDialogs(m_component.hostObjects(), m_dialogs);
 }
 
@@ -152,54 +76,108 @@ DriveSession::Handler DriveSession::handlerOf(const QString& name) {
         Handler handler;
     };
     static constexpr Row kHandlers[] = {
-        {u"incarca", &DriveSession::incarca}, {u"focus", &DriveSession::work},
-        {u"key", &DriveSession::input},       {u"type", &DriveSession::input},
-        {u"paste", &DriveSession::input},     {u"click", &DriveSession::work},
-        {u"cell", &DriveSession::input},      {u"pick", &DriveSession::work},
-        {u"tick", &DriveSession::work},       {u"date", &DriveSession::work},
-        {u"resize", &DriveSession::input},    {u"wait", &DriveSession::wait},
+        {u"incarca", &DriveSession::incarca}, {u"wait", &DriveSession::wait},
         {u"answer", &DriveSession::prepare},  {u"formats", &DriveSession::formats},
         {u"viewer", &DriveSession::view},     {u"report", &DriveSession::report},
         {u"page", &DriveSession::page},       {u"screenshot", &DriveSession::screenshot},
+        {u"delay", &DriveSession::delay},     {u"during", &DriveSession::during},
         {u"close", &DriveSession::close},     {u"state", &DriveSession::state},
         {u"quit", &DriveSession::quit},
     };
     const auto* row = std::find_if(std::begin(kHandlers), std::end(kHandlers),
                                    [&name](const Row& each) { return name == each.name; });
-    return row == std::end(kHandlers) ? nullptr : row->handler;
-}
-
-QJsonObject DriveSession::carryOut(const DriveCommand& command) {
-    try {
-        return (this->*handlerOf(command.name))(command);
-    } catch (const NothingToDo&) {
-        return {};
-    }
+    return row == std::end(kHandlers) ? &DriveSession::gesture : row->handler;
 }
 
 QByteArray DriveSession::answer(const QByteArray& line) {
     QJsonObject answer;
+    const auto parsed = parseCommand(line);
+    if (const auto* refusal = std::get_if<Refusal>(&parsed))
+        answer = {{u"ok"_s, false}, {u"why"_s, refusal->why}};
+    else
+        answer = answerWithInterlude(std::get<DriveCommand>(parsed));
+    return QJsonDocument(answer).toJson(QJsonDocument::Compact);
+}
+
+QJsonObject DriveSession::answerWithInterlude(const DriveCommand& command) {
+    const std::optional<Prepared> prepared = std::exchange(m_prepared, std::nullopt);
+    if (!prepared) return answerTo(command);
+    // A report that loaded before is none of this command's, unless it waits for it.
+    const bool isWait = command.name == u"wait";
+    bool isOwnReport = isWait || !isViewerBusy();
+    const auto loads = [&isOwnReport] {
+        isOwnReport = isOwnReport || !isViewerBusy();
+        return isOwnReport && isViewerBusy();
+    };
+    Interlude interlude(
+        prepared->commands, prepared->pause, [&] { return m_log->isRunning() || loads(); },
+        [this](const DriveCommand& nested) { return answerToNested(nested); });
+    const auto begin = [&] {
+        if (interlude.answers().isEmpty()) interlude.look();
+    };
+    QJsonObject answer = answerTo(command, begin, [&] {
+        if (!isWait && loads()) waitForViewer(std::numeric_limits<double>::infinity());
+    });
+    answer.insert(u"during"_s, interlude.answers());
+    answer.insert(u"left"_s, interlude.left());
+    return answer;
+}
+
+/// What was recorded up to here belongs to the command that runs.
+QJsonObject DriveSession::answerToNested(const DriveCommand& command) {
+    collectRecords();
+    const Records outer = std::exchange(m_records, {});
+    QJsonObject answer = answerTo(command);
+    m_records = outer;
+    return answer;
+}
+
+QJsonObject DriveSession::answerTo(const DriveCommand& command, const std::function<void()>& begin,
+                                   const std::function<void()>& finish) {
+    QJsonObject answer;
     try {
-        const auto parsed = parseCommand(line);
-        if (const auto* refusal = std::get_if<Refusal>(&parsed)) throw *refusal;
-        const auto& command = std::get<DriveCommand>(parsed);
-        answer = carryOut(command);
+        const int cancels = m_log->cancels();
+        try {
+            answer = (this->*handlerOf(command.name))(command);
+        } catch (const NothingToDo&) {
+            answer = {};
+        }
+        if (begin) begin();
         deliverEvents();
+        if (m_log->cancels() != cancels)
+            settle(kPatienceAfterCancel);
+        else if (mayStop(command))
+            settle(kPatienceAfterStop);
+        if (finish) finish();
         addRecords(answer);
     } catch (const Refusal& refusal) {
         answer = {{u"ok"_s, false}, {u"why"_s, refusal.why}};
     } catch (const std::exception& exception) {
         answer = {{u"ok"_s, false}, {u"why"_s, QString::fromUtf8(exception.what())}};
     }
-    return QJsonDocument(answer).toJson(QJsonDocument::Compact);
+    return answer;
+}
+
+/// What a command stopped has ended when it is answered, so that the answer does not hang on the speed of a thread.
+void DriveSession::settle(double patience) {
+    waitUntil([this] { return !m_log->isRunning() && !isViewerBusy(); }, patience);
+    deliverEvents();
+}
+
+void DriveSession::collectRecords() {
+    m_records.statements += m_log->take();
+    m_records.messages += m_dialogs->takeMessages();
+    m_records.dialogs += m_dialogs->takeDialogs();
 }
 
 void DriveSession::addRecords(QJsonObject& answer) {
+    collectRecords();
+    const Records records = std::exchange(m_records, {});
     QJsonArray statements;
-    for (const RecordedStatement& each : m_log->take())
+    for (const RecordedStatement& each : records.statements)
         statements.append(QJsonObject{{u"via"_s, each.via}, {u"text"_s, each.text}});
     QJsonArray messages;
-    for (const RecordedMessage& each : m_dialogs->takeMessages())
+    for (const RecordedMessage& each : records.messages)
         messages.append(QJsonObject{
             {u"text"_s, each.text}, {u"style"_s, each.style}, {u"title"_s, each.title}, {u"source"_s, each.source}});
     const QString focus = focusedControl();
@@ -207,8 +185,8 @@ void DriveSession::addRecords(QJsonObject& answer) {
     answer.insert(u"focus"_s, focus.isEmpty() ? QJsonValue() : QJsonValue(focus));
     answer.insert(u"sql"_s, statements);
     answer.insert(u"messages"_s, messages);
-    answer.insert(u"dialogs"_s, QJsonArray::fromStringList(m_dialogs->takeDialogs()));
-    answer.insert(u"error"_s, errorValue(std::exchange(m_error, std::nullopt)));
+    answer.insert(u"dialogs"_s, QJsonArray::fromStringList(records.dialogs));
+    answer.insert(u"error"_s, errorValue(records.error));
 }
 
 com::Ref<IConnection> DriveSession::connectionFor(const DriveCommand& command) {
@@ -217,7 +195,7 @@ com::Ref<IConnection> DriveSession::connectionFor(const DriveCommand& command) {
     if (wish.isString()) {
         OpenedConnection closed = m_open();
         closed.close();
-        return recordConnection(closed.connection, m_log);
+        return decorate(closed.connection, m_hold, m_timeout, m_log);
     }
     return m_connection;
 }
@@ -228,40 +206,15 @@ QJsonObject DriveSession::incarca(const DriveCommand& command) {
     try {
         m_component.incarca(command.text("kind"), connection, date, command.text("soc"));
     } catch (const base::Error& error) {
-        m_error = error;
+        m_records.error = error;
     }
     deliverEvents();
     if (QWidget* window = loadedWindow()) activateWindow(*window);
     return {};
 }
 
-QJsonObject DriveSession::input(const DriveCommand& command) {
-    if (command.name == u"key") {
-        if (!pressKey(command.text("key"), command.members[u"shift"_s].toBool()))
-            refuse(u"no key "_s + command.text("key"));
-    } else if (command.name == u"type") {
-        typeText(command.text("text"));
-    } else if (command.name == u"paste") {
-        pasteText(command.text("text"));
-    } else if (command.name == u"cell") {
-        if (!moveToCell(wantedControl(u"Grid"_s), command.whole("row"), command.whole("column"))) throw NothingToDo();
-    } else {
-        QWidget* window = loadedWindow();
-        if (window == nullptr) throw NothingToDo();
-        const int width = command.whole("width"), height = command.whole("height");
-        if (width <= 0 || height <= 0) refuse(u"a window has a width and a height"_s);
-        if (qMax(width, height) > kMaxWindowSide)
-            refuse(u"a window is at most %1 pixels wide and high"_s.arg(kMaxWindowSide));
-        resizeWindow(*window, width, height);
-    }
-    return {};
-}
-
-QJsonObject DriveSession::work(const DriveCommand& command) {
-    QWidget& control = wantedControl(command.text("control"));
-    const auto* row = std::find_if(std::begin(kControlCommands), std::end(kControlCommands),
-                                   [&](const ControlRow& each) { return command.name == each.name; });
-    row->act(command, control);
+QJsonObject DriveSession::gesture(const DriveCommand& command) {
+    makeGesture(command);
     return {};
 }
 
@@ -269,7 +222,7 @@ QJsonObject DriveSession::wait(const DriveCommand& command) {
     constexpr double kUsual = 600;
     QElapsedTimer elapsed;
     elapsed.start();
-    const bool isDone = waitForViewer(command.members[u"seconds"_s].toDouble(kUsual));
+    const bool isDone = waitForViewer(command.seconds("seconds", kUsual));
     return {{u"seconds"_s, static_cast<double>(elapsed.elapsed()) / 1000}, {u"timedOut"_s, !isDone}};
 }
 
@@ -289,12 +242,7 @@ QJsonObject DriveSession::formats(const DriveCommand&) {
     return {{u"formats"_s, formats}};
 }
 
-QJsonObject DriveSession::view(const DriveCommand& command) {
-    const QVariantMap arguments = actionArguments(command);
-    const QVariant answer = viewer() == nullptr ? QVariant() : actOnViewer(command.text("action"), arguments);
-    if (command.text("action") != u"search") return {};
-    return {{u"found"_s, answer.isValid() ? QJsonValue::fromVariant(answer) : QJsonValue()}};
-}
+QJsonObject DriveSession::view(const DriveCommand& command) { return workViewer(command); }
 
 QJsonObject DriveSession::report(const DriveCommand&) { return {{u"report"_s, shownReport()}}; }
 
@@ -306,6 +254,18 @@ QJsonObject DriveSession::screenshot(const DriveCommand& command) {
     QWidget* window = loadedWindow();
     if (window == nullptr) refuse(u"the window is not loaded"_s);
     if (!window->grab().save(command.text("file"))) refuse(u"the picture could not be written"_s);
+    return {};
+}
+
+QJsonObject DriveSession::delay(const DriveCommand& command) {
+    m_hold->holdNext(milliseconds(command.seconds("seconds")));
+    return {};
+}
+
+QJsonObject DriveSession::during(const DriveCommand& command) {
+    const auto nested = nestedCommands(command);
+    if (const auto* refusal = std::get_if<Refusal>(&nested)) throw *refusal;
+    m_prepared = Prepared{std::get<QList<DriveCommand>>(nested), command.seconds("after")};
     return {};
 }
 

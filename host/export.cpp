@@ -2,7 +2,9 @@
 #include "host/component_client.h"
 #include "host/dialogs.h"
 #include "host/file_export.h"
+#include "host/key_input.h"
 #include "host/plain_box_watch.h"
+#include "host/silence_watch.h"
 #include "host/viewer_client.h"
 #include "host/window_input.h"
 #include "host/window_view.h"
@@ -69,14 +71,14 @@ QList<int> rowsWithCode(const QString& code) {
 /// Opens the lookup of a field and picks the row with a code.
 void pick(const QString& field, const QString& code) {
     if (!giveFocus(control(field))) fail(u"%1 cannot be chosen: its field is disabled"_s.arg(code));
-    pressKey(u"Enter"_s, false);
+    pressKey({.name = u"Enter"_s});
     deliverEvents();
     if (control(u"fraGrid"_s).isHidden()) fail(u"\"%1\" matches nothing"_s.arg(code));
     const QList<int> rows = rowsWithCode(code);
     if (rows.isEmpty()) fail(u"\"%1\" matches nothing"_s.arg(code));
     if (rows.size() > 1) fail(u"\"%1\" matches %2 rows"_s.arg(code).arg(rows.size()));
     moveToCell(control(u"Grid"_s), rows.first(), 1);
-    pressKey(u"Enter"_s, false);
+    pressKey({.name = u"Enter"_s});
     deliverEvents();
 }
 
@@ -140,19 +142,16 @@ void produce(DialogScript& dialogs) {
     if (viewer() == nullptr || !viewer()->property("hasReport").toBool()) fail(u"the loading was stopped"_s);
 }
 
-}  // namespace
-
-int runExport(const Options& options) {
+void exportReport(const Options& options, const com::Ref<IConnection>& connection) {
     const ExportRequest& request = options.request;
     const QString path = QDir::current().absoluteFilePath(request.out);
-    const OpenedConnection source = openSource(options.source);
     ComponentClient component;
     const auto dialogs = std::make_shared<DialogScript>();
     registerDialogs(component.hostObjects(), dialogs);
     const PlainBoxWatch watch([dialogs](const QString& text, const QString& title) {
         dialogs->addMessage({text, 0, title, u"platform"_s});
     });
-    component.incarca(options.kind, source.connection, request.to, options.prefix);
+    component.incarca(options.kind, connection, request.to, options.prefix);
     deliverEvents();
     QWidget* window = loadedWindow();
     if (window == nullptr) fail(u"the report window did not open"_s);
@@ -162,6 +161,21 @@ int runExport(const Options& options) {
     produce(*dialogs);
     exportFile(*dialogs, path);
     window->close();
+}
+
+}  // namespace
+
+int runExport(const Options& options) {
+    const OpenedConnection source = openSource(options.source);
+    const auto timeout = milliseconds(options.timeout);
+    const auto isSilent = std::make_shared<std::atomic<bool>>(false);
+    try {
+        exportReport(options, watchConnection(source.connection, timeout, isSilent));
+    } catch (const base::Error&) {
+        // A lookup whose statement fails shows as one that found nothing.
+        if (!*isSilent) throw;
+        throw base::Error(base::kStatementError, silenceWords(timeout));
+    }
     return kStatusDone;
 }
 

@@ -9,6 +9,8 @@
 
 #include <QFileInfo>
 
+#include <stdexcept>
+
 using namespace Qt::StringLiterals;
 
 namespace velcoran::host {
@@ -24,7 +26,7 @@ bool isOwnFormat(int type) { return type == 1 || type == 33; }
 
 void failOnMessage(DialogScript& dialogs) {
     for (const RecordedMessage& message : dialogs.takeMessages())
-        throw base::Error(base::kProviderFailure, message.text.simplified());
+        throw std::runtime_error(message.text.simplified().toStdString());
 }
 
 void exportFile(DialogScript& dialogs, const QString& path) {

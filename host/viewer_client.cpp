@@ -51,7 +51,7 @@ QList<Format> exportFormats() {
     return formats;
 }
 
-bool waitForViewer(double seconds) {
+bool waitUntil(const std::function<bool()>& isDone, double seconds) {
     constexpr int kLookEvery = 5;  // milliseconds
     QElapsedTimer elapsed;
     elapsed.start();
@@ -59,11 +59,15 @@ bool waitForViewer(double seconds) {
     QEventLoop loop;
     QTimer look;
     QObject::connect(&look, &QTimer::timeout, &loop, [&] {
-        if (!isViewerBusy() || static_cast<double>(elapsed.elapsed()) >= seconds * 1000) loop.quit();
+        if (isDone() || static_cast<double>(elapsed.elapsed()) >= seconds * 1000) loop.quit();
     });
     look.start(kLookEvery);
-    if (isViewerBusy()) loop.exec();
-    return !isViewerBusy();
+    if (!isDone()) loop.exec();
+    return isDone();
+}
+
+bool waitForViewer(double seconds) {
+    return waitUntil([] { return !isViewerBusy(); }, seconds);
 }
 
 }  // namespace velcoran::host

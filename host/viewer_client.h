@@ -7,6 +7,7 @@
 #include <QStringList>
 #include <QVariantMap>
 
+#include <functional>
 #include <optional>
 
 namespace velcoran::host {
@@ -24,7 +25,9 @@ QVariant actOnViewer(const QString& action, const QVariantMap& arguments = {});
 /// The formats of the export dialog, in its order.
 [[nodiscard]] QList<Format> exportFormats();
 
+/// Lets the window live until something is done. @return false when that took longer
+bool waitUntil(const std::function<bool()>& isDone, double seconds);
 /// Lets the window live until the viewer has finished loading. @return false when that took longer
-[[nodiscard]] bool waitForViewer(double seconds);
+bool waitForViewer(double seconds);
 
 }  // namespace velcoran::host

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "host/mouse_input.h"
+
 #include <QDate>
 #include <QString>
 
@@ -18,20 +20,15 @@ namespace velcoran::host {
 /// @return false when the click could not reach it or it does not take the focus
 bool giveFocus(QWidget& control);
 
-/// Presses and releases a key in the control that has the focus.
-/// @param name  "Tab", "Enter", "Esc", "Space", "Left", "Up", "Right", "Down", "Delete", "Backspace", "Home", "End",
-///              "PageUp", "PageDown"
-/// @return false for any other name
-bool pressKey(const QString& name, bool isShifted);
-/// Types characters one by one into the control that has the focus.
-void typeText(const QString& text);
 /// Pastes a text into the text box that has the focus. The clipboard has its own text again afterwards.
 void pasteText(const QString& text);
 
 /// Clicks the centre of a control.
-void clickControl(QWidget& control);
+void clickControl(QWidget& control, ClickKind kind = {});
 /// Clicks a data cell of the grid, both counted from 1. @return false when it has no such cell
-bool clickCell(QWidget& grid, int row, int column);
+bool clickCell(QWidget& grid, int row, int column, ClickKind kind = {});
+/// Clicks a row of the open list of a control, counted from 0. @return false when no such row is open
+bool clickOpenRow(QWidget& list, int row, ClickKind kind = {});
 /// Moves the current cell of the grid. @return false when it has no such cell
 bool moveToCell(QWidget& grid, int row, int column);
 /// Chooses an entry of a drop-down list, which gets the focus. @return false when it has no such entry

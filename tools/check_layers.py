@@ -10,6 +10,7 @@ import sys
 
 ORDER = [
     "base",
+    "system",
     "platform/com",
     "db",
     "db/sqlite",

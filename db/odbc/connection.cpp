@@ -2,16 +2,16 @@
 
 #include "db/odbc/rows.h"
 #include "db/odbc/session.h"
+#include "db/provider_errors.h"
 
 namespace velcoran::odbc {
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
 class Connection final : public com::Object<IConnection> {
 public:
-    Connection(const QString& text, const Waits& waits) : m_session(std::make_shared<Session>(text, waits)) {}
+    Connection(const QString& text, const Waits& waits, DiagnosticSink sink)
+        : m_session(std::make_shared<Session>(text, waits, std::move(sink))) {}
 
     std::int32_t State() override { return m_session->isOpen() ? kStateOpen : kStateClosed; }
 
@@ -28,10 +28,7 @@ public:
 
     com::HResult OpenRowset(com::Bstr text, std::int32_t cursorLocation, std::int32_t, std::int32_t,
                             IRows** rows) override {
-        if (cursorLocation != kCursorClient) {
-            return com::guarded(
-                [] { throw base::Error(base::kInvalidProcedureCall, u"Only client-side row sets can be opened"_s); });
-        }
+        if (cursorLocation != kCursorClient) return com::guarded([] { throw db::cursorLocationError(); });
         return Execute(text, rows);
     }
 
@@ -62,13 +59,13 @@ private:
 
 }  // namespace
 
-com::Ref<IConnection> openConnection(const QString& connectionText, const Waits& waits) {
-    return com::Ref<IConnection>(com::makeObject<Connection>(connectionText, waits).get());
+com::Ref<IConnection> openConnection(const QString& connectionText, const Waits& waits, DiagnosticSink sink) {
+    return com::Ref<IConnection>(com::makeObject<Connection>(connectionText, waits, std::move(sink)).get());
 }
 
 void closeConnection(const com::Ref<IConnection>& connection) {
     auto* own = dynamic_cast<Connection*>(connection.get());
-    if (own == nullptr) throw base::Error(base::kInvalidProcedureCall, u"Not a connection of this provider"_s);
+    if (own == nullptr) throw db::foreignConnectionError();
     own->close();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/error.h"
+#include "db/odbc/diagnostic_record.h"
 #include "db/odbc/handles.h"
 
 #include <QList>
@@ -17,12 +18,6 @@ Q_DECLARE_LOGGING_CATEGORY(logOdbc)
 /// The published number of a refused login, 0x80040E4D.
 constexpr std::int32_t kAuthenticationFailed = -2147217843;
 
-struct DiagnosticRecord {
-    QString state;  ///< SQLSTATE, five characters
-    std::int32_t nativeNumber = 0;
-    QString text;  ///< the words without the bracketed names of driver and component
-};
-
 /// What was going on when a call failed: what is a statement's fault later is the connection's fault while it opens.
 enum class Phase { Connecting, Running };
 
@@ -30,13 +25,18 @@ enum class Phase { Connecting, Running };
 [[nodiscard]] QList<DiagnosticRecord> readDiagnostics(SQLSMALLINT handleType, SQLHANDLE handle);
 
 /// One error from all records: their words one below the other, each once, secrets hidden; the number from the record
-/// that says most.
+/// that says most. A deadlock and a lock time-out are named as such before the words.
 [[nodiscard]] base::Error errorOf(const QList<DiagnosticRecord>& records, Phase phase, const Secrets& secrets);
 
 /// True when the driver says that the call was cancelled.
 [[nodiscard]] bool isCancelled(const QList<DiagnosticRecord>& records);
-/// True when a record is about the connection itself.
-[[nodiscard]] bool isConnectionLost(const QList<DiagnosticRecord>& records);
+/// True when a record tells of a lost connection. What counts is whether the driver calls the connection dead; this is
+/// for drivers that do not know. The state of a rejected connection is none: drivers for SQL Server give it to
+/// statements that name a database which is not there.
+[[nodiscard]] bool speakOfLoss(const QList<DiagnosticRecord>& records);
+
+/// What a call on a lost connection fails with.
+[[nodiscard]] base::Error lostError();
 
 /// The words of a message without leading "[vendor][component]" names.
 [[nodiscard]] QString withoutPrefixes(const QString& message);

@@ -1,28 +1,22 @@
 #include "db/odbc/session.h"
 
+#include "db/provider_errors.h"
+
 namespace velcoran::odbc {
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-base::Error closedError() {
-    return {base::kInvalidConnection,
-            u"The connection cannot be used to perform this operation. It is either closed or "
-            "invalid in this context."_s};
-}
-
-base::Error lostError() { return {base::kProviderFailure, u"The connection to the server is lost"_s}; }
-
 base::Error timeoutError(std::chrono::milliseconds wait) {
     const auto seconds = std::chrono::duration<double>(wait).count();
-    return {base::kProviderFailure, u"The server did not answer within %1 seconds"_s.arg(seconds)};
+    return {base::kProviderFailure, u"Serverul nu a răspuns în %1 secunde."_s.arg(seconds)};
 }
 
 }  // namespace
 
-Session::Session(const QString& connectionText, const Waits& waits)
-    : m_link(std::make_shared<Link>()), m_worker(m_link->gate(), waits.cancel) {
+Session::Session(const QString& connectionText, const Waits& waits, DiagnosticSink sink)
+    : m_link(std::make_shared<Link>(std::move(sink))), m_worker(m_link->gate(), waits.cancel) {
     const auto connect = [link = m_link, connectionText, wait = waits.login] { link->connect(connectionText, wait); };
     try {
         m_worker.run(std::make_shared<CancelToken>(), connect, std::chrono::steady_clock::now() + waits.login);
@@ -37,7 +31,7 @@ Session::Session(const QString& connectionText, const Waits& waits)
 Session::~Session() { close(); }
 
 void Session::requireOpen() const {
-    if (m_isClosed) throw closedError();
+    if (m_isClosed) throw db::closedConnectionError();
     if (m_link->isLost()) throw lostError();
 }
 
@@ -47,13 +41,13 @@ void Session::run(const SharedToken& token, Worker::Step step) {
         m_worker.run(token, std::move(step));
     } catch (const base::Cancelled&) {
         token->clear();
-        if (m_isClosed) throw closedError();
+        if (m_isClosed) throw db::closedConnectionError();
         throw;
     } catch (const Worker::Abandoned&) {
         m_link->noteLost();
         const bool wasWished = token->isRequested();
         token->clear();
-        if (m_isClosed) throw closedError();
+        if (m_isClosed) throw db::closedConnectionError();
         if (wasWished) throw base::Cancelled();
         throw lostError();
     }

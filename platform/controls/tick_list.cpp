@@ -144,7 +144,7 @@ void TickList::keyPressEvent(QKeyEvent* event) {
     event->accept();
     switch (event->key()) {
         case Qt::Key_Space:
-            toggle(at);
+            if (!(event->modifiers() & Qt::AltModifier)) toggle(at);
             break;
         case Qt::Key_Up:
             setCurrentIndex(at > 0 ? at - 1 : at);

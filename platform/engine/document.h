@@ -26,6 +26,7 @@ struct ReportTexts {
     QMap<QString, QString> texts;         ///< text objects
     QMap<QString, QString> unboundTexts;  ///< unbound fields with a string constant for their source
     int option = 0;                       ///< 0 detailed, 1 totals alone
+    bool isClient = false;                ///< the partners are clients, not suppliers
 };
 
 /// A loaded report laid out for one page set-up. Immutable; every function may be called from any thread. Making it

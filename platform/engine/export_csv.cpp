@@ -1,8 +1,8 @@
 #include "platform/engine/export_formats.h"
 #include "platform/engine/export_numbers.h"
-#include "platform/engine/export_output.h"
 #include "platform/engine/export_rows.h"
 #include "platform/engine/export_writers.h"
+#include "system/durable_file.h"
 
 #include <limits>
 
@@ -93,7 +93,7 @@ private:
 
     ExportSource m_source;
     ExportControl& m_control;
-    ExportOutput m_output;
+    system::DurableFile m_output;
     char m_decimal = ',';
     char m_separator = ';';
     std::array<Repeated, kRepeatedTextCount> m_repeated;

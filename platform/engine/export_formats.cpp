@@ -2,13 +2,15 @@
 
 #include "base/error.h"
 #include "platform/engine/document.h"
-#include "platform/engine/export_output.h"
 #include "platform/engine/export_pdf.h"
 #include "platform/engine/export_writers.h"
+#include "system/durable_file.h"
 
+#include <QIODevice>
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <exception>
 
 namespace velcoran::engine {
 
@@ -19,17 +21,44 @@ namespace {
 /// Bytes of a name that every file system takes, with room for the extension.
 constexpr qsizetype kMaxNameBytes = 200;
 
+/// The file as a device, which tells a failure by the number of bytes; the failure itself is kept.
+class FileDevice final : public QIODevice {
+public:
+    explicit FileDevice(system::DurableFile& file) : m_file(file) { open(WriteOnly | Unbuffered); }
+
+    void rethrow() const {
+        if (m_failure) std::rethrow_exception(m_failure);
+    }
+
+protected:
+    qint64 readData(char*, qint64) override { return -1; }
+    qint64 writeData(const char* bytes, qint64 count) override {
+        try {
+            m_file.write(QByteArrayView(bytes, count));
+            return count;
+        } catch (...) {
+            m_failure = std::current_exception();
+            return -1;
+        }
+    }
+
+private:
+    system::DurableFile& m_file;
+    std::exception_ptr m_failure;
+};
+
 void writePdf(const Document& document, const QString& file, ExportControl& control) {
-    ExportOutput output(file);
+    system::DurableFile output(file);
+    FileDevice device(output);
     ExportProgress progress;
     progress.stop = &control.stop;
     progress.report = [&control](int done, int total) {
         if (control.tell) control.tell(done, total);
     };
     try {
-        exportPdf(document, output.device(), progress);
-    } catch (const base::Error& error) {
-        if (error.number() == base::kPathAccess) output.fail();
+        exportPdf(document, device, progress);
+    } catch (...) {
+        device.rethrow();
         throw;
     }
     if (control.stop) throw base::Cancelled();

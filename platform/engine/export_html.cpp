@@ -1,9 +1,9 @@
 #include "platform/engine/amount_text.h"
 #include "platform/engine/export_formats.h"
 #include "platform/engine/export_markup.h"
-#include "platform/engine/export_output.h"
 #include "platform/engine/export_rows.h"
 #include "platform/engine/export_writers.h"
+#include "system/durable_file.h"
 
 namespace velcoran::engine {
 
@@ -40,7 +40,7 @@ tbody.report td { font-weight: bold; }
 
 class HtmlSink final : public ReportSink {
 public:
-    HtmlSink(const ExportSource& source, const QStringList& filters, ExportOutput& output)
+    HtmlSink(const ExportSource& source, const QStringList& filters, system::DurableFile& output)
         : m_source(source), m_filters(filters), m_output(output) {}
 
     void begin() override {
@@ -135,7 +135,7 @@ private:
 
     const ExportSource& m_source;
     const QStringList& m_filters;
-    ExportOutput& m_output;
+    system::DurableFile& m_output;
     QByteArray m_text;
 };
 
@@ -143,7 +143,7 @@ private:
 
 void writeHtml(const Document& document, const QString& file, ExportControl& control) {
     const ExportSource source(document);
-    ExportOutput output(file);
+    system::DurableFile output(file);
     HtmlSink sink(source, control.filters, output);
     walkReport(source, sink, control);
     output.commit();

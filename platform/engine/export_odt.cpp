@@ -2,10 +2,10 @@
 #include "platform/engine/export_formats.h"
 #include "platform/engine/export_markup.h"
 #include "platform/engine/export_odt_parts.h"
-#include "platform/engine/export_output.h"
 #include "platform/engine/export_rows.h"
 #include "platform/engine/export_writers.h"
 #include "platform/engine/export_zip.h"
+#include "system/durable_file.h"
 
 namespace velcoran::engine {
 
@@ -142,7 +142,7 @@ private:
 
 void writeOdt(const Document& document, const QString& file, ExportControl& control) {
     const ExportSource source(document);
-    ExportOutput output(file);
+    system::DurableFile output(file);
     ZipWriter zip(output, source.made());
     // First and as it is: programs know the document by these bytes at their place.
     zip.addStored("mimetype", "application/vnd.oasis.opendocument.text");

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <QString>
-
 #include <atomic>
 #include <functional>
 
@@ -20,9 +18,5 @@ struct ExportProgress {
 /// Writes the document as PDF into an open device.
 /// @throws Error kPathAccess when the device takes no more; Cancelled after a stop
 void exportPdf(const Document& document, QIODevice& device, const ExportProgress& progress = {});
-
-/// The same into a file, written beside its place and moved there when whole: after a failure or a stop, what was there
-/// stands as it was.
-void exportPdf(const Document& document, const QString& path, const ExportProgress& progress = {});
 
 }  // namespace velcoran::engine

@@ -1,8 +1,8 @@
 #include "platform/engine/amount_text.h"
 #include "platform/engine/export_formats.h"
-#include "platform/engine/export_output.h"
 #include "platform/engine/export_rows.h"
 #include "platform/engine/export_writers.h"
+#include "system/durable_file.h"
 
 #include <algorithm>
 
@@ -95,7 +95,7 @@ Widths columnWidths(const ExportSource& source, const ExportPace& pace) {
 
 class TextSink final : public ReportSink {
 public:
-    TextSink(const ExportSource& source, const QStringList& filters, const Widths& widths, ExportOutput& output)
+    TextSink(const ExportSource& source, const QStringList& filters, const Widths& widths, system::DurableFile& output)
         : m_source(source), m_filters(filters), m_widths(widths), m_output(output) {}
 
     void begin() override {
@@ -170,14 +170,14 @@ private:
     const ExportSource& m_source;
     const QStringList& m_filters;
     Widths m_widths;
-    ExportOutput& m_output;
+    system::DurableFile& m_output;
 };
 
 }  // namespace
 
 void writePlainText(const Document& document, const QString& file, ExportControl& control) {
     const ExportSource source(document);
-    ExportOutput output(file);
+    system::DurableFile output(file);
     const qint64 steps = source.isTotalsAlone() ? source.data().groupCount() : source.data().rowCount();
     const Widths widths = columnWidths(source, ExportPace(control, steps));
     TextSink sink(source, control.filters, widths, output);

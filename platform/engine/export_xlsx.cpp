@@ -1,11 +1,11 @@
 #include "base/error.h"
 #include "platform/engine/export_formats.h"
 #include "platform/engine/export_numbers.h"
-#include "platform/engine/export_output.h"
 #include "platform/engine/export_rows.h"
 #include "platform/engine/export_writers.h"
-
-#include <QFile>
+#include "platform/engine/xlsx_check.h"
+#include "system/durable_file.h"
+#include "system/numeric_locale.h"
 
 #include <xlsxwriter.h>
 
@@ -13,6 +13,7 @@
 #include <chrono>
 #include <limits>
 #include <new>
+#include <system_error>
 
 namespace velcoran::engine {
 
@@ -89,12 +90,13 @@ public:
           m_file(file),
           m_control(control),
           m_isDay(m_source.content().grouping == Grouping::Day),
-          m_place(std::make_shared<ExportFolder>(file)) {
+          m_place(std::make_shared<system::DurableFile>(file, system::DurableFile::Use::byPath)) {
         m_headingRow = static_cast<lxw_row_t>((m_source.period().isEmpty() ? 2 : 3) + control.filters.size());
         requireRoom();
     }
 
     void write() {
+        const system::NumericLocale numbers;
         ExportPace pace(m_control,
                         m_source.isTotalsAlone() ? m_source.data().groupCount() : m_source.data().rowCount());
         open();
@@ -105,6 +107,7 @@ public:
         requireWritten();
         close();
         pace.stopIfAsked();
+        requireWhole();
         m_place->commit();
     }
 
@@ -119,11 +122,9 @@ private:
     }
 
     void open() {
-        m_name = QFile::encodeName(m_place->temporaryFile());
-        m_folder = QFile::encodeName(m_place->path());
+        m_name = m_place->path();
         lxw_workbook_options options{};
         options.constant_memory = LXW_TRUE;
-        options.tmpdir = m_folder.data();
         options.use_zip64 = LXW_TRUE;
         m_workbook.reset(workbook_new_opt(m_name.constData(), &options));
         if (!m_workbook) throw std::bad_alloc();
@@ -137,7 +138,7 @@ private:
     /// Sheet with title, period and filters above a heading that stays in view.
     void beginSheet(const char* name, const std::vector<std::pair<QString, bool>>& headings) {
         m_sheet = workbook_add_worksheet(m_workbook.get(), name);
-        if (m_sheet == nullptr) failToWrite(m_file, qt_error_string(errno));
+        if (m_sheet == nullptr) system::failToWrite(m_file, errno);
         m_sheets.push_back(m_sheet);
         worksheet_set_landscape(m_sheet);
         worksheet_set_paper(m_sheet, kPaperA4);
@@ -216,9 +217,9 @@ private:
             if (column.kind == CellKind::Date) repeated.day = spreadsheetDay(shown);
         }
         if (repeated.day) {
-            check(worksheet_write_number(m_sheet, m_row, at, *repeated.day, m_formats->date));
+            writeNumber(at, *repeated.day, m_formats->date);
         } else if (!repeated.text.isEmpty()) {
-            check(worksheet_write_string(m_sheet, m_row, at, repeated.text.constData(), nullptr));
+            writeString(at, repeated.text, nullptr);
         }
     }
 
@@ -269,14 +270,14 @@ private:
         lxw_col_t at = 0;
         for (const QString& part : key) {
             const std::optional<double> day = m_isDay ? spreadsheetDay(part) : std::nullopt;
-            if (day) check(worksheet_write_number(m_sheet, m_row, at, *day, m_formats->date));
+            if (day) writeNumber(at, *day, m_formats->date);
             if (!day) text(at, part);
             ++at;
         }
         at = keyColumns();
         lxw_format* plain = isBold ? m_formats->bold : nullptr;
         text(at++, total.currency, plain);
-        check(worksheet_write_number(m_sheet, m_row, at++, static_cast<double>(total.rows), plain));
+        writeNumber(at++, static_cast<double>(total.rows), plain);
         lxw_format* amount = isBold ? m_formats->boldAmount : m_formats->amount;
         lxw_format* right = isBold ? m_formats->boldRight : m_formats->right;
         for (const base::Decimal* value :
@@ -288,27 +289,35 @@ private:
 
     void text(lxw_col_t at, QStringView shown, lxw_format* format = nullptr) const {
         if (shown.isEmpty()) return;
-        check(worksheet_write_string(m_sheet, m_row, at, cellText(shown).constData(), format));
+        writeString(at, cellText(shown), format);
     }
     /// A number, or a text of all its digits where a binary number could not hold them.
     template <typename Value>
     void number(lxw_col_t at, const Value& value, lxw_format* format, lxw_format* textFormat) const {
         if (const std::optional<double> number = spreadsheetNumber(value)) {
-            check(worksheet_write_number(m_sheet, m_row, at, *number, format));
+            writeNumber(at, *number, format);
         } else {
-            const QByteArray digits = exactText(value, kAmountPlaces, ',');
-            check(worksheet_write_string(m_sheet, m_row, at, digits.constData(), textFormat));
+            writeString(at, exactText(value, kAmountPlaces, ','), textFormat);
         }
     }
 
+    void writeString(lxw_col_t at, const QByteArray& bytes, lxw_format* format) const {
+        if (bytes.isEmpty()) return;  // the library writes no cell for it
+        countCell();
+        check(worksheet_write_string(m_sheet, m_row, at, bytes.constData(), format));
+    }
+    void writeNumber(lxw_col_t at, double value, lxw_format* format) const {
+        countCell();
+        check(worksheet_write_number(m_sheet, m_row, at, value, format));
+    }
     void check(lxw_error error) const {
         if (error == LXW_NO_ERROR) return;
-        const int system = errno;
+        const int number = errno;
         if (error == LXW_ERROR_MEMORY_MALLOC_FAILED) throw std::bad_alloc();
         if (error == LXW_ERROR_MAX_STRING_LENGTH_EXCEEDED || error == LXW_ERROR_WORKSHEET_INDEX_OUT_OF_RANGE) {
             tooLarge();
         }
-        failToWrite(m_file, system != 0 ? qt_error_string(system) : QString::fromUtf8(lxw_strerror(error)));
+        system::failToWrite(m_file, number != 0 ? number : EIO);
     }
     /// The library does not look whether its rows reached the disk.
     void requireWritten() const {
@@ -316,33 +325,59 @@ private:
         for (lxw_worksheet* sheet : m_sheets) {
             FILE* rows = sheet->optimize_tmpfile;
             if (rows != nullptr && (std::fflush(rows) != 0 || std::ferror(rows) != 0)) {
-                failToWrite(m_file, qt_error_string(errno != 0 ? errno : EIO));
+                system::failToWrite(m_file, errno != 0 ? errno : EIO);
             }
         }
     }
 
     /// Packs the sheets, on a thread of its own: the library cannot be stopped there. After a stop it ends alone, into
-    /// a folder that goes with it.
+    /// a file that goes with it. Without a thread it is done here.
     void close() {
-        auto result = std::make_shared<lxw_error>(LXW_NO_ERROR);
-        auto words = std::make_shared<int>(0);
-        std::future<void> closing = std::async(
-            std::launch::async,
-            [workbook = m_workbook.get(), place = m_place, name = m_name, folder = m_folder, result, words]() mutable {
-                errno = 0;
-                *result = workbook_close(workbook);  // frees it too
-                *words = errno;
-                place.reset();
-            });
+        struct Result {
+            lxw_error error = LXW_NO_ERROR;
+            int number = 0;
+        };
+        const auto result = std::make_shared<Result>();
+        const auto pack = [workbook = m_workbook.get(), place = m_place, name = m_name, result]() mutable {
+            const system::NumericLocale numbers;
+            errno = 0;
+            result->error = workbook_close(workbook);  // frees it too
+            result->number = errno;
+            place.reset();
+        };
+        std::future<void> closing;
+        try {
+            closing = std::async(std::launch::async, pack);
+        } catch (const std::system_error&) {
+            closing = std::async(std::launch::deferred, pack);
+        }
         static_cast<void>(m_workbook.release());
-        while (closing.wait_for(kLookEvery) != std::future_status::ready) {
+        for (auto state = closing.wait_for(kLookEvery); state == std::future_status::timeout;
+             state = closing.wait_for(kLookEvery)) {
             if (!m_control.stop) continue;
             m_control.keep(std::move(closing));
             throw base::Cancelled();
         }
         closing.get();
-        errno = *words;
-        check(*result);
+        errno = result->number;
+        check(result->error);
+    }
+
+    /// The library copies its parts without a look at what became of them.
+    void requireWhole() const {
+        if (!isWholeWorkbook(m_place->path(), m_sizes)) system::failToWrite(m_file, EIO);
+    }
+
+    /// Counts what each sheet must hold.
+    void countCell() const {
+        if (m_sizes.size() < m_sheets.size()) {
+            m_sizes.resize(m_sheets.size());
+            m_lastRow = std::nullopt;
+        }
+        ++m_sizes.back().cells;
+        if (m_lastRow == m_row) return;
+        m_lastRow = m_row;
+        ++m_sizes.back().rows;
     }
 
     struct Repeated {
@@ -355,13 +390,14 @@ private:
     QString m_file;
     ExportControl& m_control;
     bool m_isDay;
-    std::shared_ptr<ExportFolder> m_place;
+    std::shared_ptr<system::DurableFile> m_place;
     QByteArray m_name;
-    QByteArray m_folder;
     Workbook m_workbook;
     const Formats* m_formats = nullptr;
     lxw_worksheet* m_sheet = nullptr;
     std::vector<lxw_worksheet*> m_sheets;
+    mutable std::vector<SheetSize> m_sizes;      ///< of each sheet
+    mutable std::optional<lxw_row_t> m_lastRow;  ///< of the present sheet that got a cell
     lxw_row_t m_headingRow = 0;
     lxw_row_t m_row = 0;
     lxw_col_t m_columnCount = 0;

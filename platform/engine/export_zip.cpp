@@ -1,7 +1,7 @@
 #include "platform/engine/export_zip.h"
 
 #include "base/error.h"
-#include "platform/engine/export_output.h"
+#include "system/durable_file.h"
 
 #include <zlib.h>
 
@@ -78,7 +78,7 @@ struct ZipWriter::Deflater {
     std::array<char, kPieceBytes> packed{};
 };
 
-ZipWriter::ZipWriter(ExportOutput& output, const QDateTime& time) : m_output(output) {
+ZipWriter::ZipWriter(system::DurableFile& output, const QDateTime& time) : m_output(output) {
     const QDate day = time.date();
     const QTime clock = time.time();
     m_time = static_cast<quint16>(clock.hour() << 11 | clock.minute() << 5 | clock.second() / 2);

@@ -6,15 +6,21 @@
 #include <memory>
 #include <vector>
 
-namespace velcoran::engine {
+namespace velcoran::system {
+class DurableFile;
+}
 
-class ExportOutput;
+namespace velcoran::system {
+class DurableFile;
+}
+
+namespace velcoran::engine {
 
 /// Writes a zip archive as a stream: entries one after the other, the list of them at the end.
 class ZipWriter {
 public:
     /// @param time  of all entries
-    ZipWriter(ExportOutput& output, const QDateTime& time);
+    ZipWriter(system::DurableFile& output, const QDateTime& time);
     ~ZipWriter();
     ZipWriter(const ZipWriter&) = delete;
     ZipWriter& operator=(const ZipWriter&) = delete;
@@ -35,7 +41,7 @@ private:
     void beginEntry(Entry entry);
     void deflatePiece(QByteArrayView piece, bool isLast);
 
-    ExportOutput& m_output;
+    system::DurableFile& m_output;
     quint16 m_time = 0;
     quint16 m_date = 0;
     std::vector<Entry> m_entries;

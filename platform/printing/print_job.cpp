@@ -2,8 +2,8 @@
 
 #include "base/error.h"
 #include "platform/engine/document.h"
-#include "platform/engine/export_output.h"
 #include "platform/engine/page.h"
+#include "system/durable_file.h"
 
 #include <QFile>
 #include <QPageLayout>
@@ -103,14 +103,14 @@ bool isWhole(const QString& path) {
 
 void printIntoFile(const engine::Document& document, const QString& file, PageRange range,
                    const PrintControl& control) {
-    engine::ExportFolder place(file);
-    const QString temporary = place.temporaryFile();
+    system::DurableFile place(file, system::DurableFile::Use::byPath);
+    const QString temporary = QFile::decodeName(place.path());
     QPrinter printer(QPrinter::HighResolution);
     printer.setOutputFormat(QPrinter::PdfFormat);
     printer.setOutputFileName(temporary);
     setUp(printer, document);
     if (!paintPages(printer, document, pageSequence(range.first, range.last, 1, true), control) || !isWhole(temporary))
-        engine::failToWrite(file, u"discul nu mai primește date"_s);
+        system::failToWrite(file, EIO);
     if (isStopped(control)) throw base::Cancelled();
     place.commit();
 }

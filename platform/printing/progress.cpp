@@ -17,6 +17,8 @@
 #include <algorithm>
 #include <chrono>
 #include <exception>
+#include <optional>
+#include <system_error>
 #include <thread>
 
 namespace velcoran::printing {
@@ -165,12 +167,17 @@ void runWithProgress(QWidget& window, const QString& what, const WorkProgress& p
         dialog.setVisible(true);
         beat.start(kBeat);
     });
-    Worker worker(loop, work);
+    std::optional<Worker> worker;
+    try {
+        worker.emplace(loop, work);
+    } catch (const std::system_error&) {
+        return work();  // no thread to be had: the window waits
+    }
     patience.start(kPatience);
     loop.exec();
     // A loop that ended for another reason belongs to a program that is leaving.
-    if (!worker.isDone()) stop = true;
-    worker.finish();
+    if (!worker->isDone()) stop = true;
+    worker->finish();
 }
 
 }  // namespace velcoran::printing

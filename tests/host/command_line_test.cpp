@@ -43,6 +43,8 @@ TEST(CommandLine, wrongUsageHasItsStatus) {
     const std::vector<const char*> cases[] = {
         {"fly"},
         {"drive"},
+        {"drive", "--db", "f", "--timeout", "0"},
+        {"drive", "--db", "f", "--timeout", "soon"},
         {"drive", "--db", "f", "--odbc", "c"},
         {"open", "--db", "f"},
         {"open", "--db", "f", "--kind", "import"},
@@ -61,6 +63,11 @@ TEST(CommandLine, wrongUsageHasItsStatus) {
     EXPECT_EQ(std::get<int>(read({"export", "--help"})), kStatusDone);
 }
 
+TEST(CommandLine, aTimeoutIsANumberOfSeconds) {
+    EXPECT_EQ(std::get<Options>(read({"drive", "--db", "f", "--timeout", "1.5"})).timeout, 1.5);
+    EXPECT_EQ(std::get<Options>(read({"drive", "--db", "f"})).timeout, 0) << "never";
+}
+
 TEST(CommandLine, anExportSaysEverything) {
     const auto read_ = read({"export", "--db",        "f.db",  "--kind",    "Export",   "--from",      "2026-01-01",
                              "--to",   "2026-03-31",  "--by",  "day",       "--totals", "--temporary", "--warehouse",
@@ -69,6 +76,7 @@ TEST(CommandLine, anExportSaysEverything) {
     ASSERT_TRUE(std::holds_alternative<Options>(read_));
     const auto& options = std::get<Options>(read_);
     const ExportRequest& request = options.request;
+    EXPECT_EQ(options.timeout, 3600);
     EXPECT_EQ(options.source.file, u"f.db"_s);
     EXPECT_EQ(options.kind, u"Export"_s);
     EXPECT_EQ(options.prefix, u"ALFA.dbo."_s);

@@ -1,8 +1,10 @@
 #include "host/window_input.h"
+#include "host/key_input.h"
 #include "host/window_view.h"
 
 #include "support/test_data.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QClipboard>
 #include <QJsonArray>
@@ -101,49 +103,235 @@ TEST(WindowInput, aClickIsPressAndReleaseAfterTheFocus) {
     EXPECT_EQ(clicks, 1);
 }
 
-/// Notes every key that its widget gets.
-struct KeyLog : QObject {
-    bool eventFilter(QObject*, QEvent* event) override {
-        if (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease) return false;
-        const auto* key = static_cast<QKeyEvent*>(event);
-        const QString text = key->text().isEmpty() ? QString() : QString::number(key->text()[0].unicode());
-        keys.append(u"%1%2%3:%4"_s.arg(event->type() == QEvent::KeyPress ? u"+"_s : u"-"_s)
-                        .arg(key->modifiers() == Qt::ShiftModifier ? u"S"_s : QString())
-                        .arg(key->key())
-                        .arg(text));
+/// Notes the keys and clicks that its widgets get, and keeps them.
+struct InputLog : QObject {
+    bool eventFilter(QObject* object, QEvent* event) override {
+        switch (event->type()) {
+            case QEvent::KeyPress:
+            case QEvent::KeyRelease:
+                note(*static_cast<QKeyEvent*>(event));
+                return true;
+            case QEvent::MouseButtonPress:
+                return note(*object, u"press"_s);
+            case QEvent::MouseButtonRelease:
+                return note(*object, u"release"_s);
+            case QEvent::MouseButtonDblClick:
+                return note(*object, u"double"_s);
+            case QEvent::ContextMenu:
+                return note(*object, u"menu"_s);
+            default:
+                return false;
+        }
+    }
+    void note(const QKeyEvent& key) {
+        const QString text = key.text().isEmpty() ? QString() : QString::number(key.text()[0].unicode());
+        QString held;
+        for (const auto& [modifier, letter] :
+             {std::pair{Qt::ShiftModifier, u'S'}, {Qt::AltModifier, u'A'}, {Qt::ControlModifier, u'C'}})
+            if (key.modifiers() & modifier) held += letter;
+        const QChar way = key.type() == QEvent::KeyRelease ? u'-' : key.isAutoRepeat() ? u'*' : u'+';
+        entries.append(u"%1%2%3:%4"_s.arg(way).arg(held).arg(key.key()).arg(text));
+    }
+    bool note(const QObject& object, const QString& what) {
+        entries.append(object.objectName() + u' ' + what);
         return true;
     }
-    QStringList keys;
+    QStringList entries;
 };
 
 TEST(WindowInput, keysComeAsAKeyboardSendsThem) {
     struct Case {
-        QString name;
-        bool isShifted;
+        KeyStroke stroke;
+        const char* held;
         int key;
-        QString text;
+        const char* text;
     };
     const Case cases[] = {
-        {u"Tab"_s, false, Qt::Key_Tab, u"9"_s},         {u"Tab"_s, true, Qt::Key_Backtab, u"9"_s},
-        {u"Enter"_s, false, Qt::Key_Return, u"13"_s},   {u"Esc"_s, false, Qt::Key_Escape, u"27"_s},
-        {u"Space"_s, false, Qt::Key_Space, u"32"_s},    {u"Backspace"_s, false, Qt::Key_Backspace, u"8"_s},
-        {u"Delete"_s, false, Qt::Key_Delete, u"127"_s}, {u"PageDown"_s, false, Qt::Key_PageDown, QString()},
-        {u"Left"_s, true, Qt::Key_Left, QString()},
+        {{.name = u"Tab"_s}, "", Qt::Key_Tab, "9"},
+        {{.name = u"Tab"_s, .isShifted = true}, "S", Qt::Key_Backtab, "9"},
+        {{.name = u"Enter"_s}, "", Qt::Key_Return, "13"},
+        {{.name = u"Esc"_s}, "", Qt::Key_Escape, "27"},
+        {{.name = u"Space"_s}, "", Qt::Key_Space, "32"},
+        {{.name = u"Backspace"_s}, "", Qt::Key_Backspace, "8"},
+        {{.name = u"Delete"_s}, "", Qt::Key_Delete, "127"},
+        {{.name = u"PageDown"_s}, "", Qt::Key_PageDown, ""},
+        {{.name = u"Left"_s, .isShifted = true}, "S", Qt::Key_Left, ""},
+        {{.name = u"Down"_s, .hasAlt = true}, "A", Qt::Key_Down, ""},
+        {{.name = u"F4"_s}, "", Qt::Key_F4, ""},
+        {{.name = u"F12"_s, .hasControl = true}, "C", Qt::Key_F12, ""},
+        {{.name = u"Plus"_s, .hasControl = true}, "C", Qt::Key_Plus, "43"},
+        {{.name = u"Minus"_s}, "", Qt::Key_Minus, "45"},
+        {{.name = u"a"_s}, "", Qt::Key_A, "97"},
+        {{.name = u"a"_s, .isShifted = true}, "S", Qt::Key_A, "65"},
+        {{.name = u"R"_s, .hasAlt = true}, "A", Qt::Key_R, "82"},
+        {{.name = u"c"_s, .hasControl = true}, "C", Qt::Key_C, "3"},
+        {{.name = u"7"_s}, "", Qt::Key_7, "55"},
+        {{.name = u"ș"_s}, "", 0x218, "537"},
     };
     Window window;
     giveFocus(*window.first);
-    KeyLog log;
+    InputLog log;
     window.first->installEventFilter(&log);
     for (const Case& each : cases) {
-        log.keys.clear();
-        EXPECT_TRUE(pressKey(each.name, each.isShifted));
-        const QString key = u"%1%2:%3"_s.arg(each.isShifted ? u"S"_s : QString()).arg(each.key).arg(each.text);
-        EXPECT_EQ(log.keys, (QStringList{u"+"_s + key, u"-"_s + key}));
+        log.entries.clear();
+        EXPECT_TRUE(pressKey(each.stroke));
+        const QString key =
+            u"%1%2:%3"_s.arg(QLatin1StringView(each.held)).arg(each.key).arg(QLatin1StringView(each.text));
+        EXPECT_EQ(log.entries, (QStringList{u"+"_s + key, u"-"_s + key}));
     }
-    EXPECT_FALSE(pressKey(u"F1"_s, false));
-    log.keys.clear();
+    for (const QString& name : {u"F13"_s, u"F0"_s, u"ab"_s, u""_s, u"%"_s, u"tab"_s})
+        EXPECT_FALSE(pressKey({.name = name})) << qPrintable(name);
+    log.entries.clear();
     typeText(u"aB'"_s);
-    EXPECT_EQ(log.keys, (QStringList{u"+65:97"_s, u"-65:97"_s, u"+S66:66"_s, u"-S66:66"_s, u"+39:39"_s, u"-39:39"_s}));
+    EXPECT_EQ(log.entries,
+              (QStringList{u"+65:97"_s, u"-65:97"_s, u"+S66:66"_s, u"-S66:66"_s, u"+39:39"_s, u"-39:39"_s}));
+    log.entries.clear();
+    typeText(u"B"_s, true);
+    EXPECT_EQ(log.entries, (QStringList{u"+A66:66"_s, u"-A66:66"_s})) << "Alt alone";
+}
+
+TEST(WindowInput, aHeldKeyRepeatsInWhateverHasTheFocusByThen) {
+    Window window;
+    giveFocus(*window.first);
+    InputLog log;
+    window.second->installEventFilter(&log);
+    QObject::connect(window.first, &QLineEdit::textEdited, window.second, [&] { window.second->setFocus(); });
+    pressKey({.name = u"x"_s, .repeats = 2});
+    EXPECT_EQ(window.first->text(), u"x"_s);
+    EXPECT_EQ(log.entries, (QStringList{u"*88:120"_s, u"*88:120"_s, u"-88:120"_s}));
+}
+
+TEST(WindowInput, shortcutsComeBeforeTheControlWithTheFocus) {
+    Window window;
+    int clicks = 0;
+    QObject::connect(window.button, &QPushButton::clicked, [&] { ++clicks; });
+    auto* action = new QAction(&window);
+    action->setShortcut(Qt::ALT | Qt::Key_R);
+    int runs = 0;
+    QObject::connect(action, &QAction::triggered, [&] { ++runs; });
+    window.addAction(action);
+    giveFocus(*window.first);
+    pressKey({.name = u"r"_s, .hasAlt = true});
+    typeText(u"R"_s, true);
+    EXPECT_EQ(runs, 2);
+    EXPECT_EQ(window.first->text(), QString());
+    window.button->setFocus();
+    pressKey({.name = u"Space"_s});
+    EXPECT_EQ(clicks, 1) << "from press to release";
+}
+
+TEST(WindowInput, theMenuKeyAsksForTheMenuFirst) {
+    Window window;
+    giveFocus(*window.first);
+    InputLog log;
+    window.first->installEventFilter(&log);
+    pressKey({.name = u"Menu"_s});
+    ASSERT_EQ(log.entries.size(), 3);
+    EXPECT_EQ(log.entries[0], u"txtA menu"_s);
+    EXPECT_TRUE(log.entries[1].startsWith(u'+'));
+}
+
+TEST(WindowInput, theSecondPressGoesToWhatLiesThereByThen) {
+    Window window;
+    InputLog log;
+    window.first->installEventFilter(&log);
+    clickControl(*window.first, {.isDouble = true});
+    EXPECT_EQ(log.entries, (QStringList{u"txtA press"_s, u"txtA release"_s, u"txtA double"_s, u"txtA release"_s}));
+    log.entries.clear();
+    window.second->installEventFilter(&log);
+    QObject::connect(window.button, &QPushButton::clicked, [&] {
+        window.button->hide();
+        window.second->setGeometry(window.button->geometry());
+    });
+    clickControl(*window.button, {.isDouble = true});
+    EXPECT_EQ(log.entries, (QStringList{u"txtB double"_s, u"txtB release"_s}));
+    EXPECT_EQ(focusedControl(), u"txtB"_s);
+}
+
+TEST(WindowInput, theRightButtonAsksForAMenu) {
+    Window window;
+    InputLog log;
+    int clicks = 0;
+    QObject::connect(window.button, &QPushButton::clicked, [&] { ++clicks; });
+    clickControl(*window.button, {.button = Qt::RightButton});
+    EXPECT_EQ(clicks, 0);
+    EXPECT_EQ(focusedControl(), u"cmdC"_s);
+    window.first->installEventFilter(&log);
+    clickControl(*window.first, {.button = Qt::RightButton});
+    clickControl(*window.first, {.button = Qt::MiddleButton});
+    EXPECT_EQ(log.entries,
+              (QStringList{u"txtA press"_s, u"txtA menu"_s, u"txtA release"_s, u"txtA press"_s, u"txtA release"_s}));
+}
+
+/// Keeps the press that closes a list from what lies there. Qt forgets the wish with each press.
+struct Keeper : QObject {
+    bool eventFilter(QObject* object, QEvent* event) override {
+        if (event->type() == QEvent::MouseButtonPress)
+            static_cast<QWidget*>(object)->setAttribute(Qt::WA_NoMouseReplay);
+        return false;
+    }
+};
+
+TEST(WindowInput, anOpenListTakesKeysAndClicksFirst) {
+    Window window;
+    giveFocus(*window.first);
+    QWidget popup(&window, Qt::Popup);
+    popup.setObjectName(u"list"_s);
+    InputLog log;
+    popup.installEventFilter(&log);
+    window.second->installEventFilter(&log);
+    const QPoint below = window.mapToGlobal(QPoint(10, 120));
+    const auto open = [&] {
+        log.entries.clear();
+        popup.setGeometry(QRect(below, QSize(100, 60)));
+        popup.show();
+    };
+    open();
+    pressKey({.name = u"Down"_s, .repeats = 1});
+    EXPECT_EQ(log.entries.size(), 3);
+    EXPECT_TRUE(popup.isVisible());
+
+    open();
+    clickScreen(window, below + QPoint(5, 5));
+    EXPECT_EQ(log.entries, (QStringList{u"list press"_s, u"list release"_s}));
+
+    // A real popup closes on a press outside, and the press goes on to what lies there.
+    popup.removeEventFilter(&log);
+    open();
+    clickControl(*window.second);
+    EXPECT_FALSE(popup.isVisible());
+    EXPECT_EQ(log.entries, (QStringList{u"txtB press"_s, u"txtB release"_s}));
+    open();
+    Keeper keeper;
+    popup.installEventFilter(&keeper);
+    clickControl(*window.second);
+    EXPECT_FALSE(popup.isVisible());
+    EXPECT_EQ(log.entries, QStringList()) << "a list that keeps the press";
+    open();
+    window.first->setEnabled(false);
+    clickControl(*window.first);
+    EXPECT_FALSE(popup.isVisible()) << "a click that works nothing closes it too";
+}
+
+/// Drops the input of the whole application, as a window does while it waits for a statement.
+struct Deaf : QObject {
+    Deaf() { qApp->installEventFilter(this); }
+    bool eventFilter(QObject*, QEvent* event) override { return event->isInputEvent(); }
+};
+
+TEST(WindowInput, whatDropsInputIsNotPassedBy) {
+    Window window;
+    giveFocus(*window.first);
+    int clicks = 0;
+    QObject::connect(window.button, &QPushButton::clicked, [&] { ++clicks; });
+    const Deaf deaf;
+    EXPECT_FALSE(giveFocus(*window.second));
+    clickControl(*window.button);
+    typeText(u"a"_s);
+    pressKey({.name = u"Tab"_s});
+    EXPECT_EQ(focusedControl(), u"txtA"_s);
+    EXPECT_EQ(window.first->text(), QString());
+    EXPECT_EQ(clicks, 0);
 }
 
 TEST(WindowInput, typingAndPastingReachTheFocusedBox) {

@@ -8,8 +8,6 @@
 
 #include "base/error.h"
 
-#include <QSaveFile>
-
 #include <chrono>
 
 namespace velcoran::engine {
@@ -131,13 +129,6 @@ private:
 
 void exportPdf(const Document& document, QIODevice& device, const ExportProgress& progress) {
     PdfExport(document, device, progress).write();
-}
-
-void exportPdf(const Document& document, const QString& path, const ExportProgress& progress) {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) throw base::Error(base::kPathAccess, file.errorString());
-    exportPdf(document, file, progress);
-    if (!file.commit()) throw base::Error(base::kPathAccess, file.errorString());
 }
 
 }  // namespace velcoran::engine

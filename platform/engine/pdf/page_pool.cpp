@@ -4,6 +4,8 @@
 #include "platform/engine/pdf/pdf_content.h"
 #include "platform/engine/pdf/pdf_file.h"
 
+#include <system_error>
+
 namespace velcoran::engine {
 
 namespace {
@@ -13,7 +15,14 @@ constexpr int kThreads = 2;
 }  // namespace
 
 PagePool::PagePool(const Document& document) : m_document(document), m_working(kThreads) {
-    for (int i = 0; i < kThreads; ++i) m_threads.emplace_back([this] { work(); });
+    for (int i = 0; i < kThreads; ++i) {
+        try {
+            m_threads.emplace_back([this] { work(); });
+        } catch (const std::system_error&) {
+            const std::lock_guard guard(m_mutex);
+            --m_working;  // fewer threads make it slower
+        }
+    }
 }
 
 PagePool::~PagePool() {
@@ -68,7 +77,15 @@ void PagePool::work() {
     m_changed.notify_all();
 }
 
+/// Without any thread the pages are made where they are taken.
+std::string PagePool::makeHere() {
+    std::string content;
+    writeContent(m_document.page({++m_taken}), m_glyphs, content);
+    return Compressor().pack(content);
+}
+
 std::string PagePool::take() {
+    if (m_threads.empty()) return makeHere();
     std::unique_lock guard(m_mutex);
     Slot& slot = m_slots[static_cast<std::size_t>((m_taken + 1) % kSlots)];
     m_changed.wait(guard, [&] { return slot.isReady || m_failure; });

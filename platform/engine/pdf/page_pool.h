@@ -37,6 +37,7 @@ private:
     static constexpr int kSlots = 64;
 
     void work();
+    std::string makeHere();
     void makePages();
     [[nodiscard]] int claim();
     void put(int page, std::string content);

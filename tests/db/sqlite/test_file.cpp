@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <thread>
+
 namespace velcoran::sqlite {
 
 TestFile::TestFile(const char* script) {
@@ -16,6 +18,30 @@ TestFile::TestFile(const char* script) {
     EXPECT_EQ(sqlite3_exec(database, whole.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(database);
     sqlite3_close(database);
     m_connection = db::Connection(openDatabase(path()));
+}
+
+TestFile::Writer::Writer(const TestFile& file) {
+    EXPECT_EQ(sqlite3_open(file.path().toUtf8().constData(), &m_database), SQLITE_OK);
+}
+
+TestFile::Writer::~Writer() { sqlite3_close(m_database); }
+
+int TestFile::Writer::tryRun(const char* script) const {
+    return sqlite3_exec(m_database, script, nullptr, nullptr, nullptr);
+}
+
+void TestFile::Writer::run(const char* script) const {
+    EXPECT_EQ(tryRun(script), SQLITE_OK) << sqlite3_errmsg(m_database);
+}
+
+void TestFile::awaitReader() const {
+    const Writer writer(*this);
+    int result = SQLITE_OK;
+    while ((result = writer.tryRun("BEGIN EXCLUSIVE")) == SQLITE_OK) {
+        writer.run("ROLLBACK");
+        std::this_thread::yield();
+    }
+    EXPECT_EQ(result, SQLITE_BUSY);
 }
 
 QString TestFile::value(const QString& statement) const {

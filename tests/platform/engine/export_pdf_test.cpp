@@ -1,5 +1,6 @@
 #include "platform/engine/export_pdf.h"
 #include "base/error.h"
+#include "platform/engine/export_formats.h"
 #include "report_fixture.h"
 
 #include <QBuffer>
@@ -37,6 +38,11 @@ class ExportPdf : public testing::Test {
 protected:
     QTemporaryDir m_folder;
     QString m_path = m_folder.filePath(u"raport.pdf"_s);
+    void writeFile(const Document& document) const {
+        QFile file(m_path);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        exportPdf(document, file);
+    }
 };
 
 }  // namespace
@@ -50,7 +56,7 @@ TEST_F(ExportPdf, carriesTheTextOfEveryPage) {
                             Case{u"CRFacturiImport", 1, 300}, Case{u"CRFacturiImport", 0, 0}}) {
         ReportRun run(answerOf(sampleRows(one.rows, 30)), QString::fromUtf16(one.definition), one.option);
         const auto document = run.document();
-        exportPdf(*document, m_path);
+        writeFile(*document);
         runTool(u"qpdf"_s, {u"--check"_s, m_path});
         const QStringList pages = runTool(u"pdftotext"_s, {u"-layout"_s, m_path, u"-"_s}).split(u'\f');
         ASSERT_EQ(pages.size(), document->pageCount() + 1);
@@ -66,7 +72,7 @@ TEST_F(ExportPdf, carriesTheTextOfEveryPage) {
 TEST_F(ExportPdf, hasABookmarkForEachGroup) {
     ReportRun run(answerOf(sampleRows(300, 40)));
     const auto document = run.document();
-    exportPdf(*document, m_path);
+    writeFile(*document);
     const QString json = runTool(u"qpdf"_s, {u"--json"_s, u"--json-key=outlines"_s, m_path});
     EXPECT_EQ(json.count(u"\"title\""), document->groupCount());
     EXPECT_TRUE(json.contains(document->groupText(3)));
@@ -82,7 +88,7 @@ TEST_F(ExportPdf, showsOtherScripts) {
         rows.back().name = name;
     }
     ReportRun run(answerOf(rows));
-    exportPdf(*run.document(), m_path);
+    writeFile(*run.document());
     runTool(u"qpdf"_s, {u"--check"_s, m_path});
     const QString text = runTool(u"pdftotext"_s, {u"-layout"_s, m_path, u"-"_s});
     for (const QString& name : names.mid(0, 4)) EXPECT_TRUE(text.contains(name)) << qPrintable(name);
@@ -110,17 +116,16 @@ TEST_F(ExportPdf, leavesTheOldFileWhenStopped) {
     old.close();
     ReportRun run(answerOf(sampleRows(3000, 30)));
     const auto document = run.document();
-    std::atomic_bool stop = false;
-    ExportProgress progress;
-    progress.stop = &stop;
-    progress.report = [&stop](int done, int total) { stop = done > 0 && done < total; };
-    EXPECT_THROW(exportPdf(*document, m_path, progress), base::Cancelled);
+    ExportControl control;
+    control.tell = [&control](qint64 done, qint64 total) { control.stop = done > 0 && done < total; };
+    EXPECT_THROW(exportReport(kPdf, document, m_path, control), base::Cancelled);
     ASSERT_TRUE(old.open(QIODevice::ReadOnly));
     EXPECT_EQ(old.readAll(), "old");
     EXPECT_EQ(QDir(m_folder.path()).entryList(QDir::Files).size(), 1);
 
     try {
-        exportPdf(*document, m_folder.filePath(u"nowhere/raport.pdf"_s));
+        ExportControl again;
+        exportReport(kPdf, document, m_folder.filePath(u"nowhere/raport.pdf"_s), again);
         ADD_FAILURE();
     } catch (const base::Error& error) {
         EXPECT_EQ(error.number(), base::kPathAccess);

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <sys/types.h>
+
+namespace velcoran::system {
+
+/// @throws Error kPathAccess, always: the path and the system's words for a number of errno, in Romanian
+[[noreturn]] void failToWrite(const QString& file, int error);
+
+/// The one way in which files are written: beside their place and without a name, moved there by commit when every
+/// write, flush, fsync and close has said that it worked. Without a commit nothing stays behind, also when the process
+/// is ended. A device or a pipe is written to and never replaced; a socket and a folder are refused. The target's own
+/// link is followed once, when the file is opened.
+class DurableFile {
+public:
+    enum class Use : std::uint8_t {
+        stream,  ///< write() alone; a device is written directly
+        byPath,  ///< a library opens path() itself; a device gets the whole at commit
+        named,   ///< the same for a library that follows links of the process's own descriptors: the file has a name
+    };
+
+    /// @throws Error kPathAccess
+    explicit DurableFile(const QString& file, Use use = Use::stream);
+    ~DurableFile();
+    DurableFile(const DurableFile&) = delete;
+    DurableFile& operator=(const DurableFile&) = delete;
+
+    /// @throws Error kPathAccess
+    void write(QByteArrayView bytes);
+    /// Bytes written so far by write().
+    [[nodiscard]] qint64 size() const { return m_size; }
+    /// What a library opens for writing; lives as long as this.
+    [[nodiscard]] QByteArray path() const;
+    /// @throws Error kPathAccess; then the old file stands
+    void commit();
+
+private:
+    [[noreturn]] void fail() const;
+    void resolveTarget();
+    void openDevice();
+    void openBeside(bool isNamed);
+    void openNamed();
+    void flush();
+    void writeAll(int descriptor, const char* bytes, qsizetype count) const;
+    void sync() const;
+    void giveMode() const;
+    void copyToDevice();
+    void close();
+    [[nodiscard]] QByteArray freshName() const;
+
+    QString m_file;
+    Use m_use;
+    QByteArray m_target;  ///< bytes of m_file, links followed
+    QByteArray m_folder;
+    QByteArray m_name;  ///< of the file beside the target; empty while it has none
+    mode_t m_mode = 0;  ///< of the old file; 0 without one
+    bool m_isDevice = false;
+    int m_descriptor = -1;
+    QByteArray m_buffer;
+    qint64 m_size = 0;
+};
+
+}  // namespace velcoran::system
