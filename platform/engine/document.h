@@ -57,6 +57,10 @@ public:
 
     /// @throws Error kInvalidProcedureCall for a number outside 1 to pageCount()
     [[nodiscard]] Page page(base::PageNumber number) const;
+    /// Value of a field of a page, whole: amounts with all their digits, at least two decimals, texts in full length.
+    /// @param item  index into Page::items @return the empty text for what is no field
+    /// @throws Error kInvalidProcedureCall for a number outside 1 to pageCount()
+    [[nodiscard]] QString wholeValue(base::PageNumber number, qsizetype item) const;
     /// Texts of a page line by line, cells separated by a tab; empty for no such page.
     [[nodiscard]] QStringList pageLines(base::PageNumber number) const;
 
@@ -71,6 +75,8 @@ public:
     [[nodiscard]] std::optional<qint64> groupAtPage(base::PageNumber number) const;
 
 private:
+    void requirePage(base::PageNumber number) const;
+
     struct Layout;
     std::unique_ptr<const Layout> m_layout;
 };

@@ -1,5 +1,6 @@
 #include "form/form_fixture.h"
 
+#include <QComboBox>
 #include <QGuiApplication>
 
 #include "db/forwarding.h"
@@ -86,6 +87,42 @@ TEST_F(ReportRunTest, endsInTheReportView) {
     press(Qt::Key_Return);
     EXPECT_FALSE(isShown("frmEnable"));
     EXPECT_EQ(focus(), u"CRW"_s);
+}
+
+TEST_F(ReportRunTest, theViewersKeysActOnThePrinterButtonWhileTheReportIsInView) {
+    run();
+    ASSERT_TRUE(waitForEnd());
+    const auto isOverridden = [this](const char* name, int key, Qt::KeyboardModifiers modifiers) {
+        QKeyEvent event(QEvent::ShortcutOverride, key, modifiers);
+        event.ignore();
+        QApplication::sendEvent(find<QWidget>(name), &event);
+        return event.isAccepted();
+    };
+    const struct {
+        int key;
+        Qt::KeyboardModifiers modifiers;
+        const char* focus;  ///< the part of the viewer that has it then
+    } cases[] = {{Qt::Key_F, Qt::ControlModifier, "crwSearchBox"}, {Qt::Key_F6, {}, "crwTree"}};
+    for (const auto& one : cases) {
+        giveFocus("Command1");
+        EXPECT_TRUE(isOverridden("Command1", one.key, one.modifiers));
+        press(one.key, one.modifiers);
+        EXPECT_EQ(QApplication::focusWidget()->objectName(), QString::fromLatin1(one.focus));
+        EXPECT_EQ(focus(), u"CRW"_s);
+    }
+    const double before = find<QComboBox>("crwZoom")->currentText().section(u' ', 0, 0).toDouble();
+    giveFocus("Command1");
+    press(Qt::Key_Plus, Qt::ControlModifier);
+    EXPECT_GT(find<QComboBox>("crwZoom")->currentText().section(u' ', 0, 0).toDouble(), before);
+    EXPECT_EQ(focus(), u"Command1"_s);
+    QTest::mouseClick(find<QWidget>("cmdViz"), Qt::LeftButton);
+    giveFocus("Command1");
+    press(Qt::Key_F, Qt::ControlModifier);
+    EXPECT_EQ(focus(), u"Command1"_s) << "the filters are in view";
+    find<QWidget>("frmEnable")->hide();
+    giveFocus("cmdViz");
+    press(Qt::Key_F, Qt::ControlModifier);
+    EXPECT_EQ(focus(), u"cmdViz"_s) << "which has keys of its own";
 }
 
 TEST_F(ReportRunTest, waitsWhileTheRowsCome) {

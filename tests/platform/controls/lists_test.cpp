@@ -226,7 +226,8 @@ TEST_F(DropDownListTest, theOpenListMovesItsMarkUntilItIsTaken) {
             ASSERT_EQ(m_list.highlight(), 2);
             m_told.clear();
             handled.clear();
-            for (const int key : row.keys) QTest::keyClick(QApplication::activePopupWidget(), static_cast<Qt::Key>(key));
+            for (const int key : row.keys)
+                QTest::keyClick(QApplication::activePopupWidget(), static_cast<Qt::Key>(key));
             EXPECT_EQ(m_list.highlight(), row.mark);
             EXPECT_EQ(m_list.index(), 2);
             EXPECT_TRUE(m_told.isEmpty());
