@@ -11,7 +11,8 @@ namespace {
 
 class Connection final : public com::Object<IConnection> {
 public:
-    Connection(const QString& text, const Waits& waits) : m_session(std::make_shared<Session>(text, waits)) {}
+    Connection(const QString& text, const Waits& waits, DiagnosticSink sink)
+        : m_session(std::make_shared<Session>(text, waits, std::move(sink))) {}
 
     std::int32_t State() override { return m_session->isOpen() ? kStateOpen : kStateClosed; }
 
@@ -62,8 +63,8 @@ private:
 
 }  // namespace
 
-com::Ref<IConnection> openConnection(const QString& connectionText, const Waits& waits) {
-    return com::Ref<IConnection>(com::makeObject<Connection>(connectionText, waits).get());
+com::Ref<IConnection> openConnection(const QString& connectionText, const Waits& waits, DiagnosticSink sink) {
+    return com::Ref<IConnection>(com::makeObject<Connection>(connectionText, waits, std::move(sink)).get());
 }
 
 void closeConnection(const com::Ref<IConnection>& connection) {

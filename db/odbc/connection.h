@@ -1,5 +1,7 @@
 #pragma once
 
+#include "db/odbc/diagnostic_record.h"
+
 #include <QString>
 
 #include <velcoran/connection.h>
@@ -29,8 +31,10 @@ struct Waits {
 /// and State is kStateClosed.
 ///
 /// @param connectionText  as SQLDriverConnect takes it, "Driver=...;Server=...;..." or "DSN=..."
+/// @param sink            hears what the driver says about each call, opening included; may be empty
 /// @throws Error kProviderFailure with the driver's own words; -2147217843 when the server refuses user or password
-[[nodiscard]] com::Ref<IConnection> openConnection(const QString& connectionText, const Waits& waits = {});
+[[nodiscard]] com::Ref<IConnection> openConnection(const QString& connectionText, const Waits& waits = {},
+                                                   DiagnosticSink sink = {});
 
 /// Closes a connection that openConnection gave, as its host closes it: a call that runs is cancelled, State is
 /// kStateClosed then and every later call, its rows' too, fails with kInvalidConnection. A second close does nothing.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/error.h"
+#include "db/odbc/diagnostic_record.h"
 #include "db/odbc/handles.h"
 
 #include <QList>
@@ -16,12 +17,6 @@ Q_DECLARE_LOGGING_CATEGORY(logOdbc)
 
 /// The published number of a refused login, 0x80040E4D.
 constexpr std::int32_t kAuthenticationFailed = -2147217843;
-
-struct DiagnosticRecord {
-    QString state;  ///< SQLSTATE, five characters
-    std::int32_t nativeNumber = 0;
-    QString text;  ///< the words without the bracketed names of driver and component
-};
 
 /// What was going on when a call failed: what is a statement's fault later is the connection's fault while it opens.
 enum class Phase { Connecting, Running };

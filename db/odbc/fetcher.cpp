@@ -212,11 +212,12 @@ bool Fetcher::readPieces(const Binding& binding, const CancelToken& token) {
             return SQLGetData(m_statement.get(), binding.number, binding.plan.cType, m_pieces.data() + start,
                               static_cast<SQLLEN>(piece), &length);
         });
-        m_link.check(result, token, m_statement);
+        // "Cut" is what every piece but the last is asked for to be; no news of the driver's.
+        const bool hasMore = result == SQL_SUCCESS_WITH_INFO && isCut(length, piece, binding.plan);
+        m_link.check(hasMore ? static_cast<SQLRETURN>(SQL_SUCCESS) : result, token, m_statement);
         const bool isOver = result == SQL_NO_DATA || length == SQL_NULL_DATA;
         if (isOver) m_pieces.resize(start);
         if (isOver) return length != SQL_NULL_DATA;
-        const bool hasMore = result == SQL_SUCCESS_WITH_INFO && isCut(length, piece, binding.plan);
         if (!hasMore) {
             m_pieces.resize(start + std::min<std::size_t>(static_cast<std::size_t>(length), piece - terminator));
             return true;

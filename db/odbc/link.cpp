@@ -30,24 +30,36 @@ QString readText(SQLHDBC connection, SQLUSMALLINT information) {
     return QString::fromUtf16(reinterpret_cast<const char16_t*>(text));
 }
 
-void logWarnings(const QList<DiagnosticRecord>& records, const Secrets& secrets) {
-    for (const DiagnosticRecord& record : records)
-        qCDebug(logOdbc) << record.state << record.nativeNumber << secrets.scrub(record.text);
-}
-
 }  // namespace
 
-Link::Link() : m_gate(std::make_shared<CancelGate>([](void* statement) { SQLCancel(statement); })) {}
+Link::Link(DiagnosticSink sink)
+    : m_gate(std::make_shared<CancelGate>([](void* statement) { SQLCancel(statement); })), m_sink(std::move(sink)) {}
 
 Link::~Link() { disconnect(); }
+
+/// The records of a handle's last call, which are logged and told to the sink.
+QList<DiagnosticRecord> Link::tellAll(SQLSMALLINT handleType, SQLHANDLE handle) const {
+    QList<DiagnosticRecord> records = readDiagnostics(handleType, handle);
+    for (DiagnosticRecord& record : records) {
+        record.text = m_secrets.scrub(record.text);
+        qCDebug(logOdbc) << record.state << record.nativeNumber << record.text;
+        if (m_sink) m_sink(record);
+    }
+    return records;
+}
+
+/// For a call that only asks for something: a refusal is told and nothing more.
+SQLRETURN Link::tell(SQLRETURN result, SQLSMALLINT handleType, SQLHANDLE handle) const {
+    if (result == SQL_ERROR || result == SQL_SUCCESS_WITH_INFO) tellAll(handleType, handle);
+    return result;
+}
 
 void Link::connect(const QString& text, std::chrono::milliseconds wait) {
     m_secrets = Secrets(text);
     const auto require = [this](SQLRETURN result, SQLSMALLINT type, SQLHANDLE handle) {
         if (result == SQL_SUCCESS) return;
-        const QList<DiagnosticRecord> records = readDiagnostics(type, handle);
+        const QList<DiagnosticRecord> records = tellAll(type, handle);
         if (!SQL_SUCCEEDED(result)) throw errorOf(records, Phase::Connecting, m_secrets);
-        logWarnings(records, m_secrets);
     };
     // An environment of its own: the driver manager may let only one call at a time into an environment.
     SQLHANDLE handle = nullptr;
@@ -59,15 +71,19 @@ void Link::connect(const QString& text, std::chrono::milliseconds wait) {
     require(SQLAllocHandle(SQL_HANDLE_DBC, m_environment.get(), &handle), SQL_HANDLE_ENV, m_environment.get());
     m_connection = ConnectionHandle(handle);
     const auto seconds = std::max<std::int64_t>(1, std::chrono::duration_cast<std::chrono::seconds>(wait).count());
-    SQLSetConnectAttrW(m_connection.get(), SQL_ATTR_LOGIN_TIMEOUT, attributeValue(static_cast<std::uintptr_t>(seconds)),
-                       SQL_IS_UINTEGER);
+    wish(SQL_ATTR_LOGIN_TIMEOUT, static_cast<std::uintptr_t>(seconds));
     require(SQLDriverConnectW(m_connection.get(), nullptr, wideText(text), SQL_NTS, nullptr, 0, nullptr,
                               SQL_DRIVER_NOPROMPT),
             SQL_HANDLE_DBC, m_connection.get());
     m_isConnected = true;
-    // A wish: drivers that do not know the attribute refuse it.
-    SQLSetConnectAttrW(m_connection.get(), SQL_ATTR_ACCESS_MODE, attributeValue(SQL_MODE_READ_ONLY), SQL_IS_UINTEGER);
+    wish(SQL_ATTR_ACCESS_MODE, SQL_MODE_READ_ONLY);
     readTraits();
+}
+
+/// Asks for a connection attribute; a driver that does not know it goes without.
+void Link::wish(SQLINTEGER attribute, std::uintptr_t value) {
+    tell(SQLSetConnectAttrW(m_connection.get(), attribute, attributeValue(value), SQL_IS_UINTEGER), SQL_HANDLE_DBC,
+         m_connection.get());
 }
 
 void Link::readTraits() {
@@ -90,10 +106,11 @@ void Link::disconnect() noexcept {
 StatementHandle Link::allocateStatement() {
     SQLHANDLE handle = nullptr;
     if (!SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_STMT, m_connection.get(), &handle)))
-        throw errorOf(readDiagnostics(SQL_HANDLE_DBC, m_connection.get()), Phase::Running, m_secrets);
+        throw errorOf(tellAll(SQL_HANDLE_DBC, m_connection.get()), Phase::Running, m_secrets);
     StatementHandle statement(handle);
     // Values may hold braces; a driver that looks for escape sequences would take them for some.
-    SQLSetStmtAttrW(statement.get(), SQL_ATTR_NOSCAN, attributeValue(SQL_NOSCAN_ON), SQL_IS_UINTEGER);
+    tell(SQLSetStmtAttrW(statement.get(), SQL_ATTR_NOSCAN, attributeValue(SQL_NOSCAN_ON), SQL_IS_UINTEGER),
+         SQL_HANDLE_STMT, statement.get());
     return statement;
 }
 
@@ -109,13 +126,10 @@ SQLRETURN Link::check(SQLRETURN result, const CancelToken& token, const Statemen
         if (token.isRequested()) throw base::Cancelled();
         return result;
     }
-    const QList<DiagnosticRecord> records = readDiagnostics(SQL_HANDLE_STMT, statement.get());
+    const QList<DiagnosticRecord> records = tellAll(SQL_HANDLE_STMT, statement.get());
     if (!SQL_SUCCEEDED(result) && (isConnectionLost(records) || isDead())) noteLost();
     if (token.isRequested()) throw base::Cancelled();
-    if (SQL_SUCCEEDED(result)) {
-        logWarnings(records, m_secrets);
-        return result;
-    }
+    if (SQL_SUCCEEDED(result)) return result;
     const base::Error error = errorOf(records, Phase::Running, m_secrets);
     if (isLost()) throw base::Error(base::kProviderFailure, error.description(), error.source());
     if (isCancelled(records)) throw base::Cancelled();

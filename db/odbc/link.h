@@ -27,7 +27,7 @@ struct DriverTraits {
 /// steps alone, except where they say otherwise.
 class Link {
 public:
-    Link();
+    explicit Link(DiagnosticSink sink);
     ~Link();
     Link(const Link&) = delete;
     Link& operator=(const Link&) = delete;
@@ -45,7 +45,7 @@ public:
     SQLRETURN call(const CancelToken& token, const StatementHandle& statement, Call call) {
         return m_gate->pass(token, statement.get(), call);
     }
-    /// Looks at a result. SQL_NO_DATA passes, warnings are logged.
+    /// Looks at a result. SQL_NO_DATA passes, warnings are told.
     /// @throws Cancelled when the token wishes it or the driver says so; Error; a lost connection is noted
     SQLRETURN check(SQLRETURN result, const CancelToken& token, const StatementHandle& statement);
 
@@ -63,6 +63,9 @@ public:
     [[nodiscard]] SharedToken openToken() const;
 
 private:
+    SQLRETURN tell(SQLRETURN result, SQLSMALLINT handleType, SQLHANDLE handle) const;
+    QList<DiagnosticRecord> tellAll(SQLSMALLINT handleType, SQLHANDLE handle) const;
+    void wish(SQLINTEGER attribute, std::uintptr_t value);
     void readTraits();
     [[nodiscard]] bool isDead() const;
     void setOpenToken(const SharedToken& token);
@@ -72,6 +75,7 @@ private:
     ConnectionHandle m_connection;
     bool m_isConnected = false;
     Secrets m_secrets;
+    DiagnosticSink m_sink;
     DriverTraits m_traits;
     Cursor* m_openCursor = nullptr;
     std::vector<Cursor*> m_cursors;

@@ -21,8 +21,8 @@ base::Error timeoutError(std::chrono::milliseconds wait) {
 
 }  // namespace
 
-Session::Session(const QString& connectionText, const Waits& waits)
-    : m_link(std::make_shared<Link>()), m_worker(m_link->gate(), waits.cancel) {
+Session::Session(const QString& connectionText, const Waits& waits, DiagnosticSink sink)
+    : m_link(std::make_shared<Link>(std::move(sink))), m_worker(m_link->gate(), waits.cancel) {
     const auto connect = [link = m_link, connectionText, wait = waits.login] { link->connect(connectionText, wait); };
     try {
         m_worker.run(std::make_shared<CancelToken>(), connect, std::chrono::steady_clock::now() + waits.login);

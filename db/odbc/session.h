@@ -16,7 +16,7 @@ namespace velcoran::odbc {
 class Session {
 public:
     /// Opens. @throws Error kProviderFailure, kAuthenticationFailed
-    Session(const QString& connectionText, const Waits& waits);
+    Session(const QString& connectionText, const Waits& waits, DiagnosticSink sink);
     ~Session();
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;

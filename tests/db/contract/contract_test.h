@@ -17,7 +17,7 @@ protected:
         m_connection = db::Connection(m_interface);
     }
 
-    /// Number of the error that something ends with; 0 for none.
+    /// Number of the error that something ends with, as a host sees it: kStopped for a stop, 0 for none.
     template <class Body>
     static std::int32_t numberOf(Body body) {
         try {
@@ -25,6 +25,8 @@ protected:
         } catch (const base::Error& error) {
             EXPECT_FALSE(error.description().isEmpty());
             return error.number();
+        } catch (const base::Cancelled&) {
+            return base::kStopped;
         }
         return 0;
     }

@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <thread>
+
 namespace velcoran::sqlite {
 
 TestFile::TestFile(const char* script) {
@@ -16,6 +18,17 @@ TestFile::TestFile(const char* script) {
     EXPECT_EQ(sqlite3_exec(database, whole.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(database);
     sqlite3_close(database);
     m_connection = db::Connection(openDatabase(path()));
+}
+
+void TestFile::awaitReader() const {
+    sqlite3* writer = nullptr;
+    ASSERT_EQ(sqlite3_open(path().toUtf8().constData(), &writer), SQLITE_OK);
+    while (sqlite3_exec(writer, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr) == SQLITE_OK) {
+        sqlite3_exec(writer, "ROLLBACK", nullptr, nullptr, nullptr);
+        std::this_thread::yield();
+    }
+    EXPECT_EQ(sqlite3_errcode(writer), SQLITE_BUSY);
+    sqlite3_close(writer);
 }
 
 QString TestFile::value(const QString& statement) const {

@@ -16,6 +16,9 @@ public:
     [[nodiscard]] QString path() const { return m_folder.filePath(QStringLiteral("test.db")); }
     [[nodiscard]] const db::Connection& connection() const { return m_connection; }
 
+    /// Waits until a statement holds the file's lock for readers, that is until it runs.
+    void awaitReader() const;
+
     /// The first value of a statement's first row as text; "<null>" for null.
     [[nodiscard]] QString value(const QString& statement) const;
     /// Number of the error that a statement ends with, run to its end; 0 for none.
