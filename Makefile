@@ -4,7 +4,7 @@ BUILD ?= build/release
 JOBS ?= 2
 PREFIX ?= /usr/local
 
-.PHONY: all run test bench format lint lint-fast lint-deep asan golden pictures typelib install package clean
+.PHONY: all run test faults bench format lint lint-fast lint-deep asan golden pictures typelib install package clean
 
 all: $(BUILD)/build.ninja
 	cmake --build $(BUILD) --parallel $(JOBS)
@@ -23,6 +23,12 @@ run: $(BUILD)/build.ninja
 test: all
 	tools/install-packages build run test
 	ctest --test-dir $(BUILD) --output-on-failure
+
+## Exports on full disks, with calls that fail, without threads, under signals. As root, for small disks of its own.
+faults: $(BUILD)/build.ninja
+	tools/install-packages build run test
+	cmake --build $(BUILD) --parallel $(JOBS) --target velcoran-host velcoran
+	python3 tests/faults/faults.py $(BUILD)/bin/velcoran-host
 
 ## Benchmarks, each beside its floor.
 bench:

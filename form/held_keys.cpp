@@ -1,7 +1,10 @@
 #include "form/held_keys.h"
 
+#include "platform/controls/typed_text.h"
+
 #include <QCoreApplication>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QWidget>
 
 #include <utility>
@@ -30,7 +33,9 @@ bool HeldKeys::eventFilter(QObject* object, QEvent* event) {
     const auto& key = static_cast<const QKeyEvent&>(*event);
     const bool isEsc = key.key() == Qt::Key_Escape;
     const bool isEnter = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
-    if (key.isAutoRepeat()) return isEsc || isEnter;
+    if (key.isAutoRepeat() && (isEsc || isEnter)) return true;
+    // A menu takes its letters with Alt as without.
+    if (controls::isTypedWithAlt(key)) return qobject_cast<QMenu*>(object) == nullptr;
     const bool isInWindow = static_cast<QWidget*>(object)->window() == &m_window;
     return isEsc && isInWindow && key.modifiers() == Qt::NoModifier && m_stopLoad();
 }

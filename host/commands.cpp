@@ -3,6 +3,7 @@
 #include "host/component_client.h"
 #include "host/drive_loop.h"
 #include "host/drive_session.h"
+#include "host/end_watch.h"
 #include "host/silence_watch.h"
 #include "host/window_view.h"
 
@@ -16,6 +17,8 @@
 #include <QWidget>
 
 #include <cstdio>
+
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -65,8 +68,10 @@ int runOpen(const Options& options) {
 }
 
 int runDriveCommand(const Options& options) {
+    EndWatch end(STDOUT_FILENO);
     DriveSession session([source = options.source] { return openSource(source); }, milliseconds(options.timeout));
-    return runDrive(session);
+    end.cancelBy([connection = session.connection()] { connection->Cancel(); });
+    return runDrive(session, end);
 }
 
 int runSampleDatabase(const Options& options) {

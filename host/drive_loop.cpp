@@ -1,6 +1,7 @@
 #include "host/drive_loop.h"
 
 #include "host/drive_session.h"
+#include "host/end_watch.h"
 
 #include <QEventLoop>
 #include <QSocketNotifier>
@@ -17,9 +18,10 @@ namespace velcoran::host {
 namespace {
 
 /// Answers lines until the script ends. @return false when the run is over
-bool answerLines(DriveSession& session, const QList<QByteArray>& lines, int& status) {
+bool answerLines(DriveSession& session, const EndWatch& end, const QList<QByteArray>& lines, int& status) {
     for (const QByteArray& line : lines) {
         const QByteArray answer = session.answer(line) + '\n';
+        if (end.status()) return false;
         const auto size = static_cast<std::size_t>(answer.size());
         if (std::fwrite(answer.constData(), 1, size, stdout) != size || std::fflush(stdout) != 0) {
             status = 1;
@@ -51,7 +53,7 @@ QList<QByteArray> LineBuffer::rest() {
     return line.isEmpty() ? QList<QByteArray>() : QList<QByteArray>{std::move(line)};
 }
 
-int runDrive(DriveSession& session) {
+int runDrive(DriveSession& session, const EndWatch& end) {
     constexpr std::size_t kPieceSize = 65536;
     int status = 0;
     LineBuffer buffer;
@@ -65,11 +67,11 @@ int runDrive(DriveSession& session) {
         if (count < 0 && (errno == EINTR || errno == EAGAIN)) return notifier.setEnabled(true);
         const bool isEnd = count <= 0;
         const auto lines = isEnd ? buffer.rest() : buffer.append(QByteArray(piece.data(), count));
-        if (!answerLines(session, lines, status) || isEnd) return loop.quit();
+        if (!answerLines(session, end, lines, status) || isEnd) return loop.quit();
         notifier.setEnabled(true);
     });
-    loop.exec();
-    return status;
+    if (!end.status()) loop.exec();
+    return end.status().value_or(status);
 }
 
 }  // namespace velcoran::host

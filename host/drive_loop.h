@@ -6,6 +6,7 @@
 namespace velcoran::host {
 
 class DriveSession;
+class EndWatch;
 
 /// Cuts what comes in pieces into lines. The end of a line may be LF or CR LF.
 class LineBuffer {
@@ -20,8 +21,8 @@ private:
 };
 
 /// Reads lines from standard input while the window lives on its events, and writes each answer to standard output.
-/// Ends at "quit" or at the end of input.
-/// @return exit status: 1 when the answers cannot be written
-[[nodiscard]] int runDrive(DriveSession& session);
+/// Ends at "quit", at the end of input, or when the watch says so.
+/// @return exit status: 1 when the answers cannot be written, that of the watch where it ended the run
+[[nodiscard]] int runDrive(DriveSession& session, const EndWatch& end);
 
 }  // namespace velcoran::host

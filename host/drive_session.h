@@ -33,6 +33,8 @@ public:
 
     /// Carries out a line. @return the answer, one line of JSON without its end
     [[nodiscard]] QByteArray answer(const QByteArray& line);
+    /// The connection as the window gets it.
+    [[nodiscard]] const com::Ref<IConnection>& connection() const { return m_connection; }
     /// True after "quit".
     [[nodiscard]] bool hasQuit() const { return m_hasQuit; }
 

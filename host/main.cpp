@@ -5,6 +5,7 @@
 
 #include <QApplication>
 
+#include <csignal>
 #include <cstdio>
 #include <exception>
 
@@ -44,6 +45,8 @@ int complain(const QString& words) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    // A reader that goes and a file that grows too large are failures of a write, which says so.
+    for (const int number : {SIGPIPE, SIGXFSZ}) std::signal(number, SIG_IGN);
     const auto read = velcoran::host::readCommandLine(argc, argv);
     if (const int* status = std::get_if<int>(&read)) return *status;
     const auto& options = std::get<Options>(read);

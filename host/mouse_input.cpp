@@ -59,6 +59,8 @@ public:
         : m_window(&window), m_place(place), m_button(button) {}
 
     void press(QEvent::Type type) {
+        // Qt tells the window of a plain press before a double one; it reaches no widget.
+        if (type == QEvent::MouseButtonDblClick) tellWindow();
         if (QWidget* popup = QApplication::activePopupWidget())
             pressPopup(*popup, type);
         else
@@ -89,6 +91,11 @@ private:
         const QPointF inWindow = widget.window()->mapFromGlobal(m_place);
         QMouseEvent event = eventFor(type, inWindow, inWindow);
         return passes(widget.window()->windowHandle(), event);
+    }
+    void tellWindow() const {
+        const QWidget* popup = QApplication::activePopupWidget();
+        const QWidget* told = popup != nullptr ? popup : m_window.data();
+        if (told != nullptr) static_cast<void>(reaches(*told, QEvent::MouseButtonPress));
     }
     void send(QWidget& widget, QEvent::Type type) const {
         QMouseEvent event = eventFor(type, widget.mapFromGlobal(m_place), widget.window()->mapFromGlobal(m_place));

@@ -59,11 +59,20 @@ bool isControl(const QWidget* widget) {
     return !widget->objectName().isEmpty() && widget->property(kPlaceProperty).isValid();
 }
 
+/// Number and description of the failure that the viewer shows; null while it shows none.
+QJsonValue failureOf(const QWidget* shownViewer) {
+    QVariant failure;
+    QMetaObject::invokeMethod(const_cast<QWidget*>(shownViewer), "failure", Q_RETURN_ARG(QVariant, failure));
+    return failure.isValid() ? QJsonValue::fromVariant(failure) : QJsonValue();
+}
+
 QJsonObject controlState(const QWidget* control) {
     QJsonObject state = QJsonObject::fromVariantMap(control->property("controlState").toMap());
-    if (control->objectName() == kViewerName)
+    if (control->objectName() == kViewerName) {
         for (const char* member : kViewerMembers)
             state.insert(QString::fromLatin1(member), QJsonValue::fromVariant(control->property(member)));
+        state.insert(u"failure"_s, failureOf(control));
+    }
     const QRect place = control->property(kPlaceProperty).toRect();
     state.insert(u"left"_s, place.left());
     state.insert(u"top"_s, place.top());

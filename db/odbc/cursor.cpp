@@ -147,6 +147,7 @@ bool Cursor::fetch(Block& block, const CancelToken& token) {
 void Cursor::finish(const CancelToken& token) {
     const SQLRETURN result = m_link->call(token, m_statement, [this] { return SQLMoreResults(m_statement.get()); });
     m_link->check(result, token, m_statement);
+    m_link->requireAlive();
     endRun();
     m_state = State::AtEnd;
 }

@@ -30,6 +30,9 @@ constexpr NumberRow kNumbers[] = {
     {u"42S02", base::kNoSuchObject}, {u"42P01", base::kNoSuchObject},  // the standard's other code for an unknown table
 };
 
+/// "The server rejected the connection", which a statement can be told too: see speakOfLoss.
+constexpr QStringView kRejected = u"08004";
+
 QString toQString(const std::vector<SQLWCHAR>& text, qsizetype length) {
     return QString::fromUtf16(reinterpret_cast<const char16_t*>(text.data()), length);
 }
@@ -74,8 +77,10 @@ QList<DiagnosticRecord> readDiagnostics(SQLSMALLINT handleType, SQLHANDLE handle
 base::Error errorOf(const QList<DiagnosticRecord>& records, Phase phase, const Secrets& secrets) {
     std::int32_t number = phase == Phase::Connecting ? base::kProviderFailure : base::kStatementError;
     const auto fits = [&](const NumberRow& row) {
-        return std::any_of(records.begin(), records.end(),
-                           [&](const DiagnosticRecord& record) { return record.state.startsWith(row.state); });
+        return std::any_of(records.begin(), records.end(), [&](const DiagnosticRecord& record) {
+            const bool isOfAStatement = phase == Phase::Running && record.state == kRejected;
+            return !isOfAStatement && record.state.startsWith(row.state);
+        });
     };
     const auto* const row = std::find_if(std::begin(kNumbers), std::end(kNumbers), fits);
     if (row != std::end(kNumbers)) number = row->number;
@@ -93,9 +98,12 @@ bool isCancelled(const QList<DiagnosticRecord>& records) {
                        [](const DiagnosticRecord& record) { return record.state == u"HY008"; });
 }
 
-bool isConnectionLost(const QList<DiagnosticRecord>& records) {
-    return std::any_of(records.begin(), records.end(),
-                       [](const DiagnosticRecord& record) { return record.state.startsWith(u"08"); });
+bool speakOfLoss(const QList<DiagnosticRecord>& records) {
+    return std::any_of(records.begin(), records.end(), [](const DiagnosticRecord& record) {
+        return record.state.startsWith(u"08") && record.state != kRejected;
+    });
 }
+
+base::Error lostError() { return {base::kProviderFailure, u"Conexiunea cu serverul s-a pierdut."_s}; }
 
 }  // namespace velcoran::odbc

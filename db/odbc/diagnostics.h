@@ -30,8 +30,13 @@ enum class Phase { Connecting, Running };
 
 /// True when the driver says that the call was cancelled.
 [[nodiscard]] bool isCancelled(const QList<DiagnosticRecord>& records);
-/// True when a record is about the connection itself.
-[[nodiscard]] bool isConnectionLost(const QList<DiagnosticRecord>& records);
+/// True when a record tells of a lost connection. What counts is whether the driver calls the connection dead; this is
+/// for drivers that do not know. The state of a rejected connection is none: drivers for SQL Server give it to
+/// statements that name a database which is not there.
+[[nodiscard]] bool speakOfLoss(const QList<DiagnosticRecord>& records);
+
+/// What a call on a lost connection fails with.
+[[nodiscard]] base::Error lostError();
 
 /// The words of a message without leading "[vendor][component]" names.
 [[nodiscard]] QString withoutPrefixes(const QString& message);

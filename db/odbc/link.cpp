@@ -106,7 +106,7 @@ void Link::disconnect() noexcept {
 StatementHandle Link::allocateStatement() {
     SQLHANDLE handle = nullptr;
     if (!SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_STMT, m_connection.get(), &handle)))
-        throw errorOf(tellAll(SQL_HANDLE_DBC, m_connection.get()), Phase::Running, m_secrets);
+        throw failureOf(tellAll(SQL_HANDLE_DBC, m_connection.get()));
     StatementHandle statement(handle);
     // Values may hold braces; a driver that looks for escape sequences would take them for some.
     tell(SQLSetStmtAttrW(statement.get(), SQL_ATTR_NOSCAN, attributeValue(SQL_NOSCAN_ON), SQL_IS_UINTEGER),
@@ -114,11 +114,21 @@ StatementHandle Link::allocateStatement() {
     return statement;
 }
 
-bool Link::isDead() const {
+Link::Life Link::life() const {
     SQLULEN dead = SQL_CD_FALSE;  // wide enough for drivers that write more than the standard says
     const SQLRETURN result =
         SQLGetConnectAttrW(m_connection.get(), SQL_ATTR_CONNECTION_DEAD, &dead, SQL_IS_UINTEGER, nullptr);
-    return SQL_SUCCEEDED(result) && dead == SQL_CD_TRUE;
+    if (!SQL_SUCCEEDED(result)) return Life::Unknown;
+    return dead == SQL_CD_TRUE ? Life::Dead : Life::Alive;
+}
+
+/// What a call failed with. A connection that is lost by it is noted.
+base::Error Link::failureOf(const QList<DiagnosticRecord>& records) {
+    const Life now = life();
+    if (now == Life::Dead || (now == Life::Unknown && speakOfLoss(records))) noteLost();
+    const base::Error error = errorOf(records, Phase::Running, m_secrets);
+    if (!isLost()) return error;
+    return {base::kProviderFailure, error.description(), error.source()};
 }
 
 SQLRETURN Link::check(SQLRETURN result, const CancelToken& token, const StatementHandle& statement) {
@@ -127,13 +137,19 @@ SQLRETURN Link::check(SQLRETURN result, const CancelToken& token, const Statemen
         return result;
     }
     const QList<DiagnosticRecord> records = tellAll(SQL_HANDLE_STMT, statement.get());
-    if (!SQL_SUCCEEDED(result) && (isConnectionLost(records) || isDead())) noteLost();
-    if (token.isRequested()) throw base::Cancelled();
-    if (SQL_SUCCEEDED(result)) return result;
-    const base::Error error = errorOf(records, Phase::Running, m_secrets);
-    if (isLost()) throw base::Error(base::kProviderFailure, error.description(), error.source());
-    if (isCancelled(records)) throw base::Cancelled();
+    if (SQL_SUCCEEDED(result)) {
+        if (token.isRequested()) throw base::Cancelled();
+        return result;
+    }
+    const base::Error error = failureOf(records);
+    if (token.isRequested() || (!isLost() && isCancelled(records))) throw base::Cancelled();
     throw error;
+}
+
+void Link::requireAlive() {
+    if (life() != Life::Dead) return;
+    noteLost();
+    throw lostError();
 }
 
 void Link::open(Cursor& cursor, const SharedToken& token) {

@@ -46,8 +46,13 @@ public:
         return m_gate->pass(token, statement.get(), call);
     }
     /// Looks at a result. SQL_NO_DATA passes, warnings are told.
-    /// @throws Cancelled when the token wishes it or the driver says so; Error; a lost connection is noted
+    /// @throws Cancelled when the token wishes it or the driver says so; Error. A connection is noted as lost when the
+    ///         driver calls it dead; one that does not know is taken by its word
     SQLRETURN check(SQLRETURN result, const CancelToken& token, const StatementHandle& statement);
+
+    /// For the end of rows: a driver may take the end of the connection for it.
+    /// @throws Error kProviderFailure when the driver calls the connection dead
+    void requireAlive();
 
     /// Makes a cursor the open one; the one that was open reads its rows into memory first.
     void open(Cursor& cursor, const SharedToken& token);
@@ -67,7 +72,9 @@ private:
     QList<DiagnosticRecord> tellAll(SQLSMALLINT handleType, SQLHANDLE handle) const;
     void wish(SQLINTEGER attribute, std::uintptr_t value);
     void readTraits();
-    [[nodiscard]] bool isDead() const;
+    enum class Life : std::uint8_t { Alive, Dead, Unknown };
+    [[nodiscard]] Life life() const;
+    [[nodiscard]] base::Error failureOf(const QList<DiagnosticRecord>& records);
     void setOpenToken(const SharedToken& token);
 
     std::shared_ptr<CancelGate> m_gate;

@@ -12,8 +12,6 @@ base::Error closedError() {
             "invalid in this context."_s};
 }
 
-base::Error lostError() { return {base::kProviderFailure, u"The connection to the server is lost"_s}; }
-
 base::Error timeoutError(std::chrono::milliseconds wait) {
     const auto seconds = std::chrono::duration<double>(wait).count();
     return {base::kProviderFailure, u"The server did not answer within %1 seconds"_s.arg(seconds)};

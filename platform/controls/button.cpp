@@ -52,6 +52,7 @@ void Button::keyPressEvent(QKeyEvent* event) {
             if (!event->isAutoRepeat()) click();
             return;
         case Qt::Key_Space:
+            if (event->modifiers() & Qt::AltModifier) return event->ignore();
             ControlOf::keyPressEvent(event);
             return;
         default:

@@ -49,7 +49,7 @@ bool CheckBox::event(QEvent* event) {
 
 // Arrow keys would move the focus.
 void CheckBox::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Space)
+    if (event->key() == Qt::Key_Space && !(event->modifiers() & Qt::AltModifier))
         ControlOf::keyPressEvent(event);
     else
         event->ignore();

@@ -303,11 +303,11 @@ private:
 
     void writeString(lxw_col_t at, const QByteArray& bytes, lxw_format* format) const {
         if (bytes.isEmpty()) return;  // the library writes no cell for it
-        touchRow();
+        countCell();
         check(worksheet_write_string(m_sheet, m_row, at, bytes.constData(), format));
     }
     void writeNumber(lxw_col_t at, double value, lxw_format* format) const {
-        touchRow();
+        countCell();
         check(worksheet_write_number(m_sheet, m_row, at, value, format));
     }
     void check(lxw_error error) const {
@@ -365,18 +365,19 @@ private:
 
     /// The library copies its parts without a look at what became of them.
     void requireWhole() const {
-        if (!isWholeWorkbook(m_place->path(), m_rowCounts)) system::failToWrite(m_file, EIO);
+        if (!isWholeWorkbook(m_place->path(), m_sizes)) system::failToWrite(m_file, EIO);
     }
 
-    /// Counts the rows of each sheet that hold a cell.
-    void touchRow() const {
-        if (m_rowCounts.size() < m_sheets.size()) {
-            m_rowCounts.resize(m_sheets.size(), 0);
+    /// Counts what each sheet must hold.
+    void countCell() const {
+        if (m_sizes.size() < m_sheets.size()) {
+            m_sizes.resize(m_sheets.size());
             m_lastRow = std::nullopt;
         }
+        ++m_sizes.back().cells;
         if (m_lastRow == m_row) return;
         m_lastRow = m_row;
-        ++m_rowCounts.back();
+        ++m_sizes.back().rows;
     }
 
     struct Repeated {
@@ -395,8 +396,8 @@ private:
     const Formats* m_formats = nullptr;
     lxw_worksheet* m_sheet = nullptr;
     std::vector<lxw_worksheet*> m_sheets;
-    mutable std::vector<std::int64_t> m_rowCounts;  ///< of each sheet
-    mutable std::optional<lxw_row_t> m_lastRow;     ///< of the present sheet that got a cell
+    mutable std::vector<SheetSize> m_sizes;      ///< of each sheet
+    mutable std::optional<lxw_row_t> m_lastRow;  ///< of the present sheet that got a cell
     lxw_row_t m_headingRow = 0;
     lxw_row_t m_row = 0;
     lxw_col_t m_columnCount = 0;

@@ -1,7 +1,12 @@
 #include "platform/engine/xlsx_check.h"
 
+#include <QXmlStreamReader>
+
 #include <minizip/unzip.h>
 
+#include <algorithm>
+#include <array>
+#include <cstdlib>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -18,60 +23,66 @@ struct CloseArchive {
 };
 using Archive = std::unique_ptr<void, CloseArchive>;
 
-/// What is asked of a part while it passes.
-struct Part {
-    std::string root;  ///< name of its first element
-    std::string end;   ///< its last bytes
-    std::int64_t rows = 0;
+/// Marks that are counted in a sheet.
+constexpr std::string_view kMarks[] = {"<row ", "</row>", "<c ", "</c>"};
+constexpr std::size_t kOverlap = 5;  // one less than the longest of them
+
+/// What is asked of a sheet while it passes.
+struct Sheet {
+    std::array<std::int64_t, std::size(kMarks)> counts{};
+    std::string end;  ///< its last bytes
 };
 
-/// Name of the first element, behind the declaration.
-std::string rootOf(std::string_view start) {
-    for (std::size_t at = start.find('<'); at != std::string_view::npos; at = start.find('<', at + 1)) {
-        if (at + 1 >= start.size() || start[at + 1] == '?' || start[at + 1] == '!') continue;
-        return std::string(start.substr(at + 1, start.find_first_of(" />\r\n\t", at + 1) - at - 1));
-    }
-    return {};
-}
-
-/// A mark that begins in one piece and ends in the next is counted once.
-std::int64_t countRows(std::string_view text) {
-    constexpr std::string_view kRow = "<row ";
-    std::int64_t count = 0;
-    for (std::size_t at = text.find(kRow); at != std::string_view::npos; at = text.find(kRow, at + kRow.size()))
-        ++count;
-    return count;
-}
-
-/// @return false when the part cannot be read to its end, or has another checksum
-bool readPart(void* archive, Part& part) {
-    constexpr std::size_t kOverlap = 4;  // one less than the mark of a row
+/// Calls with the part's bytes, piece by piece. @return false when it cannot be read to its end, or has another
+/// checksum
+template <class Take>
+bool readPart(void* archive, Take take) {
     if (unzOpenCurrentFile(archive) != UNZ_OK) return false;
-    std::string piece(kPieceBytes + kOverlap, '\0');
-    std::size_t kept = 0;
+    std::string piece(kPieceBytes, '\0');
     int count = 0;
-    while ((count = unzReadCurrentFile(archive, piece.data() + kept, kPieceBytes)) > 0) {
-        const std::string_view text(piece.data(), kept + static_cast<std::size_t>(count));
-        if (part.root.empty()) part.root = rootOf(text);
-        part.rows += countRows(text);
-        part.end.append(text.substr(kept));
-        if (part.end.size() > kEndBytes) part.end.erase(0, part.end.size() - kEndBytes);
-        const std::size_t next = std::min(kOverlap, text.size());
-        piece.replace(0, next, text.substr(text.size() - next));
-        kept = next;
-    }
+    while ((count = unzReadCurrentFile(archive, piece.data(), kPieceBytes)) > 0)
+        take(std::string_view(piece.data(), static_cast<std::size_t>(count)));
     return unzCloseCurrentFile(archive) == UNZ_OK && count == 0;
 }
 
-bool isClosed(const Part& part) {
-    std::string_view end = part.end;
-    while (!end.empty() && (end.back() == '\n' || end.back() == '\r' || end.back() == ' ')) end.remove_suffix(1);
-    return !part.root.empty() && (end.ends_with("</" + part.root + ">") || end.ends_with("/>"));
+/// A mark that begins in one piece and ends in the next is counted with the next: a piece goes on as far as the longest
+/// mark could have begun.
+void countMarks(std::string_view text, std::size_t known, Sheet& sheet) {
+    for (std::size_t mark = 0; mark < std::size(kMarks); ++mark) {
+        const std::size_t from = known >= kMarks[mark].size() - 1 ? known - (kMarks[mark].size() - 1) : 0;
+        for (std::size_t at = text.find(kMarks[mark], from); at != std::string_view::npos;
+             at = text.find(kMarks[mark], at + 1))
+            ++sheet.counts[mark];
+    }
+}
+
+bool isWholeSheet(void* archive, const SheetSize& wanted) {
+    Sheet sheet;
+    std::string text;
+    const bool isRead = readPart(archive, [&](std::string_view piece) {
+        const std::size_t known = text.size();
+        text.append(piece);
+        countMarks(text, known, sheet);
+        text.erase(0, text.size() - std::min(text.size(), kOverlap));
+        sheet.end.append(piece);
+        if (sheet.end.size() > kEndBytes) sheet.end.erase(0, sheet.end.size() - kEndBytes);
+    });
+    return isRead && sheet.counts == std::array{wanted.rows, wanted.rows, wanted.cells, wanted.cells} &&
+           std::string_view(sheet.end).ends_with("</worksheet>");
+}
+
+/// The other parts are small: each is read as what it is.
+bool isWholeMarkup(void* archive) {
+    QXmlStreamReader reader;
+    if (!readPart(archive, [&](std::string_view piece) { reader.addData(QByteArray(piece.data(), piece.size())); }))
+        return false;
+    while (!reader.atEnd()) reader.readNext();
+    return !reader.hasError();
 }
 
 }  // namespace
 
-bool isWholeWorkbook(const QByteArray& path, const std::vector<std::int64_t>& rowCounts) {
+bool isWholeWorkbook(const QByteArray& path, const std::vector<SheetSize>& sizes) {
     const Archive archive(unzOpen64(path.constData()));
     if (!archive) return false;
     std::size_t sheets = 0;
@@ -80,16 +91,16 @@ bool isWholeWorkbook(const QByteArray& path, const std::vector<std::int64_t>& ro
         char name[256] = {};
         if (unzGetCurrentFileInfo64(archive.get(), nullptr, name, sizeof(name) - 1, nullptr, 0, nullptr, 0) != UNZ_OK)
             return false;
-        Part part;
-        if (!readPart(archive.get(), part) || !isClosed(part)) return false;
-        const std::string_view sheet(name);
         constexpr std::string_view kSheet = "xl/worksheets/sheet";
-        if (!sheet.starts_with(kSheet)) continue;
+        if (!std::string_view(name).starts_with(kSheet)) {
+            if (!isWholeMarkup(archive.get())) return false;
+            continue;
+        }
         const auto number = static_cast<std::size_t>(std::atoi(name + kSheet.size()));
-        if (number < 1 || number > rowCounts.size() || part.rows != rowCounts[number - 1]) return false;
+        if (number < 1 || number > sizes.size() || !isWholeSheet(archive.get(), sizes[number - 1])) return false;
         ++sheets;
     }
-    return more == UNZ_END_OF_LIST_OF_FILE && sheets == rowCounts.size();
+    return more == UNZ_END_OF_LIST_OF_FILE && sheets == sizes.size();
 }
 
 }  // namespace velcoran::engine

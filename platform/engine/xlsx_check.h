@@ -7,10 +7,16 @@
 
 namespace velcoran::engine {
 
-/// Reads a written workbook back, part by part: each must have its checksum and end with its closing element, and each
-/// sheet must hold its rows. Memory does not grow with the file.
-/// @param path       as the system's calls take it
-/// @param rowCounts  rows with cells of each sheet, in order
-[[nodiscard]] bool isWholeWorkbook(const QByteArray& path, const std::vector<std::int64_t>& rowCounts);
+/// What a sheet must hold.
+struct SheetSize {
+    std::int64_t rows = 0;  ///< with at least one cell
+    std::int64_t cells = 0;
+};
+
+/// Reads a written workbook back, part by part: each must have its checksum, each sheet must end with its closing
+/// element and hold its rows and cells, and every other part must be whole markup. Memory does not grow with the file.
+/// @param path   as the system's calls take it
+/// @param sizes  of each sheet, in order
+[[nodiscard]] bool isWholeWorkbook(const QByteArray& path, const std::vector<SheetSize>& sizes);
 
 }  // namespace velcoran::engine

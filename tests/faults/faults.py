@@ -22,7 +22,7 @@ SIZES = 40
 MOST_CALLS = 14  # positions tried of one call in one format
 SIGNALS = (signal.SIGTERM, signal.SIGINT, signal.SIGHUP)
 
-os.environ.update({"LC_ALL": "C.UTF-8", "QT_QPA_PLATFORM": "offscreen", "XDG_RUNTIME_DIR": tempfile.gettempdir()})
+os.environ.update({"LC_ALL": "C.UTF-8", "QT_QPA_PLATFORM": "offscreen", "XDG_RUNTIME_DIR": tempfile.mkdtemp()})
 
 
 class Faults:
@@ -36,7 +36,7 @@ class Faults:
         self.shim = os.path.join(folder, "failing_calls.so")
         subprocess.run(["cc", "-shared", "-fPIC", "-O1", "-o", self.shim, os.path.join(HERE, "failing_calls.c"), "-ldl",
                         "-lpthread"], check=True)
-        subprocess.run([program, "sample-db", self.database, "--documents", "1500"], check=True)
+        subprocess.run([program, "sample-db", self.database, "--documents", "3000"], check=True)
 
     def command(self, out):
         return [self.program, "export", "--db", self.database, "--kind", "Import", "--from", "2026-01-01", "--to",
@@ -62,11 +62,11 @@ class Faults:
             self.whole[form] = (os.path.getsize(path), content(path))
         return self.whole[form]
 
-    def check(self, name, form, path, done, left=(), old=OLD):
+    def check(self, name, form, path, done):
         """Either whole, or status 1 with the old file and nothing beside it."""
         self.checks += 1
         folder = os.path.dirname(path)
-        names = sorted(set(os.listdir(folder)) - {os.path.basename(path)} - set(left))
+        names = sorted(name for name in os.listdir(folder) if not name.startswith("raport."))
         if names:
             self.fail(f"{name}: {names} stays behind")
         if done.returncode == 0:
@@ -79,7 +79,7 @@ class Faults:
         elif os.path.basename(path) not in lines[0] and "thread" not in name:
             self.fail(f"{name}: the message does not name the file: {lines[0]}")
         with open(path, "rb") as file:
-            if file.read() != old:
+            if file.read() != OLD:
                 self.fail(f"{name}: the old file is not what it was")
         return False
 
@@ -112,16 +112,17 @@ def put_old(path):
 
 
 def sizes_of(size, form):
-    """40 sizes in pages of 4 KB: near the end, at multiples of 16 and 64 KB, and between packed and unpacked."""
+    """40 sizes: near the end, at multiples of 16 and 64 KB, and between packed and unpacked, in pages of 4 KB."""
     page = 4096
     need = (size + page - 1) // page
-    near = [need + step for step in range(-8, 9)]
-    blocks = [4 * n for n in range(1, 9)] + [16 * n for n in range(1, 9)]
-    span = range(max(2, need // 2), need * (12 if form == "xlsx" else 2), max(1, need // 4))
-    chosen = sorted({pages for pages in near + blocks + list(span) if pages > 1})
-    while len(chosen) > SIZES:
-        del chosen[len(chosen) // 2::2][0:0], chosen[1:-1:max(2, len(chosen) // (len(chosen) - SIZES))]
-    return [pages * page for pages in chosen]
+    chosen = {need + step for step in range(-5, 4)}
+    chosen |= {4 * number for number in range(1, 6)} | {16 * number for number in range(1, 6)}
+    widest = need * (20 if form == "xlsx" else 3)
+    for step in (2, 1):
+        for number in range(1, SIZES, step):
+            if len(chosen) < SIZES:
+                chosen.add(2 + widest * number // SIZES)
+    return [pages * page for pages in sorted(chosen) if pages > 1]
 
 
 def full_disk(faults):
@@ -173,10 +174,10 @@ def threads(faults):
     os.makedirs(folder, exist_ok=True)
     for form in ("pdf", "xlsx"):
         path = os.path.join(folder, "raport." + form)
-        for first in range(1, 12):
+        for number in range(1, 10):
             put_old(path)
-            done = faults.run(path, faults.shimmed(FAIL_CALL="thread", FAIL_AT=first))
-            faults.check(f"no thread from the {first}. on, {form}", form, path, done)
+            done = faults.run(path, faults.shimmed(FAIL_CALL="thread", FAIL_AT=number))
+            faults.check(f"thread {number} does not start, {form}", form, path, done)
 
 
 def signals(faults):

@@ -1,15 +1,18 @@
 #include "platform/controls/drop_down_list.h"
 #include "platform/controls/grid.h"
 #include "platform/controls/tick_list.h"
+#include "platform/controls/typed_text.h"
 
 #include "support/test_data.h"
 
 #include <QApplication>
 #include <QInputMethodEvent>
+#include <QPushButton>
 #include <QScrollBar>
 #include <QStringListModel>
 #include <QTest>
 #include <QWheelEvent>
+#include <QWindow>
 
 #include <gtest/gtest.h>
 
@@ -92,7 +95,7 @@ class GridTest : public WindowTest {
 protected:
     GridTest() {
         m_grid.bind(&m_rows);
-        m_grid.setKeyPressHandler([this](QChar character) { m_keys += character; });
+        m_grid.setKeyPressHandler([this](const QString& character) { m_keys += character; });
         QObject::connect(&m_grid, &Grid::cellClicked, [this](int row, int column) { m_clicks += QPoint(row, column); });
         open(m_grid, {250, 100});
     }
@@ -119,7 +122,7 @@ TEST_F(DropDownListTest, keysChooseAndTellEveryChangeOnce) {
         {"up from none stays", -1, {Qt::Key_Up}, {}},
         {"home and end", 1, {Qt::Key_End, Qt::Key_Home}, {3, 0}},
         {"typing completes", 0, {Qt::Key_P, Qt::Key_R}, {1}},
-        {"what no item continues is not taken", 0, {Qt::Key_S, Qt::Key_X, Qt::Key_E}, {3}},
+        {"what no item continues starts anew", 0, {Qt::Key_S, Qt::Key_X, Qt::Key_P, Qt::Key_S}, {3, 1, 3}},
         {"a typed blank counts", 0, {Qt::Key_P, Qt::Key_R, Qt::Key_Space}, {1}},
     };
     for (const auto& row : cases) {
@@ -160,6 +163,146 @@ TEST_F(DropDownListTest, fillingTellsNothingAndChoosingDoes) {
                                                   {u"text"_s, u"Facturi"_s},
                                                   {u"open"_s, false},
                                                   {u"highlight"_s, -1}}));
+}
+
+TEST_F(DropDownListTest, theOpenListShowsItselfToScripts) {
+    QStringList many;
+    for (int i = 0; i < 30; ++i) many += QString::number(i);
+    m_list.fill(many, 2);
+    const auto state = [this](const QString& member) { return m_list.controlState()[member]; };
+    EXPECT_EQ(state(u"open"_s), false);
+    EXPECT_TRUE(m_list.openRowRect(0).isEmpty());
+    QTest::mouseClick(&m_list, Qt::LeftButton);
+    EXPECT_EQ(state(u"open"_s), true);
+    EXPECT_EQ(state(u"highlight"_s), 2);
+    EXPECT_TRUE(m_list.openRowRect(-1).isEmpty());
+    EXPECT_TRUE(m_list.openRowRect(30).isEmpty());
+    const QPoint place = m_list.openRowRect(25).center();
+    QWidget* under = QApplication::widgetAt(place);
+    ASSERT_NE(under, nullptr);
+    EXPECT_EQ(under->window(), QApplication::activePopupWidget());
+    QTest::mouseClick(under, Qt::LeftButton, {}, under->mapFromGlobal(place));
+    EXPECT_EQ(state(u"open"_s), false);
+    EXPECT_EQ(state(u"highlight"_s), -1);
+    EXPECT_EQ(m_list.index(), 25);
+}
+
+// Up to the last column nothing of the open list is told: it keeps its choice until it is taken.
+TEST_F(DropDownListTest, theOpenListMovesItsMarkUntilItIsTaken) {
+    const struct {
+        const char* name;
+        QList<int> keys;
+        int mark;
+    } cases[] = {
+        {"a letter", {Qt::Key_S}, 3},
+        {"letters go on",
+         {Qt::Key_P, Qt::Key_R, Qt::Key_O, Qt::Key_D, Qt::Key_U, Qt::Key_S, Qt::Key_E, Qt::Key_Space, Qt::Key_I},
+         2},
+        {"one that no entry continues starts anew", {Qt::Key_S, Qt::Key_P}, 1},
+        {"one that starts none moves nothing", {Qt::Key_S, Qt::Key_X}, 3},
+        {"and forgets what was typed",
+         {Qt::Key_P, Qt::Key_R, Qt::Key_O, Qt::Key_D, Qt::Key_U, Qt::Key_S, Qt::Key_E, Qt::Key_Space, Qt::Key_X,
+          Qt::Key_I},
+         1},
+        {"a movement forgets it too", {Qt::Key_P, Qt::Key_End, Qt::Key_R}, 3},
+        {"backspace takes the last one back", {Qt::Key_P, Qt::Key_R, Qt::Key_Backspace, Qt::Key_R}, 1},
+        {"delete goes to the first", {Qt::Key_End, Qt::Key_Delete}, 0},
+        {"up and down stop at the ends", {Qt::Key_Down, Qt::Key_End, Qt::Key_Down, Qt::Key_Up}, 2},
+        {"up at the first", {Qt::Key_Home, Qt::Key_Up}, 0},
+        {"pages", {Qt::Key_Home, Qt::Key_PageDown}, 3},
+        {"a page back", {Qt::Key_PageDown, Qt::Key_PageUp}, 0},
+        {"left and right do nothing", {Qt::Key_Left, Qt::Key_Right, Qt::Key_Right}, 2},
+    };
+    QList<int> handled;
+    m_list.setKeyHandler([&](QKeyEvent& key) {
+        handled += key.key();
+        return key.key() == Qt::Key_Tab;
+    });
+    for (const auto& row : cases) {
+        for (const int end : {int(Qt::Key_Escape), int(Qt::Key_Return), int(Qt::Key_Enter), int(Qt::Key_Tab)}) {
+            SCOPED_TRACE(testing::Message() << row.name << " end " << end);
+            m_list.setIndex(2);
+            QTest::keyClick(&m_list, Qt::Key_F4);
+            ASSERT_EQ(m_list.highlight(), 2);
+            m_told.clear();
+            handled.clear();
+            for (const int key : row.keys) QTest::keyClick(QApplication::activePopupWidget(), static_cast<Qt::Key>(key));
+            EXPECT_EQ(m_list.highlight(), row.mark);
+            EXPECT_EQ(m_list.index(), 2);
+            EXPECT_TRUE(m_told.isEmpty());
+            QTest::keyClick(QApplication::activePopupWidget(), static_cast<Qt::Key>(end));
+            EXPECT_FALSE(m_list.isOpen());
+            EXPECT_EQ(m_list.index(), end == Qt::Key_Escape ? 2 : row.mark);
+            EXPECT_EQ(handled, end == Qt::Key_Tab ? QList<int>{Qt::Key_Tab} : QList<int>{}) << "Tab alone goes on";
+        }
+    }
+}
+
+TEST_F(DropDownListTest, anInputMethodMovesTheMarkOfTheOpenList) {
+    QTest::keyClick(&m_list, Qt::Key_F4);
+    QInputMethodEvent commit(QString(), {});
+    commit.setCommitString(u"ser"_s);
+    QApplication::sendEvent(&m_list, &commit);
+    EXPECT_EQ(m_list.highlight(), 3);
+    EXPECT_EQ(m_list.index(), 0);
+}
+
+TEST_F(DropDownListTest, typesWithRightAltAndNotWithAlt) {
+    for (const bool isOpen : {false, true}) {
+        m_list.setIndex(0);
+        if (isOpen) m_list.showPopup();
+        QTest::keyClick(&m_list, Qt::Key_S, Qt::AltModifier);
+        EXPECT_EQ(isOpen ? m_list.highlight() : m_list.index(), 0);
+        QTest::sendKeyEvent(QTest::Click, &m_list, Qt::Key_S, u"s"_s, Qt::AltModifier | Qt::ControlModifier);
+        EXPECT_EQ(isOpen ? m_list.highlight() : m_list.index(), 3);
+    }
+}
+
+TEST_F(DropDownListTest, otherButtonsPickNothing) {
+    m_list.showPopup();
+    for (const Qt::MouseButton button : {Qt::RightButton, Qt::MiddleButton}) {
+        const QPoint place = m_list.openRowRect(3).center();
+        QWidget* rows = QApplication::widgetAt(place);
+        QTest::mouseClick(rows, button, {}, rows->mapFromGlobal(place));
+        EXPECT_TRUE(m_list.isOpen());
+        EXPECT_EQ(m_list.index(), 0);
+    }
+}
+
+/// A list whose entries lie over a button, a double click on one of them, and one that closes the list from outside.
+TEST_F(DropDownListTest, theSecondPressOfADoubleClickThatClosedItIsSwallowed) {
+    QPushButton below(&m_window);
+    below.setGeometry(10, 34, 300, 200);
+    below.show();
+    int presses = 0;
+    QObject::connect(&below, &QPushButton::pressed, [&] { ++presses; });
+    const QPoint outside = below.mapToGlobal(QPoint(290, 190));
+    for (const bool isOutside : {false, true}) {
+        SCOPED_TRACE(isOutside);
+        m_list.setFocus();
+        m_list.showPopup();
+        const QPoint place = isOutside ? outside : m_list.openRowRect(2).center();
+        QWindow* window = m_window.windowHandle();
+        presses = 0;
+        // As the window system brings it: into the open list first, then into what lies there.
+        QTest::mouseClick(isOutside ? window : QApplication::activePopupWidget()->windowHandle(), Qt::LeftButton, {},
+                          isOutside ? window->mapFromGlobal(place)
+                                    : QApplication::activePopupWidget()->windowHandle()->mapFromGlobal(place));
+        QApplication::processEvents();
+        ASSERT_FALSE(m_list.isOpen());
+        const int first = presses;
+        QMouseEvent second(QEvent::MouseButtonDblClick, window->mapFromGlobal(place), place, Qt::LeftButton,
+                           Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(window, &second);
+        QTest::mouseRelease(window, Qt::LeftButton, {}, window->mapFromGlobal(place));
+        EXPECT_EQ(presses, first);
+        EXPECT_EQ(below.hasFocus(), isOutside && first > 0);
+        QTest::mouseClick(&below, Qt::LeftButton);
+        EXPECT_EQ(presses, first + 1) << "a new click works again";
+        QApplication::sendEvent(window, &second);
+        EXPECT_EQ(presses, first + 2) << "and a double click";
+        QTest::mouseRelease(&below, Qt::LeftButton);
+    }
 }
 
 TEST_F(DropDownListTest, theWheelDoesNothing) {
@@ -224,6 +367,43 @@ TEST_F(TickListTest, clicksAndTheBlankTickAndMovingDoesNot) {
               (QVariantMap{{u"items"_s, m_items}, {u"index"_s, 0}, {u"ticked"_s, QVariantList{24}}}));
 }
 
+TEST_F(TickListTest, lettersAndDigitsGoToTheNextRowThatStartsSo) {
+    m_list.fill({u"1 - Depozit Central"_s, u"4 - Vamă"_s, u"12 - Sud"_s, u"120 - Port"_s, u"Șantier"_s, u"𝒜"_s}, 0);
+    const struct {
+        const char* name;
+        int start;
+        const char16_t* typed;
+        Qt::KeyboardModifiers held;
+        int row;
+    } cases[] = {
+        {"the next one", 0, u"1", {}, 2},
+        {"again", 0, u"11", {}, 3},
+        {"round the end", 3, u"1", {}, 0},
+        {"from none", -1, u"1", {}, 0},
+        {"the only one stays", 1, u"4", {}, 1},
+        {"none stays", 1, u"9", {}, 1},
+        {"both cases", 0, u"ș", {}, 4},
+        {"a pair is one letter", 0, u"𝒜", {}, 5},
+        {"right Alt types", 0, u"4", Qt::AltModifier | Qt::ControlModifier, 1},
+        {"Alt does not", 0, u"4", Qt::AltModifier, 0},
+        {"nor Control", 0, u"4", Qt::ControlModifier, 0},
+        {"other characters are no letters", 0, u"-", {}, 0},
+    };
+    for (const auto& one : cases) {
+        SCOPED_TRACE(one.name);
+        m_list.setCurrentIndex(one.start);
+        for (const QString& character : charactersOf(QStringView(one.typed)))
+            QTest::sendKeyEvent(QTest::Click, &m_list, Qt::Key_unknown, character, one.held);
+        EXPECT_EQ(m_list.currentIndex(), one.row);
+        EXPECT_TRUE(m_list.ticked().isEmpty());
+    }
+    m_list.setCurrentIndex(0);
+    QInputMethodEvent commit(QString(), {});
+    commit.setCommitString(u"Ș"_s);
+    QApplication::sendEvent(&m_list, &commit);
+    EXPECT_EQ(m_list.currentIndex(), 4);
+}
+
 TEST_F(TickListTest, noCurrentRowIsAState) {
     m_list.fill({u"a"_s, u"b"_s});
     m_other.setFocus();
@@ -251,8 +431,69 @@ TEST_F(GridTest, keysNavigateOrReachTheHandler) {
     EXPECT_EQ(m_keys, QString(u"a "_s + QChar(8) + QChar(13) + u"ță"_s + QChar(27)));
 }
 
+TEST_F(GridTest, homeAndEndChooseTheRowLeftAndRightTheColumn) {
+    const struct {
+        QPoint start;
+        QList<int> keys;
+        QPoint end;
+    } cases[] = {
+        {{7, 2}, {Qt::Key_Home}, {1, 2}},       {{7, 1}, {Qt::Key_End}, {40, 1}},   {{7, 1}, {Qt::Key_Right}, {7, 2}},
+        {{7, 2}, {Qt::Key_Right}, {7, 2}},      {{7, 2}, {Qt::Key_Left}, {7, 1}},   {{7, 1}, {Qt::Key_Left}, {7, 1}},
+        {{1, 1}, {Qt::Key_Up}, {1, 1}},         {{40, 2}, {Qt::Key_Down}, {40, 2}}, {{3, 2}, {Qt::Key_PageUp}, {1, 2}},
+        {{39, 2}, {Qt::Key_PageDown}, {40, 2}},
+    };
+    for (const auto& one : cases) {
+        m_grid.moveTo(one.start.x(), one.start.y());
+        for (const int key : one.keys) QTest::keyClick(&m_grid, static_cast<Qt::Key>(key));
+        EXPECT_EQ(QPoint(m_grid.row(), m_grid.column()), one.end) << one.start.x() << ' ' << one.keys.front();
+    }
+    EXPECT_TRUE(m_keys.isEmpty());
+}
+
+TEST_F(GridTest, typedCharactersComeWhole) {
+    QStringList characters;
+    m_grid.setKeyPressHandler([&](const QString& character) { characters += character; });
+    const auto key = [this](const QString& text, Qt::KeyboardModifiers held) {
+        QTest::sendKeyEvent(QTest::Click, &m_grid, Qt::Key_unknown, text, held);
+    };
+    key(u"a😀"_s, {});
+    key(u"b"_s, Qt::AltModifier);
+    key(u"c"_s, Qt::ControlModifier);
+    key(u"d"_s, Qt::ControlModifier | Qt::AltModifier);
+    EXPECT_EQ(characters, (QStringList{u"a"_s, u"😀"_s, u"d"_s}));
+}
+
+TEST_F(GridTest, aClickIsPressedAndReleasedInOneRow) {
+    QWidget* viewport = m_grid.viewport();
+    const auto at = [&](int row, int column) {
+        return viewport->mapFrom(&m_grid, m_grid.cellRect(row, column).center());
+    };
+    const QPoint header(20, -5);
+    const struct {
+        const char* name;
+        Qt::MouseButton button;
+        QPoint pressed, released;
+        QList<QPoint> clicks;
+    } cases[] = {
+        {"one cell", Qt::LeftButton, at(2, 1), at(2, 1), {{2, 1}}},
+        {"two cells of a row", Qt::LeftButton, at(2, 2), at(2, 1), {{2, 2}}},
+        {"two rows", Qt::LeftButton, at(2, 1), at(3, 1), {}},
+        {"from outside", Qt::LeftButton, header, at(2, 1), {}},
+        {"to the outside", Qt::LeftButton, at(2, 1), header, {}},
+        {"another button", Qt::RightButton, at(2, 1), at(2, 1), {}},
+        {"and one more", Qt::MiddleButton, at(2, 1), at(2, 1), {}},
+    };
+    for (const auto& one : cases) {
+        SCOPED_TRACE(one.name);
+        m_clicks.clear();
+        QTest::mousePress(viewport, one.button, {}, one.pressed);
+        QTest::mouseRelease(viewport, one.button, {}, one.released);
+        EXPECT_EQ(m_clicks, one.clicks);
+    }
+}
+
 TEST_F(GridTest, aHandlerThatHidesTheGridEndsTheText) {
-    m_grid.setKeyPressHandler([this](QChar character) {
+    m_grid.setKeyPressHandler([this](const QString& character) {
         m_keys += character;
         m_grid.hide();
     });

@@ -1,0 +1,88 @@
+#include "db/odbc/connection.h"
+
+#include "support/test_data.h"
+
+#include "db/connection.h"
+
+#include <gtest/gtest.h>
+
+namespace velcoran::odbc {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// A connection through the scripted driver, and what it was heard to say.
+class DriverWords : public testing::Test {
+protected:
+    db::Connection open(const QString& options = {}) {
+        const QString driver = QString::fromUtf8(VELCORAN_SCRIPTED_DRIVER);
+        m_interface = openConnection(u"Driver=%1;PWD=ascuns-77;%2"_s.arg(driver, options), {},
+                                     [this](const DiagnosticRecord& record) { m_heard.append(record); });
+        return db::Connection(m_interface);
+    }
+    [[nodiscard]] std::int32_t state() const { return m_interface->State(); }
+    [[nodiscard]] QStringList heard() const {
+        QStringList lines;
+        for (const DiagnosticRecord& record : m_heard)
+            lines.append(u"%1 %2 %3"_s.arg(record.state, QString::number(record.nativeNumber), record.text));
+        return lines;
+    }
+    /// What a statement ends with; number 0 when all its rows came.
+    static base::Error outcome(const db::Connection& connection, const QString& statement) {
+        try {
+            const db::Rows rows = connection.execute(statement);
+            std::uint32_t count = 0;
+            while (const RowBlock* block = rows.fetch()) count += block->rowCount;
+            return {0, QString::number(count)};
+        } catch (const base::Error& error) {
+            return error;
+        }
+    }
+
+private:
+    com::Ref<IConnection> m_interface;
+    QList<DiagnosticRecord> m_heard;
+};
+
+TEST_F(DriverWords, tellWhetherTheConnectionIsLost) {
+    const struct {
+        const char* name;
+        const char* options;
+        const char* statement;
+        std::int32_t number;
+        bool isLost;
+    } cases[] = {
+        {"another database is unknown", "", "fail 08004 911 Database 'NUEXISTA' does not exist", base::kStatementError,
+         false},
+        {"... and the driver knows no better", "Dead=unknown", "fail 08004 911 Database 'NUEXISTA' does not exist",
+         base::kStatementError, false},
+        {"the link failed", "", "die fail 08S01 20006 Write to the server failed", base::kProviderFailure, true},
+        {"... and the driver knows no better", "Dead=unknown", "fail 08S01 20006 Write failed", base::kProviderFailure,
+         true},
+        {"... but the driver goes on", "", "fail 08S01 0 Communication link failure", base::kProviderFailure, false},
+        {"only the attribute tells", "", "die fail HY000 0 Unexpected end of data", base::kProviderFailure, true},
+        {"only the attribute tells, at the end of the rows", "", "die rows 3", base::kProviderFailure, true},
+        {"a statement's own failure", "", "fail 42000 102 Incorrect syntax", base::kStatementError, false},
+    };
+    for (const auto& one : cases) {
+        SCOPED_TRACE(one.name);
+        const db::Connection connection = open(QString::fromUtf8(one.options));
+        const base::Error failure = outcome(connection, QString::fromUtf8(one.statement));
+        EXPECT_EQ(failure.number(), one.number) << failure.what();
+        EXPECT_EQ(state(), one.isLost ? kStateClosed : kStateOpen);
+        const base::Error next = outcome(connection, u"rows 5"_s);
+        EXPECT_EQ(next.number(), one.isLost ? base::kProviderFailure : 0) << next.what();
+        EXPECT_EQ(next.description() == u"5"_s, !one.isLost);
+    }
+}
+
+TEST_F(DriverWords, reachTheSinkWholeWithoutSecrets) {
+    const db::Connection connection = open(u"ReadOnly=refused"_s);
+    EXPECT_EQ(outcome(connection, u"warn 01000 5701 Changed to ascuns-77"_s).number(), 0);
+    EXPECT_NE(outcome(connection, u"fail 42000 102 Incorrect syntax"_s).number(), 0);
+    EXPECT_EQ(heard(), (QStringList{u"HYC00 0 Access mode is not supported"_s, u"01000 5701 Changed to ***"_s,
+                                    u"42000 102 Incorrect syntax"_s}));
+}
+
+}  // namespace
+}  // namespace velcoran::odbc
