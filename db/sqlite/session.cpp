@@ -120,7 +120,7 @@ void Session::cancelAll() {
 
 StatementHandle Session::prepare(const QString& text) {
     const QByteArray statement = rewrite(text).toUtf8();
-    if (statement.contains('\0')) throw base::Error(base::kStatementError, u"Interogarea conține un caracter nul."_s);
+    if (statement.contains('\0')) throw base::Error(base::kStatementError, u"Interogarea conține un octet nul."_s);
     sqlite3_stmt* compiled = nullptr;
     const char* rest = nullptr;
     const int result = sqlite3_prepare_v3(m_database, statement.constData(), static_cast<int>(statement.size()) + 1, 0,
