@@ -121,7 +121,6 @@ void TextBox::keyPressEvent(QKeyEvent* event) {
         event->accept();
         return;
     }
-    if (isTypedWithAlt(*event)) return event->ignore();
     const QString typed = typedText(*event);
     if (typed.isEmpty()) return pressOwnKey(*event);
     const QString kept = accepted(typed, selectedText());
