@@ -1,34 +1,45 @@
 #pragma once
 
+#include "system/line_file.h"
+
 #include <velcoran/connection.h>
 
 #include <QString>
 
+#include <atomic>
 #include <memory>
+#include <mutex>
 
 namespace velcoran::host {
 
-/// A file for support: what a connection was asked, and what came of it, a line each with the moment and the time
-/// taken. Statements stand as they reached the connection; a connection text, and with it a password, never does. Any
-/// thread.
+/// What support reads about a run: a line for each event of a connection, with the moment and the number of the
+/// connection and of its statement. Any thread.
 class Trace {
 public:
-    /// Appends to a file that its owner alone can read. @throws Error kPathAccess
-    explicit Trace(const QString& path);
-    ~Trace();
-    Trace(const Trace&) = delete;
-    Trace& operator=(const Trace&) = delete;
+    /// @throws Error kPathAccess when the file cannot be opened
+    explicit Trace(const QString& file);
 
-    /// Writes a line at once; line breaks in it become blanks. A file that takes no more is told once, on standard
-    /// error.
-    void write(const QString& line) noexcept;
+    /// Adds a line. Controls and line ends of the words are written as \n, \t, \u0001 and so on. A file that can no
+    /// longer be written is told once on standard error; the run goes on without the trace.
+    void tell(const QString& subject, const QString& words) noexcept;
+    /// The subject of a connection, from "1" on; its statements are "1.1", "1.2" and so on.
+    [[nodiscard]] QString nextConnection() { return QString::number(++m_connections); }
 
 private:
-    struct File;
-    std::unique_ptr<File> m_file;
+    std::mutex m_mutex;
+    system::LineFile m_file;
+    bool m_isBroken = false;
+    std::atomic<int> m_connections = 0;
 };
 
-/// A connection whose statements, rows, times and failures go into a trace. @param trace  null for none
-[[nodiscard]] com::Ref<IConnection> traceConnection(com::Ref<IConnection> connection, std::shared_ptr<Trace> trace);
+/// @return null for an empty name
+/// @throws Error kPathAccess
+[[nodiscard]] std::shared_ptr<Trace> openTrace(const QString& file);
+
+/// A connection that tells each statement's text, rows and times and each failure's number and description, and hands
+/// every call on. No value of a row is told.
+/// @param trace  null for none: the connection itself is returned
+[[nodiscard]] com::Ref<IConnection> traceConnection(com::Ref<IConnection> connection, std::shared_ptr<Trace> trace,
+                                                    const QString& subject);
 
 }  // namespace velcoran::host
