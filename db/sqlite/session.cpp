@@ -1,6 +1,8 @@
 #include "db/sqlite/session.h"
 
+#include "db/provider_errors.h"
 #include "db/sqlite/dialect.h"
+#include "db/sqlite/failure.h"
 #include "db/sqlite/functions.h"
 
 #include <QFileInfo>
@@ -15,7 +17,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kBusyMilliseconds = 3000;
+/// How long a statement waits for a writer, in looks at the lock with a pause between two.
+constexpr int kBusyPauseMilliseconds = 20;
+constexpr int kBusyLooks = 3000 / kBusyPauseMilliseconds;
 /// Steps of the database's machine between two looks at the cancel wish: some tens of microseconds.
 constexpr int kProgressSteps = 2000;
 
@@ -36,21 +40,6 @@ int authorize(void*, int action, const char*, const char*, const char*, const ch
             return SQLITE_OK;
         default:
             return SQLITE_DENY;
-    }
-}
-
-std::int32_t numberOf(int result, const QString& description) {
-    switch (result & 0xFF) {
-        case SQLITE_ERROR:
-            return description.startsWith(u"no such table") ? base::kNoSuchObject : base::kStatementError;
-        case SQLITE_AUTH:
-        case SQLITE_MISMATCH:
-        case SQLITE_RANGE:
-        case SQLITE_TOOBIG:
-        case SQLITE_READONLY:
-            return base::kStatementError;
-        default:
-            return base::kProviderFailure;
     }
 }
 
@@ -83,7 +72,7 @@ Session::~Session() { sqlite3_close_v2(m_database); }
 
 void Session::setUp() {
     sqlite3_extended_result_codes(m_database, 1);
-    sqlite3_busy_timeout(m_database, kBusyMilliseconds);
+    sqlite3_busy_handler(m_database, onBusy, this);
     // A name in double quotes that names nothing is an error, not a text.
     sqlite3_db_config(m_database, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
     registerFunctions(m_database);
@@ -94,16 +83,19 @@ void Session::setUp() {
     sqlite3_set_authorizer(m_database, authorize, nullptr);
 }
 
-int Session::onProgress(void* session) {
-    const CancelToken* token = static_cast<Session*>(session)->m_current;
-    return token != nullptr && token->isRequested() ? 1 : 0;
+bool Session::isStopWished() const { return m_current != nullptr && m_current->isRequested(); }
+
+int Session::onProgress(void* session) { return static_cast<Session*>(session)->isStopWished() ? 1 : 0; }
+
+/// @return 0 to give up
+int Session::onBusy(void* session, int looks) {
+    if (looks >= kBusyLooks || static_cast<Session*>(session)->isStopWished()) return 0;
+    sqlite3_sleep(kBusyPauseMilliseconds);
+    return 1;
 }
 
 Session::Turn::Turn(Session& session, CancelToken& token) : m_session(session), m_lock(session.m_turn) {
-    if (session.isClosed())
-        throw base::Error(base::kInvalidConnection,
-                          u"The connection cannot be used to perform this operation. It is either closed or invalid in "
-                          u"this context."_s);
+    if (session.isClosed()) throw db::closedConnectionError();
     if (token.take()) throw base::Cancelled();
     session.m_current = &token;
 }
@@ -128,29 +120,26 @@ void Session::cancelAll() {
 
 StatementHandle Session::prepare(const QString& text) {
     const QByteArray statement = rewrite(text).toUtf8();
-    if (statement.contains('\0')) throw base::Error(base::kStatementError, u"The statement holds a null character"_s);
+    if (statement.contains('\0')) throw base::Error(base::kStatementError, u"Interogarea conține un octet nul."_s);
     sqlite3_stmt* compiled = nullptr;
     const char* rest = nullptr;
     const int result = sqlite3_prepare_v3(m_database, statement.constData(), static_cast<int>(statement.size()) + 1, 0,
                                           &compiled, &rest);
     StatementHandle handle(compiled);
     if (result != SQLITE_OK) throwError(result, *m_current);
-    if (!handle) throw base::Error(base::kStatementError, u"The statement is empty"_s);
+    if (!handle) throw base::Error(base::kStatementError, u"Interogarea este goală."_s);
     if (!isEmptyStatement(QString::fromUtf8(rest)))
-        throw base::Error(base::kStatementError, u"Only one statement at a time can be run"_s);
+        throw base::Error(base::kStatementError, u"Se poate rula o singură interogare o dată."_s);
     if (sqlite3_column_count(compiled) == 0 || sqlite3_stmt_isexplain(compiled) != 0)
-        throw base::Error(base::kStatementError, u"not authorized"_s);
+        throw base::Error(base::kStatementError, u"Numai interogările SELECT sunt permise."_s);
     return handle;
 }
 
 void Session::throwError(int result, CancelToken& token) {
-    if ((result & 0xFF) == SQLITE_INTERRUPT) {
-        static_cast<void>(token.take());
-        throw base::Cancelled();
-    }
+    const bool wasWished = token.take();
+    if ((result & 0xFF) == SQLITE_INTERRUPT || wasWished) throw base::Cancelled();
     if ((result & 0xFF) == SQLITE_NOMEM) throw std::bad_alloc();
-    const QString description = QString::fromUtf8(sqlite3_errmsg(m_database));
-    throw base::Error(numberOf(result, description), description);
+    throw failureOf(result, QString::fromUtf8(sqlite3_errmsg(m_database)));
 }
 
 void Session::reset(sqlite3_stmt* statement) {

@@ -81,7 +81,9 @@ private:
     std::mutex m_activityMutex;
     std::vector<CancelToken*> m_active;
 
+    [[nodiscard]] bool isStopWished() const;
     static int onProgress(void* session);
+    static int onBusy(void* session, int looks);
 };
 
 }  // namespace velcoran::sqlite

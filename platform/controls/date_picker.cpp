@@ -86,6 +86,7 @@ void DatePicker::edit(Step step) {
 void DatePicker::setBounds(QDate minimum, QDate maximum) {
     if (!minimum.isValid() || !maximum.isValid() || maximum < minimum)
         throw base::Error(base::kInvalidProcedureCall, u"Limitele datei nu sunt corecte."_s);
+    closeCalendar();  // which shows the old ones
     edit([&] { m_sections.setBounds(minimum, maximum); });
 }
 

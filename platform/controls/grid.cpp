@@ -164,7 +164,6 @@ QRect Grid::cellRect(int row, int column) {
 
 QVariantMap Grid::controlState() const {
     QVariantMap state = colourState();
-    if (model() == nullptr) return state;
     QStringList names;
     QVariantList lines;
     for (int column = 1; column <= columns(); ++column) names += headerText(column);

@@ -20,15 +20,28 @@ TestFile::TestFile(const char* script) {
     m_connection = db::Connection(openDatabase(path()));
 }
 
+TestFile::Writer::Writer(const TestFile& file) {
+    EXPECT_EQ(sqlite3_open(file.path().toUtf8().constData(), &m_database), SQLITE_OK);
+}
+
+TestFile::Writer::~Writer() { sqlite3_close(m_database); }
+
+int TestFile::Writer::tryRun(const char* script) const {
+    return sqlite3_exec(m_database, script, nullptr, nullptr, nullptr);
+}
+
+void TestFile::Writer::run(const char* script) const {
+    EXPECT_EQ(tryRun(script), SQLITE_OK) << sqlite3_errmsg(m_database);
+}
+
 void TestFile::awaitReader() const {
-    sqlite3* writer = nullptr;
-    ASSERT_EQ(sqlite3_open(path().toUtf8().constData(), &writer), SQLITE_OK);
-    while (sqlite3_exec(writer, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr) == SQLITE_OK) {
-        sqlite3_exec(writer, "ROLLBACK", nullptr, nullptr, nullptr);
+    const Writer writer(*this);
+    int result = SQLITE_OK;
+    while ((result = writer.tryRun("BEGIN EXCLUSIVE")) == SQLITE_OK) {
+        writer.run("ROLLBACK");
         std::this_thread::yield();
     }
-    EXPECT_EQ(sqlite3_errcode(writer), SQLITE_BUSY);
-    sqlite3_close(writer);
+    EXPECT_EQ(result, SQLITE_BUSY);
 }
 
 QString TestFile::value(const QString& statement) const {

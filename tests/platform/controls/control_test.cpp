@@ -241,6 +241,9 @@ TEST_F(ControlsTest, theKeysOfTheOpenCalendarStayInIt) {
         EXPECT_TRUE(handled.isEmpty());
         m_date.closeCalendar();
     }
+    m_date.openCalendar();
+    m_date.setBounds({2027, 1, 1}, {2028, 1, 31});
+    EXPECT_FALSE(m_date.isOpen()) << "new bounds";
 }
 
 TEST_F(ControlsTest, aDisabledFrameKeepsTheLookOfItsControls) {
