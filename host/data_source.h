@@ -13,8 +13,8 @@ class Trace;
 
 /// Where a host's data is: exactly one of the two is set.
 struct DataSource {
-    QString file;        ///< an embedded database
-    QString odbc;        ///< a connection text, "@FILE" that holds one, or "env:NAME" of a variable that does
+    QString file;  ///< an embedded database
+    QString odbc;  ///< a connection text, "@FILE" that holds one, or "env:NAME" of a variable that does
 };
 
 /// A connection of the host and how to close it while others still hold it.
