@@ -388,7 +388,9 @@ TEST_F(TickListTest, clicksAndTheBlankTickAndMovingDoesNot) {
 }
 
 TEST_F(TickListTest, lettersAndDigitsGoToTheNextRowThatStartsSo) {
-    m_list.fill({u"1 - Depozit Central"_s, u"4 - Vamă"_s, u"12 - Sud"_s, u"120 - Port"_s, u"Șantier"_s, u"𝒜"_s}, 0);
+    m_list.fill(
+        {u"1 - Depozit Central"_s, u"4 - Vamă"_s, u"12 - Sud"_s, u"120 - Port"_s, u"Șantier"_s, u"𝒜"_s, u"- liber"_s},
+        0);
     const struct {
         const char* name;
         int start;
