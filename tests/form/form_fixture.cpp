@@ -10,6 +10,16 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// Notes whether a double click gets past the application's filters.
+class Door final : public QObject {
+public:
+    bool eventFilter(QObject*, QEvent* event) override {
+        isPassed = isPassed || event->type() == QEvent::MouseButtonDblClick;
+        return false;
+    }
+    bool isPassed = false;
+};
+
 class RecordingMesaje final : public com::Object<IMesaje> {
 public:
     explicit RecordingMesaje(RecordingSurroundings& surroundings) : m_surroundings(surroundings) {}
@@ -92,17 +102,20 @@ void FormTest::hold(int key, const QString& text, int repeats) {
     }
 }
 
-void FormTest::doubleClick(QWidget* widget, QPoint place) {
+bool FormTest::doubleClick(QWidget* widget, QPoint place) {
     const QPoint global = widget->mapToGlobal(place);
     QTest::mouseClick(widget, Qt::LeftButton, {}, place);
     QCoreApplication::processEvents();
     QWindow* target = window.windowHandle();
     QMouseEvent second(QEvent::MouseButtonDblClick, target->mapFromGlobal(global), global, Qt::LeftButton,
                        Qt::LeftButton, Qt::NoModifier);
+    Door door;
+    target->installEventFilter(&door);
     QApplication::sendEvent(target, &second);
     QMouseEvent release(QEvent::MouseButtonRelease, target->mapFromGlobal(global), global, Qt::LeftButton, Qt::NoButton,
                         Qt::NoModifier);
     QApplication::sendEvent(target, &release);
+    return door.isPassed;
 }
 
 void FormTest::type(const QString& text) {

@@ -68,8 +68,8 @@ protected:
     void hold(int key, const QString& text, int repeats = 3);
     /// The widget that gets the keys now.
     static QWidget* keyReceiver();
-    /// A double click as the window system brings it to the window.
-    void doubleClick(QWidget* widget, QPoint place);
+    /// A double click as the window system brings it to the window. @return true when its second press gets there
+    bool doubleClick(QWidget* widget, QPoint place);
     /// Puts a picked value into a field, as the picker does.
     void setPicked(const char* name, const QString& text);
     /// The texts that reached the connection since the last call.
