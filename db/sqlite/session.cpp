@@ -3,6 +3,7 @@
 #include "db/provider_errors.h"
 #include "db/sqlite/dialect.h"
 #include "db/sqlite/failure.h"
+#include "db/sqlite/file_system.h"
 #include "db/sqlite/functions.h"
 
 #include <QFileInfo>
@@ -24,9 +25,8 @@ constexpr int kBusyLooks = 3000 / kBusyPauseMilliseconds;
 constexpr int kProgressSteps = 2000;
 
 constexpr const char* kSetUp[] = {
-    "PRAGMA cache_size = -65536",     // 64 MiB, in units of 1 KiB
-    "PRAGMA mmap_size = 2147418112",  // the most that the library maps
-    "PRAGMA threads = 1",             // one helper for large sorts
+    "PRAGMA cache_size = -65536",  // 64 MiB, in units of 1 KiB
+    "PRAGMA threads = 1",          // one helper for large sorts
     "PRAGMA query_only = ON",
     "SELECT count(*) FROM sqlite_master",  // reads the header: fails here for what is no database
 };
@@ -43,42 +43,43 @@ int authorize(void*, int action, const char*, const char*, const char*, const ch
     }
 }
 
-QString openProblem(const QString& path, const QString& words) { return u"%1: %2"_s.arg(path, words); }
+[[noreturn]] void throwUnusable(const QString& path, const QString& reason) {
+    throw base::Error(base::kProviderFailure, u"%1: %2."_s.arg(path, reason));
+}
 
 }  // namespace
 
 void StatementCloser::operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
 
-Session::Session(const QString& path) {
+Session::Session(const QString& path) : m_path(path) {
     const QFileInfo file(path);
-    if (!file.exists()) throw base::Error(base::kProviderFailure, openProblem(path, u"file not found"_s));
-    if (!file.isFile()) throw base::Error(base::kProviderFailure, openProblem(path, u"not a file"_s));
-    const int result =
-        sqlite3_open_v2(path.toUtf8().constData(), &m_database, SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX, nullptr);
+    if (!file.exists()) throwUnusable(path, u"fișierul nu există"_s);
+    if (!file.isFile()) throwUnusable(path, u"nu este un fișier"_s);
+    constexpr int kFlags = SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
+    const int result = sqlite3_open_v2(path.toUtf8().constData(), &m_database, kFlags, fileSystemName());
     try {
-        if (result != SQLITE_OK) {
-            const QString words =
-                QString::fromUtf8(m_database != nullptr ? sqlite3_errmsg(m_database) : "out of memory");
-            throw base::Error(base::kProviderFailure, words);
-        }
+        if (m_database == nullptr) throw std::bad_alloc();
+        requireDone(result);
         setUp();
-    } catch (const base::Error& error) {
+    } catch (...) {
         sqlite3_close_v2(m_database);
-        throw base::Error(error.number(), openProblem(path, error.description()));
+        throw;
     }
+}
+
+/// @throws Error of the database for a result that is none of success
+void Session::requireDone(int result) const {
+    if (result != SQLITE_OK) throw failureOf(result, QString::fromUtf8(sqlite3_errmsg(m_database)), m_path);
 }
 
 Session::~Session() { sqlite3_close_v2(m_database); }
 
 void Session::setUp() {
-    sqlite3_extended_result_codes(m_database, 1);
     sqlite3_busy_handler(m_database, onBusy, this);
     // A name in double quotes that names nothing is an error, not a text.
     sqlite3_db_config(m_database, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
     registerFunctions(m_database);
-    for (const char* statement : kSetUp)
-        if (sqlite3_exec(m_database, statement, nullptr, nullptr, nullptr) != SQLITE_OK)
-            throw base::Error(base::kProviderFailure, QString::fromUtf8(sqlite3_errmsg(m_database)));
+    for (const char* statement : kSetUp) requireDone(sqlite3_exec(m_database, statement, nullptr, nullptr, nullptr));
     sqlite3_progress_handler(m_database, kProgressSteps, onProgress, this);
     sqlite3_set_authorizer(m_database, authorize, nullptr);
 }
@@ -139,7 +140,7 @@ void Session::throwError(int result, CancelToken& token) {
     const bool wasWished = token.take();
     if ((result & 0xFF) == SQLITE_INTERRUPT || wasWished) throw base::Cancelled();
     if ((result & 0xFF) == SQLITE_NOMEM) throw std::bad_alloc();
-    throw failureOf(result, QString::fromUtf8(sqlite3_errmsg(m_database)));
+    throw failureOf(result, QString::fromUtf8(sqlite3_errmsg(m_database)), m_path);
 }
 
 void Session::reset(sqlite3_stmt* statement) {

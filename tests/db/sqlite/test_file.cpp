@@ -14,7 +14,7 @@ namespace velcoran::sqlite {
 TestFile::TestFile(const char* script) {
     sqlite3* database = nullptr;
     EXPECT_EQ(sqlite3_open(path().toUtf8().constData(), &database), SQLITE_OK);
-    const std::string whole = std::string("PRAGMA user_version = 1;") + script;
+    const std::string whole = std::string("PRAGMA synchronous = OFF; PRAGMA user_version = 1;") + script;
     EXPECT_EQ(sqlite3_exec(database, whole.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(database);
     sqlite3_close(database);
     m_connection = db::Connection(openDatabase(path()));
@@ -22,6 +22,7 @@ TestFile::TestFile(const char* script) {
 
 TestFile::Writer::Writer(const TestFile& file) {
     EXPECT_EQ(sqlite3_open(file.path().toUtf8().constData(), &m_database), SQLITE_OK);
+    run("PRAGMA synchronous = OFF");  // no test pulls the plug
 }
 
 TestFile::Writer::~Writer() { sqlite3_close(m_database); }
