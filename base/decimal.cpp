@@ -26,7 +26,7 @@ auto checked(Operation operation) {
     }
 }
 
-Mantissa powerOfTen(int exponent) {
+Mantissa widePowerOfTen(int exponent) {
     return checked([exponent] {
         Mantissa power = 1;
         for (int i = 0; i < exponent; ++i) power *= 10;
@@ -36,7 +36,7 @@ Mantissa powerOfTen(int exponent) {
 
 Mantissa scaledUp(const Mantissa& mantissa, int places) {
     if (places == 0) return mantissa;
-    return checked([&] { return Mantissa(mantissa * powerOfTen(places)); });
+    return checked([&] { return Mantissa(mantissa * widePowerOfTen(places)); });
 }
 
 struct ParsedNumber {
@@ -111,7 +111,7 @@ std::optional<Decimal> Decimal::parse(QStringView text) {
 
 Decimal Decimal::rounded(int places) const {
     if (places >= m_scale) return {scaledUp(m_mantissa, places - m_scale), places};
-    const Mantissa divisor = powerOfTen(m_scale - places);
+    const Mantissa divisor = widePowerOfTen(m_scale - places);
     Mantissa quotient = m_mantissa / divisor;
     const Mantissa rest = abs(Mantissa(m_mantissa % divisor));
     if (rest >= divisor - rest) quotient += isNegative() ? -1 : 1;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/int128.h"
+
 #include <QString>
 #include <QStringView>
 
@@ -8,9 +10,6 @@
 #include <optional>
 
 namespace velcoran::base {
-
-/// 16 bytes, two's complement: the mantissa of a decimal of up to 38 digits.
-__extension__ typedef __int128 Int128;
 
 /// An exact decimal number: mantissa / 10^scale. Sums, differences and products are exact in checked 256 bits; what
 /// does not fit is Error 6, never a wrong number.

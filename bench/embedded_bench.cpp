@@ -15,7 +15,6 @@ void stepBare(benchmark::State& state) {
         sqlite3* database = nullptr;
         sqlite3_stmt* statement = nullptr;
         sqlite3_open_v2(bench::tableDatabase().toUtf8().constData(), &database, SQLITE_OPEN_READONLY, nullptr);
-        sqlite3_exec(database, "PRAGMA mmap_size = 2147418112", nullptr, nullptr, nullptr);
         sqlite3_prepare_v2(database, bench::kTableStatement, -1, &statement, nullptr);
         int rows = 0;
         double sum = 0;

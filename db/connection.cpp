@@ -1,5 +1,6 @@
 #include "db/connection.h"
 
+#include "db/block_check.h"
 #include "db/keeper.h"
 #include "platform/com/error_information.h"
 
@@ -36,20 +37,6 @@ IConnection& requireFree(const com::Ref<IConnection>& connection) {
     return require(connection);
 }
 
-QList<Column> columnsOf(IRows& rows, const com::Ref<IRows>& owner) {
-    const ColumnDescription* descriptions = nullptr;
-    std::uint32_t count = 0;
-    check(rows.Columns(&descriptions, &count), owner);
-    QList<Column> columns;
-    columns.reserve(count);
-    for (std::uint32_t i = 0; i < count; ++i) {
-        const ColumnDescription& description = descriptions[i];
-        columns.append({QString::fromUtf16(description.name, description.nameLength), description.type,
-                        static_cast<int>(description.scale)});
-    }
-    return columns;
-}
-
 QString plainText(com::HResult result) {
     return QStringLiteral("Furnizorul de date a eșuat cu codul 0x%1.")
         .arg(static_cast<std::uint32_t>(result), 8, 16, QLatin1Char('0'));
@@ -74,24 +61,42 @@ base::Error errorOf(com::HResult result, com::IUnknown* object) {
     return {com::numberOfResult(result), plainText(result)};
 }
 
-QList<Column> Rows::columns() const { return columnsOf(require(m_rows), m_rows); }
+Rows::Rows(com::Ref<IRows> rows) : m_source(std::make_shared<Source>(Source{std::move(rows), std::nullopt})) {}
+
+const QList<Column>& Rows::columns() const {
+    IRows& rows = require(m_source ? m_source->rows : com::Ref<IRows>());
+    if (!m_source->columns) {
+        const ColumnDescription* descriptions = nullptr;
+        std::uint32_t count = 0;
+        check(rows.Columns(&descriptions, &count), m_source->rows);
+        m_source->columns = checkedColumns(descriptions, count);
+    }
+    return *m_source->columns;
+}
 
 const RowBlock* Rows::fetch(std::uint32_t maxRows) const {
+    const QList<Column>& described = columns();  // before the call: the provider's next one may end the block
     const RowBlock* block = nullptr;
-    const com::HResult result = require(m_rows).Fetch(maxRows, &block);
-    check(result, m_rows);
-    return result == com::kFalse || block == nullptr || block->rowCount == 0 ? nullptr : block;
+    const com::HResult result = m_source->rows->Fetch(maxRows, &block);
+    check(result, m_source->rows);
+    if (block == nullptr || block->rowCount == 0) return nullptr;
+    if (result == com::kFalse) throwRowsAfterEnd();
+    checkBlock(*block, maxRows, described);
+    return block;
 }
 
 void Rows::cancel() const {
-    if (m_rows) m_rows->Cancel();
+    if (m_source && m_source->rows) m_source->rows->Cancel();
 }
 
-QList<Column> Statement::columns() const { return columnsOf(require(m_statement), com::Ref<IRows>(m_statement.get())); }
+Statement::Statement(com::Ref<IStatement> statement)
+    : m_statement(std::move(statement)), m_rows(com::Ref<IRows>(m_statement.get())) {}
+
+const QList<Column>& Statement::columns() const { return m_rows.columns(); }
 
 Rows Statement::run() const {
     check(require(m_statement).Run(), m_statement);
-    return Rows(com::Ref<IRows>(m_statement.get()));
+    return m_rows;
 }
 
 void Statement::cancel() const {

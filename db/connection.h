@@ -8,6 +8,8 @@
 #include <velcoran/connection.h>
 
 #include <functional>
+#include <memory>
+#include <optional>
 
 namespace velcoran::db {
 
@@ -29,12 +31,13 @@ struct Column {
 class Rows {
 public:
     Rows() = default;
-    explicit Rows(com::Ref<IRows> rows) : m_rows(std::move(rows)) {}
+    explicit Rows(com::Ref<IRows> rows);
 
-    /// @throws Error of the provider
-    [[nodiscard]] QList<Column> columns() const;
+    /// As the provider described them when it was asked first, here or at the statement.
+    /// @throws Error of the provider; kTypeMismatch for a description that points nowhere
+    [[nodiscard]] const QList<Column>& columns() const;
     /// Reads on. @return null at the end; otherwise at least one row, valid until the next call
-    /// @throws Error of the provider
+    /// @throws Error of the provider; kTypeMismatch for a block that breaks the contract (block_check.h)
     [[nodiscard]] const RowBlock* fetch(std::uint32_t maxRows = kMaxBlockRows) const;
     /// Makes the running or next fetch fail soon. From any thread.
     void cancel() const;
@@ -42,23 +45,29 @@ public:
     static constexpr std::uint32_t kMaxBlockRows = 4096;
 
 private:
-    com::Ref<IRows> m_rows;
+    struct Source {
+        com::Ref<IRows> rows;
+        std::optional<QList<Column>> columns;
+    };
+    std::shared_ptr<Source> m_source;
 };
 
 /// A prepared statement; columns() is known before run().
 class Statement {
 public:
     Statement() = default;
-    explicit Statement(com::Ref<IStatement> statement) : m_statement(std::move(statement)) {}
+    explicit Statement(com::Ref<IStatement> statement);
 
     [[nodiscard]] bool isNull() const { return !m_statement; }
-    [[nodiscard]] QList<Column> columns() const;
+    /// @throws Error of the provider; kTypeMismatch for a description that points nowhere
+    [[nodiscard]] const QList<Column>& columns() const;
     /// Starts the statement. @return its rows @throws Error of the provider
     [[nodiscard]] Rows run() const;
     void cancel() const;
 
 private:
     com::Ref<IStatement> m_statement;
+    Rows m_rows;
 };
 
 /// The host's connection as the component uses it: failures become base::Error, the interface is shared by reference

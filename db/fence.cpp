@@ -210,9 +210,9 @@ constexpr std::u16string_view kReserved[] = {
 
 static_assert(std::ranges::is_sorted(kAllowed) && std::ranges::is_sorted(kReserved));
 
-bool isForbidden(QStringView word) {
-    const std::u16string_view sought(word.utf16(), static_cast<std::size_t>(word.size()));
-    return std::ranges::binary_search(kReserved, sought) && !std::ranges::binary_search(kAllowed, sought);
+template <std::size_t count>
+bool stands(const std::u16string_view (&words)[count], QStringView word) {
+    return std::ranges::binary_search(words, std::u16string_view(word.utf16(), static_cast<std::size_t>(word.size())));
 }
 
 bool isDigit(char32_t character) { return character >= U'0' && character <= U'9'; }
@@ -223,6 +223,19 @@ bool isWordPart(char32_t character) {
     return isDigit(character) || QChar::isLetter(character) || character == U'_' || character == U'@' ||
            character == U'#' || character == U'$';
 }
+
+bool isAscii(std::u32string_view text) {
+    return std::ranges::all_of(text, [](char32_t character) { return character < 0x80; });
+}
+/// In capitals, look-alikes of ASCII letters made such.
+QString upperWord(std::u32string_view word) {
+    return QString::fromUcs4(word.data(), static_cast<qsizetype>(word.size()))
+        .normalized(QString::NormalizationForm_KC)
+        .toUpper();
+}
+
+/// Signs that no statement of the window has. A backslash goes on with a number on the next line.
+constexpr std::u16string_view kForbiddenSigns = u"{}`\\";
 
 class Scanner {
 public:
@@ -276,8 +289,9 @@ private:
                 if (peek(1) == U'*') return refuse(u"conține un comentariu"_s);
                 break;
             default:
-                if (character < U' ' || character > U'~' || character == U'{' || character == U'}' || character == U'`')
-                    return refuse(u"conține un caracter nepermis"_s);
+                if (character < U' ' || character > U'~' ||
+                    kForbiddenSigns.find(static_cast<char16_t>(character)) != std::u16string_view::npos)
+                    return refuseSign();
         }
         ++m_at;
     }
@@ -298,28 +312,42 @@ private:
     void word() {
         const std::size_t start = m_at;
         while (m_at < m_text.size() && isWordPart(m_text[m_at])) ++m_at;
-        const QString written = QString::fromStdU32String(m_text.substr(start, m_at - start));
-        const QString word = written.normalized(QString::NormalizationForm_KC).toUpper();
+        const std::u32string_view written = std::u32string_view(m_text).substr(start, m_at - start);
+        const QString word = upperWord(written);
         if (!m_hasSelect) {
             m_hasSelect = true;
-            if (word != u"SELECT") refuse(u"textul nu începe cu SELECT"_s);
+            // Other letters that look alike would make it a name, and a name alone calls a procedure.
+            if (word != u"SELECT" || !isAscii(written)) refuse(u"textul nu începe cu SELECT"_s);
             return;
         }
-        if (isForbidden(word)) return refuseWord(word);
-        // The server ends a number where its digits end, and reads on: 1DELETE is a number and a word.
-        const bool isAfterPoint = start > 1 && m_text[start - 1] == U'.' && isDigit(m_text[start - 2]);
-        if (!isDigit(m_text[start]) && m_text[start] != U'$' && !isAfterPoint) return;
-        for (qsizetype from = 1; from < word.size(); ++from) {
-            const QStringView rest = QStringView(word).mid(from);
-            if (isForbidden(rest)) return refuseWord(rest);
-        }
+        if (stands(kReserved, word) && !stands(kAllowed, word)) return refuseWord(word);
+        if (word == u"CASE") ++m_openCases;
+        // Without a CASE to close it would begin a statement: END CONVERSATION.
+        if (word == u"END" && m_openCases-- == 0) return refuseWord(word);
+        const bool isNumber = isDigit(written.front()) || (m_numberEnd + 1 == start && m_text[m_numberEnd] == U'.');
+        if (isNumber) glued(word);
+        if (isNumber) m_numberEnd = m_at;
+        // Variables and money; $$ quotes on other servers, as a letter before an apostrophe changes what follows there.
+        const bool isName = !isNumber && written.front() != U'@' && written.front() != U'$';
+        const bool isOdd = !isName && written.find_first_of(U"@$") != std::u32string_view::npos;
+        const bool isPrefix = (peek() == U'\'' || peek() == U'"') && word != u"N";
+        if (isOdd || isPrefix) refuseSign();
     }
+
+    /// The server ends a number where its digits end, and reads on: 1DELETE is a number and a word.
+    void glued(QStringView number) {
+        for (qsizetype from = 1; from < number.size(); ++from)
+            if (stands(kReserved, number.mid(from))) return refuseWord(number.mid(from));
+    }
+    void refuseSign() { refuse(u"conține un semn nepermis"_s); }
     void refuseWord(QStringView word) { refuse(u"conține cuvântul %1"_s.arg(word)); }
 
     std::u32string m_text;
     std::size_t m_at = 0;
     bool m_hasSelect = false;
     bool m_isEnded = false;
+    int m_openCases = 0;
+    std::size_t m_numberEnd = std::u32string::npos - 1;  ///< where the last number of digits ended
     std::optional<QString> m_refusal;
 };
 

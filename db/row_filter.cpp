@@ -45,7 +45,7 @@ RowFilter RowFilter::parse(const QString& expression) {
             QRegularExpression::DotMatchesEverythingOption);
     const QRegularExpressionMatch match = form.match(expression);
     if (!match.hasMatch())
-        throw base::Error(base::kInvalidProcedureCall, u"The filter cannot be read: "_s + expression);
+        throw base::Error(base::kInvalidProcedureCall, u"Filtrul nu poate fi citit: "_s + expression);
     RowFilter filter;
     filter.column = match.hasCaptured(1) && !match.captured(1).isEmpty() ? match.captured(1) : match.captured(2);
     QString text = match.captured(3);

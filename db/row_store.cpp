@@ -2,9 +2,9 @@
 
 #include "base/decimal.h"
 #include "base/error.h"
+#include "base/real_text.h"
 
 #include <QDateTime>
-#include <QLocale>
 
 #include <algorithm>
 #include <charconv>
@@ -43,7 +43,7 @@ std::size_t valueSize(ColumnType type) {
         case ColumnType::DateTime:
             return sizeof(std::int64_t);
     }
-    throw base::Error(base::kProviderFailure, u"The provider gave a column of an unknown type"_s);
+    return 0;
 }
 
 QString dateTimeText(std::int64_t microseconds) {
@@ -69,7 +69,7 @@ QString RowStore::Values::text(std::uint32_t row) const {
         case ColumnType::Decimal128:
             return base::Decimal::fromInt128(valueAt<base::Int128>(values.get(), row), scale).toShortestText();
         case ColumnType::Double:
-            return QString::number(valueAt<double>(values.get(), row), 'g', QLocale::FloatingPointShortest);
+            return base::realText(valueAt<double>(values.get(), row));
         case ColumnType::DateTime:
             return dateTimeText(valueAt<std::int64_t>(values.get(), row));
         case ColumnType::Text:
@@ -111,10 +111,8 @@ RowStore::Values RowStore::copyOf(const ColumnBlock& column, std::uint32_t rowCo
 }
 
 void RowStore::append(const RowBlock& block) {
-    if (!m_segments.empty() && m_segments.front().columns.size() != block.columnCount)
-        throw base::Error(base::kProviderFailure, u"The provider changed the number of columns"_s);
     if (block.rowCount > std::numeric_limits<std::uint32_t>::max() - m_rowCount)
-        throw base::Error(base::kOverflow, u"Overflow"_s);
+        throw base::Error(base::kOverflow, u"Interogarea are prea multe rânduri."_s);
     Segment segment;
     segment.firstRow = m_rowCount;
     segment.rowCount = block.rowCount;

@@ -15,7 +15,7 @@ namespace velcoran::db {
 /// Rows of a statement kept block by block, in columns, as they came: no allocation for a cell.
 class RowStore {
 public:
-    /// Copies a block. @throws Error kProviderFailure when it has another number of columns than the first
+    /// Copies a block, which was checked (Rows::fetch). @throws Error kOverflow for more rows than 32 bits count
     void append(const RowBlock& block);
 
     [[nodiscard]] std::uint32_t rowCount() const { return m_rowCount; }

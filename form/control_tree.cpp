@@ -94,7 +94,7 @@ ControlTree::ControlTree(QWidget& window, double density) : m_density(density) {
         textBox(one.field).setProperty("dataChanged", false);
     orderTabs();
     nameFields();
-    completeTextBoxes(widget(Ctl::CRW));
+    translateEditMenus(window);
 }
 
 ControlTree::~ControlTree() {

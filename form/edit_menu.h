@@ -4,8 +4,7 @@ class QWidget;
 
 namespace velcoran::form {
 
-/// Gives Qt's own text boxes inside a widget what the window's have: a menu in Romanian, and no character typed while
-/// Alt alone is held.
-void completeTextBoxes(const QWidget& widget);
+/// Gives every text box inside a widget its menu in Romanian; Qt makes it in English.
+void translateEditMenus(const QWidget& widget);
 
 }  // namespace velcoran::form

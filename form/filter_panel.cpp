@@ -36,7 +36,7 @@ void FilterPanel::colourOnFocus(controls::Control& control) {
 void FilterPanel::connectField(LookupField field) {
     controls::TextBox& box = m_context.controls.textBox(field);
     colourOnFocus(box);
-    box.setRefusedCharacters([](QChar character) { return kRefused.contains(character); });
+    box.setRefusedCharacters([](const QString& character) { return kRefused.contains(character); });
     QObject::connect(&box, &controls::TextBox::changed, &box,
                      [this, field] { m_context.handlers.run([&] { runCascade(triggerOf(field), *this); }); });
 }

@@ -1,9 +1,11 @@
 #include "form/held_keys.h"
 
 #include "form/belongs_to.h"
+#include "platform/controls/typed_text.h"
 
 #include <QCoreApplication>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QWidget>
 
 #include <utility>
@@ -37,8 +39,11 @@ bool HeldKeys::eventFilter(QObject* object, QEvent* event) {
         event->accept();
         return true;
     }
-    if (key.isAutoRepeat())
-        return key.key() == Qt::Key_Escape || key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
+    const bool isEsc = key.key() == Qt::Key_Escape;
+    const bool isEnter = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
+    if (key.isAutoRepeat() && (isEsc || isEnter)) return true;
+    // A menu takes its letters with Alt as without.
+    if (controls::isTypedWithAlt(key)) return qobject_cast<QMenu*>(object) == nullptr;
     if (!isStop(key, receiver)) return false;
     m_stopLoad();
     return true;

@@ -9,8 +9,9 @@ class QWidget;
 
 namespace velcoran::form {
 
-/// Enter and Esc act on the press alone: held down they do nothing more in the window, its lists and its dialogs, also
-/// where the press has moved the focus. Esc while a report loads stops the load, wherever the focus is.
+/// What holds for keys wherever in the window, its lists and its dialogs the focus is. Enter and Esc act on the press
+/// alone: held down they do nothing more, also where the press has moved the focus. With Alt alone held nothing is
+/// typed. Esc while a report loads stops the load.
 class HeldKeys final : public QObject {
 public:
     /// @param isLoading  whether a report loads, which Esc then stops @param stopLoad  stops it

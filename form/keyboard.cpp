@@ -31,7 +31,7 @@ Key keyOf(int qtKey) {
 }  // namespace
 
 Keyboard::Keyboard(const Context& context, FilterPanel& panel, std::function<void(filters::LookupField)> openLookup)
-    : m_context(context), m_panel(panel), m_openLookup(std::move(openLookup)) {
+    : m_context(context), m_panel(panel), m_openLookup(std::move(openLookup)), m_reportKeys(context.controls) {
     for (const Ctl control : controlsWithKeys()) {
         controls::Control::of(&context.controls.widget(control))->setKeyHandler([this, control](QKeyEvent& key) {
             return onKey(control, key.key());

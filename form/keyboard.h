@@ -2,6 +2,7 @@
 
 #include "form/context.h"
 #include "form/movement.h"
+#include "form/report_keys.h"
 
 namespace velcoran::form {
 
@@ -28,6 +29,7 @@ private:
     const Context& m_context;
     FilterPanel& m_panel;
     std::function<void(filters::LookupField)> m_openLookup;
+    ReportKeys m_reportKeys;
 };
 
 }  // namespace velcoran::form

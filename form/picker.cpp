@@ -17,8 +17,8 @@ namespace {
 constexpr base::Twips kOpenLeft{150};
 constexpr base::Twips kOpenTop{100};
 
-constexpr QChar kEnter = u'\r';
-constexpr QChar kEsc = u'\x1B';
+constexpr QStringView kEnter = u"\r";
+constexpr QStringView kEsc = u"\x1B";
 
 bool isPointer(QEvent::Type type) {
     switch (type) {
@@ -41,7 +41,8 @@ bool isPointer(QEvent::Type type) {
 Picker::Picker(const Context& context, FilterPanel& panel) : m_context(context), m_panel(panel) {
     context.controls.frame(Ctl::fraGrid).setTag({});  // it has one from the start, empty until the first lookup
     controls::Grid& grid = context.controls.grid();
-    grid.setKeyPressHandler([this](QChar character) { m_context.handlers.run([&] { onCharacter(character); }); });
+    grid.setKeyPressHandler(
+        [this](const QString& character) { m_context.handlers.run([&] { onCharacter(character); }); });
     connect(&grid, &controls::Grid::cellClicked, this, [this] {
         m_secondPress.arm();
         m_context.handlers.run([this] { pickCurrent(); });
@@ -102,7 +103,7 @@ void Picker::setWidths() {
     if (widths.third.has_value()) grid.setColumnWidth(3, *widths.third);
 }
 
-void Picker::onCharacter(QChar character) {
+void Picker::onCharacter(const QString& character) {
     if (!isOpen()) return;
     if (character == kEnter) return pickCurrent();
     if (character == kEsc) return cancel();
@@ -118,12 +119,12 @@ void Picker::showCaption(const QString& caption) {
     m_context.controls.grid().setAccessibleName(caption);
 }
 
-void Picker::typeAhead(QChar character) {
+void Picker::typeAhead(const QString& character) {
     controls::Frame& frame = m_context.controls.frame(Ctl::fraGrid);
     controls::Grid& grid = m_context.controls.grid();
     lookup::TypeAhead state{m_context.members.sCautare, frame.caption()};
-    const bool isFiltered = lookup::typeAhead(state, QStringView(&character, 1), grid.headerText(grid.column()),
-                                              frame.tag(), *m_context.members.rsLookup);
+    const bool isFiltered =
+        lookup::typeAhead(state, character, grid.headerText(grid.column()), frame.tag(), *m_context.members.rsLookup);
     m_context.members.sCautare = state.sCautare;
     showCaption(state.caption);
     if (isFiltered) m_model.refresh();

@@ -37,8 +37,8 @@ private:
     [[nodiscard]] bool fillGrid(const QString& sql);
     void showRows();
     void setWidths();
-    void onCharacter(QChar character);
-    void typeAhead(QChar character);
+    void onCharacter(const QString& character);
+    void typeAhead(const QString& character);
     void pickCurrent();
     void guardFocus(bool isGuarded);
     void keepFocus(QWidget* now);

@@ -5,6 +5,7 @@
 #include "form/loaded_window.h"
 #include "form/surroundings.h"
 #include "form/window_icon.h"
+#include "platform/controls/second_press.h"
 #include "report/output.h"
 
 #include <QCloseEvent>
@@ -63,6 +64,7 @@ private:
     void showFailure(const base::Error& error);
     void onIdle();
 
+    controls::SecondPressGuard m_secondPress;
     std::optional<HeldKeys> m_heldKeys;  ///< while the window is loaded
     /// Controls of closed windows, kept until no handler of theirs can be running any more.
     std::vector<std::unique_ptr<LoadedWindow>> m_retired;
@@ -92,6 +94,7 @@ void RptStoc::Private::load() {
 void RptStoc::Private::unload() {
     if (!loaded) return;
     m_heldKeys.reset();
+    m_secondPress.arm();  // a double click on a button that closes is not meant for the host's window behind
     std::unique_ptr<LoadedWindow> old = std::move(loaded);
     old->detach();
     hourglass.reset();
@@ -130,7 +133,7 @@ RptStoc::RptStoc(Surroundings& surroundings)
     // Whether the host's program ends with its last window is the host's business.
     setAttribute(Qt::WA_QuitOnClose, false);
     setWindowTitle(kDesignedCaption.toString());
-    setWindowIcon(form::windowIcon());  // the widget's own function of that name hides ours
+    setWindowIcon(makeWindowIcon());
 }
 
 RptStoc::~RptStoc() {

@@ -74,6 +74,7 @@ void ViewerEvents::hideFilters() {
     const QWidget* focused = m_context.window.focusWidget();
     if (focused == nullptr || panel.isAncestorOf(focused)) m_context.controls.viewer().setFocus();
     panel.hide();
+    m_secondPress.arm();
 }
 
 void ViewerEvents::showFilters() {

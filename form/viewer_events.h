@@ -3,6 +3,8 @@
 #include "form/context.h"
 #include "form/output.h"
 
+#include "platform/controls/second_press.h"
+
 namespace velcoran::form {
 
 class WaitState;
@@ -33,6 +35,7 @@ private:
     const Context& m_context;
     WaitState& m_waitState;
     std::unique_ptr<IOutput> m_output;
+    controls::SecondPressGuard m_secondPress;
     bool m_isDetached = false;
 };
 

@@ -29,7 +29,7 @@ void drawArrow(QPainter& painter) {
 
 }  // namespace
 
-QIcon windowIcon() {
+QIcon makeWindowIcon() {
     QIcon icon;
     for (const int size : {16, 32, 48, 64}) {
         QPixmap pixmap(size, size);

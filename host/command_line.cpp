@@ -52,6 +52,12 @@ void addTimeout(CLI::App& app, Options& options, const std::string& whenMissing)
         ->check(CLI::PositiveNumber);
 }
 
+void addTrace(CLI::App& app, Options& options) {
+    addFile(app, "--trace", options.trace,
+            "adds to a file, for support, what happens on the connection: statements, rows, times, errors")
+        ->type_name("FILE");
+}
+
 void addSource(CLI::App& app, Options& options) {
     CLI::Option_group* source = app.add_option_group("Database", "where the data is");
     addFile(*source, "--db", options.source.file, "embedded database")->type_name("FILE");
@@ -67,6 +73,7 @@ CLI::App* addDemo(CLI::App& app, Options& options) {
     addDate(*demo, "--date", options.date, "working date of the host");
     addFile(*demo, "--out", options.out, "folder for the files of a run without a display [build/demo]")
         ->type_name("FOLDER");
+    addTrace(*demo, options);
     demo->footer("Without a display both reports are produced offscreen; the PDF files and pictures are named.");
     return demo;
 }
@@ -77,6 +84,7 @@ CLI::App* addOpen(CLI::App& app, Options& options) {
     addKind(*open, options)->required();
     addDate(*open, "--date", options.date, "working date of the host [today]");
     addText(*open, "--soc", options.prefix, "company prefix of three table names")->type_name("PREFIX");
+    addTrace(*open, options);
     return open;
 }
 
@@ -116,6 +124,7 @@ CLI::App* addExport(CLI::App& app, Options& options) {
     addText(*command, "--soc", options.prefix, "company prefix of three table names")->type_name("PREFIX");
     addFile(*command, "--out", request.out, "file; its ending chooses the format")->type_name("FILE")->required();
     addTimeout(*command, options, "3600");
+    addTrace(*command, options);
     return command;
 }
 
@@ -123,6 +132,7 @@ CLI::App* addDrive(CLI::App& app, Options& options) {
     CLI::App* drive = app.add_subcommand("drive", "Works the window by JSON lines from standard input");
     addSource(*drive, options);
     addTimeout(*drive, options, "never");
+    addTrace(*drive, options);
     drive->footer("docs/drive.md has the commands and their answers.");
     return drive;
 }

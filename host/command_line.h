@@ -35,6 +35,7 @@ struct Options {
     QString out;     ///< folder of the demonstration's files
     ExportRequest request;
     double timeout = 0;  ///< seconds after which a statement that has brought nothing is cancelled; 0 for never
+    QString trace;       ///< file for what happens on the connection; empty for none
     QString sampleFile;
     bool isSampleScript = false;
     int documents = 0;  ///< 0 for the sample's own number

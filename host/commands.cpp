@@ -5,6 +5,7 @@
 #include "host/drive_session.h"
 #include "host/end_watch.h"
 #include "host/silence_watch.h"
+#include "host/trace.h"
 #include "host/window_view.h"
 
 #include "base/error.h"
@@ -57,7 +58,7 @@ bool hasDisplay() {
 }
 
 int runOpen(const Options& options) {
-    const OpenedConnection source = openSource(options.source);
+    const OpenedConnection source = openSource(options.source, openTrace(options.trace));
     ComponentClient component;
     const QDate date = options.date.isValid() ? options.date : QDate::currentDate();
     component.incarca(options.kind, source.connection, date, options.prefix);
@@ -69,7 +70,9 @@ int runOpen(const Options& options) {
 
 int runDriveCommand(const Options& options) {
     EndWatch end(STDOUT_FILENO);
-    DriveSession session([source = options.source] { return openSource(source); }, milliseconds(options.timeout));
+    DriveSession session(
+        [source = options.source, trace = openTrace(options.trace)] { return openSource(source, trace); },
+        milliseconds(options.timeout));
     end.cancelBy([connection = session.connection()] { connection->Cancel(); });
     return runDrive(session, end);
 }

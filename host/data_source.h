@@ -5,8 +5,11 @@
 #include <QString>
 
 #include <functional>
+#include <memory>
 
 namespace velcoran::host {
+
+class Trace;
 
 /// Where a host's data is: exactly one of the two is set.
 struct DataSource {
@@ -21,7 +24,8 @@ struct OpenedConnection {
 };
 
 /// Opens it behind the fence that lets the window's statements through and nothing else.
+/// @param trace  hears what happens on it, also what the fence refuses and each record of a driver; may be null
 /// @throws Error of the provider, without secrets of a connection text
-[[nodiscard]] OpenedConnection openSource(const DataSource& source);
+[[nodiscard]] OpenedConnection openSource(const DataSource& source, const std::shared_ptr<Trace>& trace = {});
 
 }  // namespace velcoran::host

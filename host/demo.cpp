@@ -3,6 +3,7 @@
 #include "host/dialogs.h"
 #include "host/file_export.h"
 #include "host/plain_box_watch.h"
+#include "host/trace.h"
 #include "host/viewer_client.h"
 #include "host/window_input.h"
 #include "host/window_view.h"
@@ -99,7 +100,7 @@ int runDemo(const Options& options) {
     const QString file = folder.filePath(u"demo.db"_s);
     const SampleOptions sample;
     writeSampleDatabase(file, sample);
-    const OpenedConnection source = openSource({file, {}});
+    const OpenedConnection source = openSource({file, {}}, openTrace(options.trace));
     ComponentClient component;
     const QDate date = options.date.isValid() ? options.date : kSampleDay;
     if (!hasDisplay()) return produceFiles(component, source.connection, date, options.out);

@@ -109,10 +109,13 @@ QJsonObject DriveSession::answerWithInterlude(const DriveCommand& command) {
         isOwnReport = isOwnReport || !isViewerBusy();
         return isOwnReport && isViewerBusy();
     };
-    const Interlude interlude(
+    Interlude interlude(
         prepared->commands, prepared->pause, [&] { return m_log->isRunning() || loads(); },
         [this](const DriveCommand& nested) { return answerToNested(nested); });
-    QJsonObject answer = answerTo(command, [&] {
+    const auto begin = [&] {
+        if (interlude.answers().isEmpty()) interlude.look();
+    };
+    QJsonObject answer = answerTo(command, begin, [&] {
         if (!isWait && loads()) waitForViewer(std::numeric_limits<double>::infinity());
     });
     answer.insert(u"during"_s, interlude.answers());
@@ -129,7 +132,8 @@ QJsonObject DriveSession::answerToNested(const DriveCommand& command) {
     return answer;
 }
 
-QJsonObject DriveSession::answerTo(const DriveCommand& command, const std::function<void()>& finish) {
+QJsonObject DriveSession::answerTo(const DriveCommand& command, const std::function<void()>& begin,
+                                   const std::function<void()>& finish) {
     QJsonObject answer;
     try {
         const int cancels = m_log->cancels();
@@ -138,6 +142,7 @@ QJsonObject DriveSession::answerTo(const DriveCommand& command, const std::funct
         } catch (const NothingToDo&) {
             answer = {};
         }
+        if (begin) begin();
         deliverEvents();
         if (m_log->cancels() != cancels)
             settle(kPatienceAfterCancel);

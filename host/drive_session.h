@@ -55,7 +55,10 @@ private:
     [[nodiscard]] static Handler handlerOf(const QString& name);
 
     QJsonObject answerWithInterlude(const DriveCommand& command);
-    QJsonObject answerTo(const DriveCommand& command, const std::function<void()>& finish = {});
+    /// @param begin   called before the events that the command left are delivered
+    /// @param finish  called before the answer is made
+    QJsonObject answerTo(const DriveCommand& command, const std::function<void()>& begin = {},
+                         const std::function<void()>& finish = {});
     QJsonObject answerToNested(const DriveCommand& command);
     void settle(double patience);
     void collectRecords();

@@ -5,6 +5,7 @@
 #include "host/key_input.h"
 #include "host/plain_box_watch.h"
 #include "host/silence_watch.h"
+#include "host/trace.h"
 #include "host/viewer_client.h"
 #include "host/window_input.h"
 #include "host/window_view.h"
@@ -166,7 +167,7 @@ void exportReport(const Options& options, const com::Ref<IConnection>& connectio
 }  // namespace
 
 int runExport(const Options& options) {
-    const OpenedConnection source = openSource(options.source);
+    const OpenedConnection source = openSource(options.source, openTrace(options.trace));
     const auto timeout = milliseconds(options.timeout);
     const auto isSilent = std::make_shared<std::atomic<bool>>(false);
     try {

@@ -19,8 +19,10 @@ Interlude::Interlude(QList<DriveCommand> commands, double pause, IsRunning isRun
 }
 
 void Interlude::look() {
+    if (m_commands.isEmpty()) return;
     if (!m_isRunning()) return m_timer.start(0);
     // The timer stands still meanwhile: a command that dispatches events is not interrupted by the next one.
+    m_timer.stop();
     m_answers.append(m_carryOut(m_commands.takeFirst()));
     if (!m_commands.isEmpty()) m_timer.start(m_pause);
 }

@@ -23,14 +23,16 @@ public:
     /// @param pause  seconds between a command's answer and the next command
     Interlude(QList<DriveCommand> commands, double pause, IsRunning isRunning, CarryOut carryOut);
 
+    /// Says that the window is about to dispatch events: a report that loads now may have loaded with the first of
+    /// them.
+    void look();
+
     /// The answers of the commands that were carried out, in their order.
     [[nodiscard]] const QJsonArray& answers() const { return m_answers; }
     /// How many were not carried out.
     [[nodiscard]] int left() const { return static_cast<int>(m_commands.size()); }
 
 private:
-    void look();
-
     QList<DriveCommand> m_commands;
     int m_pause;  ///< in milliseconds
     IsRunning m_isRunning;

@@ -27,13 +27,15 @@ HandOver planHandOver(const filters::FilterState& state, QStringView dateSeparat
     plan.fileTitle = caption;
     if (isPartnerEntry(state.cmbTipRaport)) {
         plan.definition = u"CRFacturiImport"_s;
-        if (state.cmbTipRaport == u"Client") {
+        plan.isClient = state.cmbTipRaport == u"Client";
+        if (plan.isClient) {
             plan.presentationTexts = {
                 {u"Text2"_s, u"COD\r\nCLIENT"_s}, {u"Text3"_s, u"DENUMIRE\r\nCLIENT"_s}, {u"Text6"_s, u"CLIENT:"_s}};
         }
     } else {
         plan.definition = u"CRFacturiImportDT"_s;
-        if (state.isExport()) plan.presentationTexts = {{u"Text9"_s, u"CLIENT"_s}};
+        plan.isClient = state.isExport();
+        if (plan.isClient) plan.presentationTexts = {{u"Text9"_s, u"CLIENT"_s}};
     }
     plan.periodSource = periodSource(state, dateSeparator);
     if (state.isExport()) plan.titleTexts = {{u"Text1"_s, u"RAPORT FACTURI EXTERNE - CLIENTI"_s}};
@@ -51,6 +53,7 @@ void handOver(const HandOver& plan, const db::Connection& priza, const db::Comma
     rptFacturi->setUnboundFieldSource(u"UnboundString6"_s, plan.periodSource);
     setTexts(*rptFacturi, plan.titleTexts);
     rptFacturi->setFilterLines(plan.filtersInForce);
+    rptFacturi->setClient(plan.isClient);
     rptFacturi->setFileTitle(plan.fileTitle);
     if (plan.option != 0) rptFacturi->setOption(plan.option);
 }

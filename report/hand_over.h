@@ -32,6 +32,7 @@ struct HandOver {
     QString definition;                        ///< "CRFacturiImport" or "CRFacturiImportDT"
     QList<TextReplacement> presentationTexts;  ///< before the data source is added
     QString periodSource;                      ///< source of UnboundString6
+    bool isClient = false;                     ///< the heading of this definition names clients
     QList<TextReplacement> titleTexts;         ///< after the fields are bound
     QStringList filtersInForce;                ///< lines for the exports
     QString fileTitle;                         ///< what files of the report are called: the window's caption

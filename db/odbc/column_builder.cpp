@@ -1,11 +1,15 @@
 #include "db/odbc/column_builder.h"
 
+#include "base/real_text.h"
 #include "db/odbc/number_text.h"
 
 #include <array>
+#include <charconv>
 #include <chrono>
+#include <cmath>
 #include <cstring>
 #include <limits>
+#include <optional>
 
 namespace velcoran::odbc {
 
@@ -21,6 +25,16 @@ Value read(const std::byte* memory) {
     Value value;
     std::memcpy(&value, memory, sizeof value);
     return value;
+}
+
+/// The double with the digits that the shorter number shows: 0.1 stays 0.1.
+double widened(float value) {
+    if (!std::isfinite(value)) return value;
+    char digits[32];
+    const auto end = std::to_chars(digits, digits + sizeof digits, value).ptr;
+    double widest = 0;
+    std::from_chars(digits, end, widest);
+    return widest;
 }
 
 std::int64_t microseconds(const SQL_TIMESTAMP_STRUCT& value) {
@@ -128,8 +142,9 @@ void ColumnBuilder::append(const BoundValues& bound, std::uint32_t rowCount) {
                        [this](const std::byte* value, SQLLEN) { m_integers.push_back(read<std::int64_t>(value)); });
             break;
         case ValueKind::Real:
-            appendEach(bound, rowCount,
-                       [this](const std::byte* value, SQLLEN) { m_reals.push_back(read<double>(value)); });
+            appendEach(bound, rowCount, [this, &bound](const std::byte* value, SQLLEN) {
+                m_reals.push_back(bound.stride == sizeof(float) ? widened(read<float>(value)) : read<double>(value));
+            });
             break;
         case ValueKind::DateTime:
             appendEach(bound, rowCount, [this](const std::byte* value, SQLLEN) {
@@ -171,12 +186,20 @@ void ColumnBuilder::appendNumber(std::string_view text) {
 void ColumnBuilder::pushNumber(std::string_view text) {
     std::int64_t mantissa = 0;
     int scale = 0;
-    if (m_store == Store::Texts) return pushUtf8(text);
     if (parseShortNumber(text, mantissa, scale)) return pushMantissa(mantissa, scale);
     const auto number = parseNumber(text);
     if (number) return pushWide(number->mantissa, number->scale);
     becomeTexts();
-    pushUtf8(text);
+    pushOddNumber(text);
+}
+
+/// A number of more than 38 digits, or none.
+void ColumnBuilder::pushOddNumber(std::string_view text) {
+    double value = 0;
+    const bool hasExponent = text.find_first_of("eE") != std::string_view::npos;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    const bool isReal = hasExponent && error == std::errc() && end == text.data() + text.size();
+    isReal ? pushText(base::realText(value)) : pushUtf8(text);
 }
 
 void ColumnBuilder::pushMantissa(std::int64_t mantissa, int scale) {
@@ -191,14 +214,12 @@ void ColumnBuilder::pushMantissa(std::int64_t mantissa, int scale) {
 }
 
 void ColumnBuilder::pushWide(base::Int128 mantissa, int scale) {
-    if (scale > m_scale && !raiseScale(scale)) {
-        becomeTexts();
-        return pushUtf8(numberText(mantissa, scale));
-    }
-    const auto shifted = timesPowerOfTen(mantissa, m_scale - scale);
+    if (m_store != Store::Texts && scale > m_scale && !raiseScale(scale)) becomeTexts();
+    std::optional<base::Int128> shifted;
+    if (m_store != Store::Texts) shifted = base::timesPowerOfTen(mantissa, m_scale - scale);
     if (!shifted) {
         becomeTexts();
-        return pushUtf8(numberText(mantissa, scale));
+        return pushText(base::Decimal::fromInt128(mantissa, scale).toShortestText());
     }
     const bool fits64 =
         *shifted >= std::numeric_limits<std::int64_t>::min() && *shifted <= std::numeric_limits<std::int64_t>::max();
@@ -216,7 +237,7 @@ bool ColumnBuilder::raiseScale(int scale) {
     std::vector<base::Int128> raised;
     raised.reserve(m_nulls.capacity());
     const auto raise = [&](base::Int128 mantissa) {
-        const auto shifted = timesPowerOfTen(mantissa, places);
+        const auto shifted = base::timesPowerOfTen(mantissa, places);
         if (shifted) raised.push_back(*shifted);
         return shifted.has_value();
     };
@@ -259,7 +280,8 @@ void ColumnBuilder::becomeTexts() {
         if (m_nulls[row] != 0) {
             pushDefault();
         } else {
-            pushUtf8(numberText(former == Store::Wide ? m_wide[row] : m_integers[row], m_scale));
+            const base::Int128 mantissa = former == Store::Wide ? m_wide[row] : m_integers[row];
+            pushText(base::Decimal::fromInt128(mantissa, m_scale).toShortestText());
         }
     }
     m_integers.clear();
@@ -267,7 +289,10 @@ void ColumnBuilder::becomeTexts() {
 }
 
 void ColumnBuilder::pushUtf8(std::string_view text) {
-    const QString units = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+    pushText(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
+}
+
+void ColumnBuilder::pushText(const QString& units) {
     m_units.append(reinterpret_cast<const char16_t*>(units.utf16()), static_cast<std::size_t>(units.size()));
     m_offsets.push_back(static_cast<std::uint32_t>(m_units.size()));
 }

@@ -21,7 +21,8 @@ struct BoundValues {
 
 /// Collects the values of one column of one block. Numbers that come as text become decimals of one scale: that of the
 /// column's description, more where a value has more places; 64 bits wide, 128 where a value needs it. A number that is
-/// none, or of more than 38 digits, makes the block Text.
+/// none, or that needs more than 38 digits, alone or at the block's scale, makes the block Text: each number is written
+/// without zeros at its end then, whatever its neighbours are.
 class ColumnBuilder {
 public:
     explicit ColumnBuilder(const ColumnPlan& plan);
@@ -54,7 +55,9 @@ private:
     void becomeWide();
     void becomeTexts();
     void pushNumber(std::string_view text);
+    void pushOddNumber(std::string_view text);
     void pushUtf8(std::string_view text);
+    void pushText(const QString& units);
     [[nodiscard]] Store firstStore() const;
 
     ValueKind m_kind;

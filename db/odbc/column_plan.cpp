@@ -104,8 +104,8 @@ ColumnPlan planColumn(const DriverColumn& column, bool isLoose) {
             plan.expected = ColumnType::Int64;
             break;
         case ValueKind::Real:
-            plan.cType = SQL_C_DOUBLE;
-            plan.valueBytes = sizeof(double);
+            plan.cType = row.sqlType == SQL_REAL ? SQL_C_FLOAT : SQL_C_DOUBLE;
+            plan.valueBytes = row.sqlType == SQL_REAL ? sizeof(float) : sizeof(double);
             plan.expected = ColumnType::Double;
             break;
         case ValueKind::Number:

@@ -2,10 +2,9 @@
 
 #include "db/odbc/rows.h"
 #include "db/odbc/session.h"
+#include "db/provider_errors.h"
 
 namespace velcoran::odbc {
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -29,10 +28,7 @@ public:
 
     com::HResult OpenRowset(com::Bstr text, std::int32_t cursorLocation, std::int32_t, std::int32_t,
                             IRows** rows) override {
-        if (cursorLocation != kCursorClient) {
-            return com::guarded(
-                [] { throw base::Error(base::kInvalidProcedureCall, u"Only client-side row sets can be opened"_s); });
-        }
+        if (cursorLocation != kCursorClient) return com::guarded([] { throw db::cursorLocationError(); });
         return Execute(text, rows);
     }
 
@@ -69,7 +65,7 @@ com::Ref<IConnection> openConnection(const QString& connectionText, const Waits&
 
 void closeConnection(const com::Ref<IConnection>& connection) {
     auto* own = dynamic_cast<Connection*>(connection.get());
-    if (own == nullptr) throw base::Error(base::kInvalidProcedureCall, u"Not a connection of this provider"_s);
+    if (own == nullptr) throw db::foreignConnectionError();
     own->close();
 }
 

@@ -1,5 +1,7 @@
 #include "db/odbc/cursor.h"
 
+#include "db/provider_errors.h"
+
 #include <algorithm>
 
 namespace velcoran::odbc {
@@ -127,8 +129,7 @@ bool Cursor::next(const CancelToken& token) {
         m_block.rowCount = 0;
         return false;
     }
-    if (m_state == State::Closed)
-        throw base::Error(base::kOperationOnClosedObject, u"Operation is not allowed when the object is closed"_s);
+    if (m_state == State::Closed) throw db::closedRowsError();
     try {
         return fetch(m_block, token);
     } catch (...) {

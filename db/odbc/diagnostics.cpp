@@ -1,9 +1,11 @@
 #include "db/odbc/diagnostics.h"
 
 #include "db/odbc/connection_text.h"
+#include "db/provider_errors.h"
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
 #include <vector>
 
 namespace velcoran::odbc {
@@ -29,6 +31,30 @@ constexpr NumberRow kNumbers[] = {
     {u"28", kAuthenticationFailed},  {u"08", base::kProviderFailure}, {u"HYT01", base::kProviderFailure},
     {u"42S02", base::kNoSuchObject}, {u"42P01", base::kNoSuchObject},  // the standard's other code for an unknown table
 };
+
+/// Others in the way, by state and SQL Server's number (0 for any).
+struct ConflictRow {
+    QStringView state;
+    std::int32_t nativeNumber;
+    db::Conflict conflict;
+};
+
+constexpr ConflictRow kConflicts[] = {
+    {u"40001", 0, db::Conflict::Deadlock},       {u"", 1205, db::Conflict::Deadlock},
+    {u"HYT00", 1222, db::Conflict::LockTimeout}, {u"42000", 1222, db::Conflict::LockTimeout},
+    {u"HY000", 1222, db::Conflict::LockTimeout},
+};
+
+std::optional<db::Conflict> conflictOf(const QList<DiagnosticRecord>& records) {
+    for (const ConflictRow& row : kConflicts) {
+        const auto fits = [&row](const DiagnosticRecord& record) {
+            return record.state.startsWith(row.state) &&
+                   (row.nativeNumber == 0 || record.nativeNumber == row.nativeNumber);
+        };
+        if (std::any_of(records.begin(), records.end(), fits)) return row.conflict;
+    }
+    return std::nullopt;
+}
 
 /// "The server rejected the connection", which a statement can be told too: see speakOfLoss.
 constexpr QStringView kRejected = u"08004";
@@ -88,9 +114,11 @@ base::Error errorOf(const QList<DiagnosticRecord>& records, Phase phase, const S
     QStringList words;
     for (const DiagnosticRecord& record : records)
         if (!record.text.isEmpty() && !words.contains(record.text)) words.append(record.text);
-    if (words.isEmpty()) words.append(u"The driver failed without a message"_s);
+    if (words.isEmpty()) words.append(u"Driverul ODBC a eșuat fără explicație."_s);
     const QString source = records.isEmpty() ? QString() : records.front().state;
-    return {number, secrets.scrub(words.join(u'\n')), source};
+    const QString description = secrets.scrub(words.join(u'\n'));
+    const auto conflict = conflictOf(records);
+    return {number, conflict ? db::conflictText(*conflict, description) : description, source};
 }
 
 bool isCancelled(const QList<DiagnosticRecord>& records) {

@@ -25,7 +25,7 @@ enum class Phase { Connecting, Running };
 [[nodiscard]] QList<DiagnosticRecord> readDiagnostics(SQLSMALLINT handleType, SQLHANDLE handle);
 
 /// One error from all records: their words one below the other, each once, secrets hidden; the number from the record
-/// that says most.
+/// that says most. A deadlock and a lock time-out are named as such before the words.
 [[nodiscard]] base::Error errorOf(const QList<DiagnosticRecord>& records, Phase phase, const Secrets& secrets);
 
 /// True when the driver says that the call was cancelled.

@@ -171,7 +171,7 @@ void Fetcher::readAgain(ColumnBuilder& builder, const Binding& binding, std::uin
     const DriverTraits& traits = m_link.traits();
     if (!(m_rowsetSize == 1 ? traits.canReread : traits.canRereadInBlock)) {
         throw base::Error(base::kProviderFailure,
-                          u"A value of the column \"%1\" is longer than its driver describes"_s.arg(binding.plan.name));
+                          u"O valoare a coloanei %1 este mai lungă decât spune driverul."_s.arg(binding.plan.name));
     }
     if (m_rowsetSize > 1) {
         m_link.check(SQLSetPos(m_statement.get(), row + 1, SQL_POSITION, SQL_LOCK_NO_CHANGE), token, m_statement);

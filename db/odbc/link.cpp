@@ -64,7 +64,7 @@ void Link::connect(const QString& text, std::chrono::milliseconds wait) {
     // An environment of its own: the driver manager may let only one call at a time into an environment.
     SQLHANDLE handle = nullptr;
     if (!SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, &handle)))
-        throw base::Error(base::kProviderFailure, u"The driver manager does not start"_s);
+        throw base::Error(base::kProviderFailure, u"Administratorul de drivere ODBC nu pornește."_s);
     m_environment = EnvironmentHandle(handle);
     require(SQLSetEnvAttr(m_environment.get(), SQL_ATTR_ODBC_VERSION, attributeValue(SQL_OV_ODBC3), 0), SQL_HANDLE_ENV,
             m_environment.get());

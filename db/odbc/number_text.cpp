@@ -1,7 +1,6 @@
 #include "db/odbc/number_text.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 
 namespace velcoran::odbc {
@@ -11,14 +10,6 @@ namespace {
 __extension__ typedef unsigned __int128 Unsigned;
 
 constexpr int kShortDigits = 18;
-
-constexpr std::array<Unsigned, kMaxDigits + 1> powersOfTen() {
-    std::array<Unsigned, kMaxDigits + 1> powers{};
-    powers[0] = 1;
-    for (std::size_t i = 1; i < powers.size(); ++i) powers[i] = powers[i - 1] * 10;
-    return powers;
-}
-constexpr auto kPowers = powersOfTen();
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
@@ -145,28 +136,6 @@ std::optional<NumberText> parseNumber(std::string_view text) {
     std::optional<NumberText> number = digits.finish(*exponent);
     if (number && isNegative) number->mantissa = -number->mantissa;
     return number;
-}
-
-std::optional<base::Int128> timesPowerOfTen(base::Int128 mantissa, int places) {
-    if (mantissa == 0) return mantissa;
-    if (places > kMaxDigits) return std::nullopt;
-    const Unsigned magnitude = mantissa < 0 ? -static_cast<Unsigned>(mantissa) : static_cast<Unsigned>(mantissa);
-    const Unsigned power = kPowers[static_cast<std::size_t>(places)];
-    if (magnitude > (kPowers[kMaxDigits] - 1) / power) return std::nullopt;
-    return mantissa * static_cast<base::Int128>(power);
-}
-
-std::string numberText(base::Int128 mantissa, int scale) {
-    Unsigned magnitude = mantissa < 0 ? -static_cast<Unsigned>(mantissa) : static_cast<Unsigned>(mantissa);
-    std::string digits;
-    for (int i = 0; magnitude != 0 || i <= scale; ++i) {
-        if (i != 0 && i == scale) digits.push_back('.');
-        digits.push_back(static_cast<char>('0' + static_cast<int>(magnitude % 10)));
-        magnitude /= 10;
-    }
-    if (mantissa < 0) digits.push_back('-');
-    std::reverse(digits.begin(), digits.end());
-    return digits;
 }
 
 }  // namespace velcoran::odbc

@@ -4,13 +4,11 @@
 
 #include <cstdint>
 #include <optional>
-#include <string>
 #include <string_view>
 
 namespace velcoran::odbc {
 
-/// Most digits of a mantissa, and the largest scale of a column block.
-constexpr int kMaxDigits = 38;
+using base::kMaxDigits;
 
 /// mantissa / 10^scale, as a driver wrote it.
 struct NumberText {
@@ -25,11 +23,5 @@ struct NumberText {
 
 /// The same for the usual case, at most 18 digits and a point: a fraction of the time.
 [[nodiscard]] bool parseShortNumber(std::string_view text, std::int64_t& mantissa, int& scale);
-
-/// mantissa * 10^places, places 0 and up; nothing when more than 38 digits come out.
-[[nodiscard]] std::optional<base::Int128> timesPowerOfTen(base::Int128 mantissa, int places);
-
-/// The value with all digits of its scale, "-0.50".
-[[nodiscard]] std::string numberText(base::Int128 mantissa, int scale);
 
 }  // namespace velcoran::odbc

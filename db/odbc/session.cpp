@@ -1,20 +1,16 @@
 #include "db/odbc/session.h"
 
+#include "db/provider_errors.h"
+
 namespace velcoran::odbc {
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-base::Error closedError() {
-    return {base::kInvalidConnection,
-            u"The connection cannot be used to perform this operation. It is either closed or "
-            "invalid in this context."_s};
-}
-
 base::Error timeoutError(std::chrono::milliseconds wait) {
     const auto seconds = std::chrono::duration<double>(wait).count();
-    return {base::kProviderFailure, u"The server did not answer within %1 seconds"_s.arg(seconds)};
+    return {base::kProviderFailure, u"Serverul nu a răspuns în %1 secunde."_s.arg(seconds)};
 }
 
 }  // namespace
@@ -35,7 +31,7 @@ Session::Session(const QString& connectionText, const Waits& waits, DiagnosticSi
 Session::~Session() { close(); }
 
 void Session::requireOpen() const {
-    if (m_isClosed) throw closedError();
+    if (m_isClosed) throw db::closedConnectionError();
     if (m_link->isLost()) throw lostError();
 }
 
@@ -45,13 +41,13 @@ void Session::run(const SharedToken& token, Worker::Step step) {
         m_worker.run(token, std::move(step));
     } catch (const base::Cancelled&) {
         token->clear();
-        if (m_isClosed) throw closedError();
+        if (m_isClosed) throw db::closedConnectionError();
         throw;
     } catch (const Worker::Abandoned&) {
         m_link->noteLost();
         const bool wasWished = token->isRequested();
         token->clear();
-        if (m_isClosed) throw closedError();
+        if (m_isClosed) throw db::closedConnectionError();
         if (wasWished) throw base::Cancelled();
         throw lostError();
     }

@@ -1,5 +1,6 @@
 #include "db/sqlite/column_builder.h"
 
+#include "base/real_text.h"
 #include "db/sqlite/short_decimal.h"
 #include "db/sqlite/utf16.h"
 
@@ -8,6 +9,7 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
+#include <optional>
 
 namespace velcoran::sqlite {
 
@@ -20,6 +22,8 @@ bool fits64(base::Int128 value) {
 /// Beyond this scale a block is an exception, and the next one starts afresh.
 constexpr int kLargestUsualScale = 6;
 constexpr int kFirstScale = 2;
+
+constexpr int kMax64Digits = std::numeric_limits<std::int64_t>::digits10;
 
 }  // namespace
 
@@ -36,7 +40,6 @@ void ColumnBuilder::start(std::uint32_t capacity) {
     m_rows = 0;
     m_hasNull = false;
     m_wide.clear();
-    m_reals.clear();
     m_unitCount = 0;
     m_offsets[0] = 0;
 }
@@ -78,9 +81,6 @@ void ColumnBuilder::appendNull() {
         case Kind::Wide:
             m_wide.push_back(0);
             break;
-        case Kind::Reals:
-            m_reals.push_back(0);
-            break;
         case Kind::Texts:
             m_offsets[m_rows + 1] = static_cast<std::uint32_t>(m_unitCount);
             break;
@@ -99,9 +99,6 @@ void ColumnBuilder::appendInteger(std::int64_t value) {
         case Kind::Wide:
             appendDecimal(value, 0);
             break;
-        case Kind::Reals:
-            m_reals.push_back(static_cast<double>(value));
-            break;
         case Kind::Texts:
             appendText(decimalText(value, 0));
             break;
@@ -118,31 +115,28 @@ void ColumnBuilder::appendReal(double value) {
 }
 
 void ColumnBuilder::appendUncommonReal(double value) {
-    if (m_kind == Kind::Texts) {
-        appendText(realText(value));
+    const auto rounded = m_kind == Kind::Texts ? std::nullopt : roundedTo15Digits(value);
+    if (!rounded) {
+        appendText(base::realText(value).toStdString());
         return;
     }
-    const auto rounded = roundedTo15Digits(value);
-    if (!rounded) becomeReals();
-    if (m_kind == Kind::Reals) {
-        m_reals.push_back(value);
-        return;
+    if (m_kind == Kind::Nulls || m_kind == Kind::Integers) {
+        m_kind = Kind::Decimals;
+        // A number too large for the usual places goes without them.
+        const bool fits =
+            base::timesPowerOfTen(rounded->mantissa, std::max(0, m_usualScale - rounded->scale)).has_value();
+        if (fits && !rescale(m_usualScale)) becomeTexts();
     }
-    if (m_kind == Kind::Nulls || m_kind == Kind::Integers) becomeDecimals(std::max(m_usualScale, rounded->scale));
     appendDecimal(rounded->mantissa, rounded->scale);
 }
 
 /// Adds a number to a block of decimals, which takes a larger scale or wider mantissas where it must.
 void ColumnBuilder::appendDecimal(base::Int128 mantissa, int scale) {
-    if (m_kind != Kind::Reals && scale > m_scale && !rescale(scale)) becomeReals();
-    if (m_kind == Kind::Reals) {
-        m_reals.push_back(nearestReal(mantissa, scale));
-        return;
-    }
-    const auto scaled = timesPowerOfTen(mantissa, m_scale - scale);
+    if (m_kind != Kind::Texts && scale > m_scale && !rescale(scale)) becomeTexts();
+    std::optional<base::Int128> scaled;
+    if (m_kind != Kind::Texts) scaled = base::timesPowerOfTen(mantissa, m_scale - scale);
     if (!scaled) {
-        becomeReals();
-        m_reals.push_back(nearestReal(mantissa, scale));
+        appendText(decimalText(mantissa, scale));
         return;
     }
     if (m_kind == Kind::Decimals && !fits64(*scaled)) becomeWide();
@@ -170,50 +164,40 @@ void ColumnBuilder::reserveUnits(std::size_t more) {
     m_unitCapacity = capacity;
 }
 
-void ColumnBuilder::becomeDecimals(int scale) {
-    m_kind = Kind::Decimals;
-    m_scale = 0;
-    if (!rescale(scale)) becomeReals();
-}
-
-/// Gives the rows so far a larger scale. @return false when a mantissa would not fit 128 bits; nothing changed then
+/// Gives the rows so far a larger scale. @return false when a mantissa would need more than 38 digits; the values are
+/// what they were then
 bool ColumnBuilder::rescale(int scale) {
     const int places = scale - m_scale;
-    const auto power = timesPowerOfTen(1, places);
-    if (!power) return false;
+    if (m_kind == Kind::Decimals && m_rows != 0 && !isNarrowTimes(places)) becomeWide();
     if (m_kind == Kind::Decimals) {
-        bool isNarrow = true;
-        for (std::uint32_t row = 0; isNarrow && row < m_rows; ++row)
-            isNarrow = fits64(*power) && [&] {
-                std::int64_t ignored = 0;
-                return !__builtin_mul_overflow(m_integers[row], static_cast<std::int64_t>(*power), &ignored);
-            }();
-        if (!isNarrow) becomeWide();
-    }
-    if (m_kind == Kind::Decimals) {
-        if (m_rows != 0)
-            for (std::uint32_t row = 0; row < m_rows; ++row) m_integers[row] *= static_cast<std::int64_t>(*power);
+        const std::int64_t power = m_rows == 0 ? 1 : static_cast<std::int64_t>(base::powerOfTen(places));
+        for (std::uint32_t row = 0; row < m_rows; ++row) m_integers[row] *= power;
     } else {
         std::vector<base::Int128> scaled(m_wide);
-        for (base::Int128& mantissa : scaled)
-            if (__builtin_mul_overflow(mantissa, *power, &mantissa)) return false;
+        for (base::Int128& mantissa : scaled) {
+            const auto raised = base::timesPowerOfTen(mantissa, places);
+            if (!raised) return false;
+            mantissa = *raised;
+        }
         m_wide = std::move(scaled);
     }
     m_scale = scale;
     return true;
 }
 
+/// True when the 64-bit rows so far fit 64 bits with more places too.
+bool ColumnBuilder::isNarrowTimes(int places) const {
+    if (places > kMax64Digits) return false;
+    const auto factor = static_cast<std::int64_t>(base::powerOfTen(places));
+    return std::none_of(m_integers.get(), m_integers.get() + m_rows, [factor](std::int64_t value) {
+        std::int64_t product = 0;
+        return __builtin_mul_overflow(value, factor, &product);
+    });
+}
+
 void ColumnBuilder::becomeWide() {
     m_wide.assign(m_integers.get(), m_integers.get() + m_rows);
     m_kind = Kind::Wide;
-}
-
-void ColumnBuilder::becomeReals() {
-    if (m_kind == Kind::Reals) return;
-    std::vector<double> reals;
-    for (std::uint32_t row = 0; row < m_rows; ++row) reals.push_back(realAt(row));
-    m_reals = std::move(reals);
-    m_kind = Kind::Reals;
 }
 
 void ColumnBuilder::becomeTexts() {
@@ -227,14 +211,7 @@ void ColumnBuilder::becomeTexts() {
     m_rows = rows;
 }
 
-double ColumnBuilder::realAt(std::uint32_t row) const {
-    if (m_kind == Kind::Wide) return nearestReal(m_wide[row], m_scale);
-    if (m_kind == Kind::Decimals) return nearestReal(m_integers[row], m_scale);
-    return m_kind == Kind::Integers ? static_cast<double>(m_integers[row]) : 0;
-}
-
 std::string ColumnBuilder::textAt(std::uint32_t row) const {
-    if (m_kind == Kind::Reals) return realText(m_reals[row]);
     return decimalText(m_kind == Kind::Wide ? m_wide[row] : m_integers[row], m_scale);
 }
 
@@ -253,10 +230,6 @@ ColumnBlock ColumnBuilder::finish() {
             block.type = ColumnType::Decimal128;
             block.scale = m_scale;
             block.values = m_wide.data();
-            break;
-        case Kind::Reals:
-            block.type = ColumnType::Double;
-            block.values = m_reals.data();
             break;
         case Kind::Texts:
             if (m_unitCapacity == 0) reserveUnits(1);

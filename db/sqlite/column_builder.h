@@ -14,8 +14,9 @@ struct sqlite3_value;
 namespace velcoran::sqlite {
 
 /// Collects the values of one column of one block and decides the block's type from their storage classes: integers
-/// alone are Int64; integers and reals are decimals of one scale, each real rounded to 15 significant digits; a value
-/// that is no decimal (an infinity) makes the block Double; any text among them makes it Text.
+/// alone are Int64; integers and reals are decimals of one scale, each real rounded to 15 significant digits. Any text
+/// among them, and a number that needs more than 38 digits, alone or at the block's scale, make the block Text: each
+/// number is written without zeros at its end then, whatever its neighbours are.
 class ColumnBuilder {
 public:
     /// @param expected  type of a block that holds nulls alone
@@ -29,7 +30,7 @@ public:
     [[nodiscard]] ColumnBlock finish();
 
 private:
-    enum class Kind { Nulls, Integers, Decimals, Wide, Reals, Texts };
+    enum class Kind { Nulls, Integers, Decimals, Wide, Texts };
 
     void appendNull();
     void appendInteger(std::int64_t value);
@@ -37,12 +38,10 @@ private:
     void appendUncommonReal(double value);
     void appendDecimal(base::Int128 mantissa, int scale);
     std::size_t appendText(std::string_view utf8);
-    void becomeDecimals(int scale);
     void becomeWide();
-    void becomeReals();
     void becomeTexts();
     [[nodiscard]] bool rescale(int scale);
-    [[nodiscard]] double realAt(std::uint32_t row) const;
+    [[nodiscard]] bool isNarrowTimes(int places) const;
     [[nodiscard]] std::string textAt(std::uint32_t row) const;
     [[nodiscard]] bool isNull(std::uint32_t row) const { return m_hasNull && m_nulls[row] != 0; }
     void reserveUnits(std::size_t more);
@@ -58,7 +57,6 @@ private:
     std::unique_ptr<std::uint32_t[]> m_offsets;
     std::unique_ptr<std::uint8_t[]> m_nulls;
     std::vector<base::Int128> m_wide;
-    std::vector<double> m_reals;
     std::unique_ptr<char16_t[]> m_units;
     std::size_t m_unitCount = 0;
     std::size_t m_unitCapacity = 0;

@@ -1,10 +1,9 @@
 #include "db/sqlite/database.h"
 
+#include "db/provider_errors.h"
 #include "db/sqlite/rows.h"
 
 namespace velcoran::sqlite {
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -27,10 +26,7 @@ public:
 
     com::HResult OpenRowset(com::Bstr text, std::int32_t cursorLocation, std::int32_t, std::int32_t,
                             IRows** rows) override {
-        if (cursorLocation != kCursorClient) {
-            return com::guarded(
-                [] { throw base::Error(base::kInvalidProcedureCall, u"Only client-side row sets can be opened"_s); });
-        }
+        if (cursorLocation != kCursorClient) return com::guarded([] { throw db::cursorLocationError(); });
         return Execute(text, rows);
     }
 
@@ -64,7 +60,7 @@ com::Ref<IConnection> openDatabase(const QString& path) {
 
 void closeDatabase(const com::Ref<IConnection>& connection) {
     auto* own = dynamic_cast<Connection*>(connection.get());
-    if (own == nullptr) throw base::Error(base::kInvalidProcedureCall, u"Not a connection of the embedded database"_s);
+    if (own == nullptr) throw db::foreignConnectionError();
     own->close();
 }
 

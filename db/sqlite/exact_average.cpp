@@ -71,8 +71,8 @@ void ExactAverage::addToSum(base::Int128 mantissa, int scaleOfValue, std::int64_
 
 bool ExactAverage::tryAddToSum(base::Int128 mantissa, int scaleOfValue, std::int64_t times) {
     const int common = std::max(scale, scaleOfValue);
-    auto total = timesPowerOfTen(sum(), common - scale);
-    auto value = timesPowerOfTen(mantissa, common - scaleOfValue);
+    auto total = base::timesPowerOfTen(sum(), common - scale);
+    auto value = base::timesPowerOfTen(mantissa, common - scaleOfValue);
     if (!total || !value) return false;
     if (__builtin_mul_overflow(*value, base::Int128{times}, &*value)) return false;
     if (__builtin_add_overflow(*total, *value, &*total)) return false;
@@ -88,7 +88,8 @@ double ExactAverage::mixedResult() const {
     base::Int128 rest = sum() % count;
     int places = scale;
     // Long division until more digits stand there than will stay; what is left over is only ever less than a digit.
-    while (quotient < kFifteenDigits * 100 && quotient > -kFifteenDigits * 100 && places < kMaxScale && rest != 0) {
+    while (quotient < kFifteenDigits * 100 && quotient > -kFifteenDigits * 100 && places < base::kMaxDigits &&
+           rest != 0) {
         rest *= 10;
         quotient = quotient * 10 + rest / count;
         rest %= count;

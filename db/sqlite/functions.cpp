@@ -1,6 +1,7 @@
 #include "db/sqlite/functions.h"
 
 #include "base/error.h"
+#include "base/real_text.h"
 #include "db/sqlite/exact_average.h"
 #include "db/sqlite/like_pattern.h"
 #include "db/sqlite/short_decimal.h"
@@ -43,6 +44,26 @@ std::string_view textOf(sqlite3_value* value) {
     if (text == nullptr) return {};
     return {text, static_cast<std::size_t>(sqlite3_value_bytes(value))};
 }
+
+/// A value as a pattern or a length sees it; a real in the digits that its column shows.
+class ShownText {
+public:
+    explicit ShownText(sqlite3_value* value) {
+        if (sqlite3_value_type(value) == SQLITE_FLOAT) {
+            m_real = base::realText(sqlite3_value_double(value)).toStdString();
+            m_view = m_real;
+        } else {
+            m_view = textOf(value);
+        }
+    }
+    ShownText(const ShownText&) = delete;
+    ShownText& operator=(const ShownText&) = delete;
+    [[nodiscard]] std::string_view view() const { return m_view; }
+
+private:
+    std::string m_real;
+    std::string_view m_view;
+};
 
 void giveText(sqlite3_context* context, std::string_view text) {
     sqlite3_result_text64(context, text.data(), text.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
@@ -98,9 +119,8 @@ void strFunction(sqlite3_context* context, int count, sqlite3_value** values) {
 void lenFunction(sqlite3_context* context, int, sqlite3_value** values) {
     guarded(context, [&] {
         if (sqlite3_value_type(values[0]) == SQLITE_NULL) return;
-        std::string number;
-        if (sqlite3_value_type(values[0]) == SQLITE_FLOAT) number = realText(sqlite3_value_double(values[0]));
-        std::string_view text = number.empty() ? textOf(values[0]) : number;
+        const ShownText shown(values[0]);
+        std::string_view text = shown.view();
         while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
         const auto isStart = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; };
         sqlite3_result_int64(context, std::count_if(text.begin(), text.end(), isStart));
@@ -153,10 +173,10 @@ void likeFunction(sqlite3_context* context, int count, sqlite3_value** values) {
                 const char* at = text.data();
                 if (!text.empty()) escape = nextCharacter(at, text.data() + text.size());
             }
-            fresh = std::make_unique<LikePattern>(textOf(values[0]), escape);
+            fresh = std::make_unique<LikePattern>(ShownText(values[0]).view(), escape);
             pattern = fresh.get();
         }
-        sqlite3_result_int(context, pattern->matches(textOf(values[1])) ? 1 : 0);
+        sqlite3_result_int(context, pattern->matches(ShownText(values[1]).view()) ? 1 : 0);
         if (fresh && isKept)
             sqlite3_set_auxdata(context, 0, fresh.release(), [](void* one) { delete static_cast<LikePattern*>(one); });
     });

@@ -1,5 +1,6 @@
 #include "db/sqlite/rows.h"
 
+#include "db/provider_errors.h"
 #include "db/sqlite/dialect.h"
 
 #include <sqlite3.h>
@@ -108,8 +109,7 @@ void Statement::stop() {
 }
 
 bool Statement::readBlock(std::uint32_t maxRows) {
-    if (!m_isAtEnd && !m_activity)
-        throw base::Error(base::kOperationOnClosedObject, u"Operation is not allowed when the object is closed"_s);
+    if (!m_isAtEnd && !m_activity) throw db::closedRowsError();
     const std::size_t columnCount = m_builders.size();
     const std::size_t most = std::max<std::size_t>(1, kBlockBytes / (kValueBytes * columnCount));
     const auto rowLimit = static_cast<std::uint32_t>(std::min<std::size_t>(maxRows, most));

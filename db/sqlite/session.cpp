@@ -1,6 +1,9 @@
 #include "db/sqlite/session.h"
 
+#include "db/provider_errors.h"
 #include "db/sqlite/dialect.h"
+#include "db/sqlite/failure.h"
+#include "db/sqlite/file_system.h"
 #include "db/sqlite/functions.h"
 
 #include <QFileInfo>
@@ -15,14 +18,15 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kBusyMilliseconds = 3000;
+/// How long a statement waits for a writer, in looks at the lock with a pause between two.
+constexpr int kBusyPauseMilliseconds = 20;
+constexpr int kBusyLooks = 3000 / kBusyPauseMilliseconds;
 /// Steps of the database's machine between two looks at the cancel wish: some tens of microseconds.
 constexpr int kProgressSteps = 2000;
 
 constexpr const char* kSetUp[] = {
-    "PRAGMA cache_size = -65536",     // 64 MiB, in units of 1 KiB
-    "PRAGMA mmap_size = 2147418112",  // the most that the library maps
-    "PRAGMA threads = 1",             // one helper for large sorts
+    "PRAGMA cache_size = -65536",  // 64 MiB, in units of 1 KiB
+    "PRAGMA threads = 1",          // one helper for large sorts
     "PRAGMA query_only = ON",
     "SELECT count(*) FROM sqlite_master",  // reads the header: fails here for what is no database
 };
@@ -39,71 +43,60 @@ int authorize(void*, int action, const char*, const char*, const char*, const ch
     }
 }
 
-std::int32_t numberOf(int result, const QString& description) {
-    switch (result & 0xFF) {
-        case SQLITE_ERROR:
-            return description.startsWith(u"no such table") ? base::kNoSuchObject : base::kStatementError;
-        case SQLITE_AUTH:
-        case SQLITE_MISMATCH:
-        case SQLITE_RANGE:
-        case SQLITE_TOOBIG:
-        case SQLITE_READONLY:
-            return base::kStatementError;
-        default:
-            return base::kProviderFailure;
-    }
+[[noreturn]] void throwUnusable(const QString& path, const QString& reason) {
+    throw base::Error(base::kProviderFailure, u"%1: %2."_s.arg(path, reason));
 }
-
-QString openProblem(const QString& path, const QString& words) { return u"%1: %2"_s.arg(path, words); }
 
 }  // namespace
 
 void StatementCloser::operator()(sqlite3_stmt* statement) const { sqlite3_finalize(statement); }
 
-Session::Session(const QString& path) {
+Session::Session(const QString& path) : m_path(path) {
     const QFileInfo file(path);
-    if (!file.exists()) throw base::Error(base::kProviderFailure, openProblem(path, u"file not found"_s));
-    if (!file.isFile()) throw base::Error(base::kProviderFailure, openProblem(path, u"not a file"_s));
-    const int result =
-        sqlite3_open_v2(path.toUtf8().constData(), &m_database, SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX, nullptr);
+    if (!file.exists()) throwUnusable(path, u"fișierul nu există"_s);
+    if (!file.isFile()) throwUnusable(path, u"nu este un fișier"_s);
+    constexpr int kFlags = SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE;
+    const int result = sqlite3_open_v2(path.toUtf8().constData(), &m_database, kFlags, fileSystemName());
     try {
-        if (result != SQLITE_OK) {
-            const QString words =
-                QString::fromUtf8(m_database != nullptr ? sqlite3_errmsg(m_database) : "out of memory");
-            throw base::Error(base::kProviderFailure, words);
-        }
+        if (m_database == nullptr) throw std::bad_alloc();
+        requireDone(result);
         setUp();
-    } catch (const base::Error& error) {
+    } catch (...) {
         sqlite3_close_v2(m_database);
-        throw base::Error(error.number(), openProblem(path, error.description()));
+        throw;
     }
+}
+
+/// @throws Error of the database for a result that is none of success
+void Session::requireDone(int result) const {
+    if (result != SQLITE_OK) throw failureOf(result, QString::fromUtf8(sqlite3_errmsg(m_database)), m_path);
 }
 
 Session::~Session() { sqlite3_close_v2(m_database); }
 
 void Session::setUp() {
-    sqlite3_extended_result_codes(m_database, 1);
-    sqlite3_busy_timeout(m_database, kBusyMilliseconds);
+    sqlite3_busy_handler(m_database, onBusy, this);
     // A name in double quotes that names nothing is an error, not a text.
     sqlite3_db_config(m_database, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
     registerFunctions(m_database);
-    for (const char* statement : kSetUp)
-        if (sqlite3_exec(m_database, statement, nullptr, nullptr, nullptr) != SQLITE_OK)
-            throw base::Error(base::kProviderFailure, QString::fromUtf8(sqlite3_errmsg(m_database)));
+    for (const char* statement : kSetUp) requireDone(sqlite3_exec(m_database, statement, nullptr, nullptr, nullptr));
     sqlite3_progress_handler(m_database, kProgressSteps, onProgress, this);
     sqlite3_set_authorizer(m_database, authorize, nullptr);
 }
 
-int Session::onProgress(void* session) {
-    const CancelToken* token = static_cast<Session*>(session)->m_current;
-    return token != nullptr && token->isRequested() ? 1 : 0;
+bool Session::isStopWished() const { return m_current != nullptr && m_current->isRequested(); }
+
+int Session::onProgress(void* session) { return static_cast<Session*>(session)->isStopWished() ? 1 : 0; }
+
+/// @return 0 to give up
+int Session::onBusy(void* session, int looks) {
+    if (looks >= kBusyLooks || static_cast<Session*>(session)->isStopWished()) return 0;
+    sqlite3_sleep(kBusyPauseMilliseconds);
+    return 1;
 }
 
 Session::Turn::Turn(Session& session, CancelToken& token) : m_session(session), m_lock(session.m_turn) {
-    if (session.isClosed())
-        throw base::Error(base::kInvalidConnection,
-                          u"The connection cannot be used to perform this operation. It is either closed or invalid in "
-                          u"this context."_s);
+    if (session.isClosed()) throw db::closedConnectionError();
     if (token.take()) throw base::Cancelled();
     session.m_current = &token;
 }
@@ -128,29 +121,26 @@ void Session::cancelAll() {
 
 StatementHandle Session::prepare(const QString& text) {
     const QByteArray statement = rewrite(text).toUtf8();
-    if (statement.contains('\0')) throw base::Error(base::kStatementError, u"The statement holds a null character"_s);
+    if (statement.contains('\0')) throw base::Error(base::kStatementError, u"Interogarea conține un octet nul."_s);
     sqlite3_stmt* compiled = nullptr;
     const char* rest = nullptr;
     const int result = sqlite3_prepare_v3(m_database, statement.constData(), static_cast<int>(statement.size()) + 1, 0,
                                           &compiled, &rest);
     StatementHandle handle(compiled);
     if (result != SQLITE_OK) throwError(result, *m_current);
-    if (!handle) throw base::Error(base::kStatementError, u"The statement is empty"_s);
+    if (!handle) throw base::Error(base::kStatementError, u"Interogarea este goală."_s);
     if (!isEmptyStatement(QString::fromUtf8(rest)))
-        throw base::Error(base::kStatementError, u"Only one statement at a time can be run"_s);
+        throw base::Error(base::kStatementError, u"Se poate rula o singură interogare o dată."_s);
     if (sqlite3_column_count(compiled) == 0 || sqlite3_stmt_isexplain(compiled) != 0)
-        throw base::Error(base::kStatementError, u"not authorized"_s);
+        throw base::Error(base::kStatementError, u"Numai interogările SELECT sunt permise."_s);
     return handle;
 }
 
 void Session::throwError(int result, CancelToken& token) {
-    if ((result & 0xFF) == SQLITE_INTERRUPT) {
-        static_cast<void>(token.take());
-        throw base::Cancelled();
-    }
+    const bool wasWished = token.take();
+    if ((result & 0xFF) == SQLITE_INTERRUPT || wasWished) throw base::Cancelled();
     if ((result & 0xFF) == SQLITE_NOMEM) throw std::bad_alloc();
-    const QString description = QString::fromUtf8(sqlite3_errmsg(m_database));
-    throw base::Error(numberOf(result, description), description);
+    throw failureOf(result, QString::fromUtf8(sqlite3_errmsg(m_database)), m_path);
 }
 
 void Session::reset(sqlite3_stmt* statement) {

@@ -73,7 +73,9 @@ public:
 
 private:
     void setUp();
+    void requireDone(int result) const;
 
+    QString m_path;
     sqlite3* m_database = nullptr;
     std::mutex m_turn;
     CancelToken* m_current = nullptr;  ///< of the call whose turn it is
@@ -81,7 +83,9 @@ private:
     std::mutex m_activityMutex;
     std::vector<CancelToken*> m_active;
 
+    [[nodiscard]] bool isStopWished() const;
     static int onProgress(void* session);
+    static int onBusy(void* session, int looks);
 };
 
 }  // namespace velcoran::sqlite

@@ -36,9 +36,9 @@ std::optional<ShortDecimal> slowlyRounded(double value) {
         mantissa /= 10;
         --scale;
     }
-    if (scale > kMaxScale) return std::nullopt;
+    if (scale > base::kMaxDigits) return std::nullopt;
     if (scale < 0) {
-        const auto whole = timesPowerOfTen(mantissa, -scale);
+        const auto whole = base::timesPowerOfTen(mantissa, -scale);
         if (!whole) return std::nullopt;
         mantissa = *whole;
         scale = 0;
@@ -56,12 +56,6 @@ std::optional<ShortDecimal> roundedTo15Digits(double value) {
     return slowlyRounded(value);
 }
 
-std::optional<base::Int128> timesPowerOfTen(base::Int128 mantissa, int places) {
-    for (; places > 0; --places)
-        if (__builtin_mul_overflow(mantissa, base::Int128{10}, &mantissa)) return std::nullopt;
-    return mantissa;
-}
-
 std::string decimalText(base::Int128 mantissa, int scale) {
     const ShortDecimal shortest = trimmed(mantissa, scale);
     const bool isNegative = shortest.mantissa < 0;
@@ -76,13 +70,6 @@ std::string decimalText(base::Int128 mantissa, int scale) {
     if (isNegative) digits.push_back('-');
     std::reverse(digits.begin(), digits.end());
     return digits;
-}
-
-std::string realText(double value) {
-    if (const auto rounded = roundedTo15Digits(value)) return decimalText(rounded->mantissa, rounded->scale);
-    char text[40];
-    const auto written = std::to_chars(text, text + sizeof text, value);
-    return {text, written.ptr};
 }
 
 double nearestReal(base::Int128 mantissa, int scale) {

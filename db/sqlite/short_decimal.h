@@ -13,9 +13,6 @@ constexpr int kMaxFastScale = 15;
 constexpr double kRealPowers[kMaxFastScale + 1] = {1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                                    1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
 
-/// Largest number of decimal places of a column block.
-constexpr int kMaxScale = 38;
-
 /// A decimal of at most 15 digits, or an integer: mantissa / 10^scale, scale 0 to 38 and as small as can be.
 struct ShortDecimal {
     base::Int128 mantissa = 0;
@@ -36,13 +33,8 @@ inline bool isAtScale(double value, int scale, std::int64_t& mantissa) {
 /// after the point.
 [[nodiscard]] std::optional<ShortDecimal> roundedTo15Digits(double value);
 
-/// mantissa * 10^places; nothing when it does not fit 128 bits.
-[[nodiscard]] std::optional<base::Int128> timesPowerOfTen(base::Int128 mantissa, int places);
-
 /// Shortest text of mantissa / 10^scale: no zeros at the end, "-0.5".
 [[nodiscard]] std::string decimalText(base::Int128 mantissa, int scale);
-/// Shortest text of a double rounded to 15 digits.
-[[nodiscard]] std::string realText(double value);
 /// The double nearest to mantissa / 10^scale.
 [[nodiscard]] double nearestReal(base::Int128 mantissa, int scale);
 

@@ -3,6 +3,7 @@
 #include "base/error.h"
 #include "platform/controls/accessibility.h"
 #include "platform/controls/painting.h"
+#include "platform/controls/typed_text.h"
 
 #include <QAccessible>
 #include <QCalendarWidget>
@@ -11,6 +12,7 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QScreen>
+#include <QTableView>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
@@ -38,6 +40,7 @@ public:
         m_calendar->setFirstDayOfWeek(Qt::Monday);
         m_calendar->setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
         m_calendar->setDateEditEnabled(false);
+        for (auto* view : m_calendar->findChildren<QTableView*>()) view->setTabKeyNavigation(false);
         setStyle(owner->controlStyle());
         setPalette(systemPalette());
         for (QWidget* part : findChildren<QWidget*>()) {
@@ -49,6 +52,8 @@ public:
     [[nodiscard]] QCalendarWidget* calendar() const { return m_calendar; }
 
 protected:
+    // The focus leaves the picker through its handler alone.
+    bool focusNextPrevChild(bool) override { return true; }
     void paintEvent(QPaintEvent*) override {
         QPainter painter(this);
         drawEdge(painter, rect(), QColor::fromRgb(kLine));
@@ -81,6 +86,7 @@ void DatePicker::edit(Step step) {
 void DatePicker::setBounds(QDate minimum, QDate maximum) {
     if (!minimum.isValid() || !maximum.isValid() || maximum < minimum)
         throw base::Error(base::kInvalidProcedureCall, u"Limitele datei nu sunt corecte."_s);
+    closeCalendar();  // which shows the old ones
     edit([&] { m_sections.setBounds(minimum, maximum); });
 }
 
@@ -141,17 +147,28 @@ void DatePicker::closeCalendar() {
 
 bool DatePicker::eventFilter(QObject* object, QEvent* event) {
     if (m_popup && object == m_popup.get()) {
-        if (event->type() == QEvent::MouseButtonPress) {
-            // A press on the picker closes its calendar and must not open it again.
-            const QPoint place = mapFromGlobal(static_cast<QMouseEvent*>(event)->globalPosition().toPoint());
-            m_popup->setAttribute(Qt::WA_NoMouseReplay, rect().contains(place));
-        }
-        if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_F4) {
-            closeCalendar();
-            return true;
-        }
+        if (event->type() == QEvent::MouseButtonPress) pressOutside(*static_cast<QMouseEvent*>(event));
+        if (event->type() == QEvent::KeyPress && pressInCalendar(static_cast<QKeyEvent*>(event)->key())) return true;
     }
     return ControlOf::eventFilter(object, event);
+}
+
+// A press on the picker closes its calendar and must not open it again.
+void DatePicker::pressOutside(const QMouseEvent& press) {
+    if (!m_popup->rect().contains(press.position().toPoint())) m_secondPress.armAfterPress();
+    const QPoint place = mapFromGlobal(press.globalPosition().toPoint());
+    m_popup->setAttribute(Qt::WA_NoMouseReplay, rect().contains(place));
+}
+
+/// Keys that the calendar itself has left. @return false for a key that is left here too
+bool DatePicker::pressInCalendar(int key) {
+    if (key == Qt::Key_Enter || key == Qt::Key_Return) {
+        enter(m_popup->calendar()->selectedDate());
+        return true;
+    }
+    if (key != Qt::Key_F4 && key != Qt::Key_Escape) return false;
+    closeCalendar();
+    return true;
 }
 
 void DatePicker::typeText(const QString& text) {
@@ -193,11 +210,9 @@ void DatePicker::keyPressEvent(QKeyEvent* event) {
         default:
             break;
     }
-    const bool isTyped = !event->text().isEmpty() && event->text().front().isPrint() && !isAlt;
-    if (isTyped && !(event->modifiers() & Qt::ControlModifier))
-        typeText(event->text());
-    else
-        event->ignore();
+    const QString typed = typedText(*event);
+    event->setAccepted(!typed.isEmpty());
+    typeText(typed);
 }
 
 void DatePicker::inputMethodEvent(QInputMethodEvent* event) {

@@ -57,6 +57,8 @@ private:
     template <class Step>
     void edit(Step step);
     void typeText(const QString& text);
+    void pressOutside(const QMouseEvent& press);
+    bool pressInCalendar(int key);
     [[nodiscard]] QRect buttonRect() const;
     [[nodiscard]] QRect sectionRect(DateSection section) const;
 

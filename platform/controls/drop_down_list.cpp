@@ -2,6 +2,7 @@
 
 #include "platform/controls/accessibility.h"
 #include "platform/controls/painting.h"
+#include "platform/controls/typed_text.h"
 
 #include <QApplication>
 #include <QInputMethodEvent>
@@ -20,11 +21,6 @@ namespace {
 
 constexpr int kMaxOpenRows = 8;
 constexpr int kTextMargin = 4;
-
-bool isTyped(const QKeyEvent& key) {
-    return !key.text().isEmpty() && key.text().front().isPrint() &&
-           !(key.modifiers() & (Qt::ControlModifier | Qt::AltModifier));
-}
 
 }  // namespace
 
@@ -108,9 +104,13 @@ QVariantMap DropDownList::controlState() const {
     state[u"index"_s] = index();
     state[u"text"_s] = text();
     state[u"open"_s] = isOpen();
-    state[u"highlight"_s] = isOpen() ? m_popup->list()->currentRow() : -1;
+    state[u"highlight"_s] = highlight();
     return state;
 }
+
+bool DropDownList::isOpen() const { return m_popup && m_popup->isVisible(); }
+
+int DropDownList::highlight() const { return isOpen() ? m_popup->list()->currentRow() : -1; }
 
 QRect DropDownList::openRowRect(int row) {
     if (!isOpen() || row < 0 || row >= count()) return {};
@@ -119,8 +119,6 @@ QRect DropDownList::openRowRect(int row) {
     const QRect place = list->visualItemRect(list->item(row)) & list->viewport()->rect();
     return {list->viewport()->mapToGlobal(place.topLeft()), place.size()};
 }
-
-bool DropDownList::isOpen() const { return m_popup && m_popup->isVisible(); }
 
 void DropDownList::showPopup() {
     if (isOpen() || count() == 0 || !isEnabled()) return;
@@ -173,7 +171,7 @@ void DropDownList::pickHighlighted() {
     if (row >= 0) setCurrentIndex(row);
 }
 
-void DropDownList::highlight(int row) {
+void DropDownList::mark(int row) {
     m_typed.clear();
     m_popup->list()->setCurrentRow(row);
 }
@@ -189,20 +187,20 @@ bool DropDownList::handlePopupKey(QKeyEvent& key) {
             if (isAlt)
                 pickHighlighted();
             else
-                highlight(qBound(0, row + (key.key() == Qt::Key_Up ? -1 : 1), last));
+                mark(qBound(0, row + (key.key() == Qt::Key_Up ? -1 : 1), last));
             return true;
         case Qt::Key_Home:
         case Qt::Key_Delete:
-            highlight(0);
+            mark(0);
             return true;
         case Qt::Key_End:
-            highlight(last);
+            mark(last);
             return true;
         case Qt::Key_PageUp:
-            highlight(qMax(0, row - kMaxOpenRows + 1));
+            mark(qMax(0, row - kMaxOpenRows + 1));
             return true;
         case Qt::Key_PageDown:
-            highlight(qMin(last, row + kMaxOpenRows - 1));
+            mark(qMin(last, row + kMaxOpenRows - 1));
             return true;
         case Qt::Key_Return:
         case Qt::Key_Enter:
@@ -216,8 +214,11 @@ bool DropDownList::handlePopupKey(QKeyEvent& key) {
         case Qt::Key_Backtab:
             pickHighlighted();
             return false;
+        case Qt::Key_Backspace:
+            m_typed.chop(1);
+            return true;
         default:
-            if (isTyped(key)) completeTyped(key.text());
+            completeTyped(typedText(key));
             return true;
     }
 }
@@ -243,11 +244,13 @@ bool DropDownList::eventFilter(QObject* object, QEvent* event) {
             QApplication::sendEvent(this, event);
             return true;
         }
-        if (event->type() == QEvent::MouseButtonPress) {
-            // A press on the control closes its list and must not open it again.
-            const QPoint place = mapFromGlobal(static_cast<QMouseEvent*>(event)->globalPosition().toPoint());
-            m_popup->setAttribute(Qt::WA_NoMouseReplay, rect().contains(place));
+        if (event->type() == QEvent::ShortcutOverride) {
+            // Plain keys are the list's before they are a shortcut of the host's.
+            const Qt::KeyboardModifiers modifiers = static_cast<QKeyEvent*>(event)->modifiers();
+            event->setAccepted(!(modifiers & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)));
+            return true;
         }
+        if (event->type() == QEvent::MouseButtonPress) pressOutside(*static_cast<QMouseEvent*>(event));
         return false;
     }
     if (object != list->viewport()) return ControlOf::eventFilter(object, event);
@@ -255,12 +258,19 @@ bool DropDownList::eventFilter(QObject* object, QEvent* event) {
     const bool isRelease = event->type() == QEvent::MouseButtonRelease;
     if (!isMove && !isRelease) return event->type() == QEvent::MouseButtonPress;
     const auto* item = list->itemAt(static_cast<QMouseEvent*>(event)->position().toPoint());
-    if (item != nullptr) list->setCurrentItem(const_cast<QListWidgetItem*>(item));
+    if (item != nullptr) mark(list->row(item));
     if (isRelease && item != nullptr && static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) {
         m_secondPress.arm();
         pickHighlighted();
     }
     return true;
+}
+
+// A press on the control closes its list and must not open it again.
+void DropDownList::pressOutside(const QMouseEvent& press) {
+    if (!m_popup->rect().contains(press.position().toPoint())) m_secondPress.armAfterPress();
+    const QPoint place = mapFromGlobal(press.globalPosition().toPoint());
+    m_popup->setAttribute(Qt::WA_NoMouseReplay, rect().contains(place));
 }
 
 bool DropDownList::moveChoice(int key) {
@@ -298,21 +308,18 @@ int DropDownList::itemThatStarts(const QString& start) const {
 
 // The characters go in one by one; one that no item continues starts the search anew.
 void DropDownList::completeTyped(const QString& typed) {
-    for (const QChar character : typed) {
+    for (const QString& character : charactersOf(typed)) {
         QString start = m_typed + character;
         int found = itemThatStarts(start);
         if (found < 0) {
             start = character;
             found = itemThatStarts(start);
         }
-        if (found < 0) continue;
-        if (isOpen()) {
-            highlight(found);
-        } else {
-            const QPointer<DropDownList> alive = this;
-            setCurrentIndex(found);
-            if (!alive) return;
-        }
+        if (found < 0) start.clear();
+        const QPointer<DropDownList> alive = this;
+        if (found >= 0 && isOpen()) m_popup->list()->setCurrentRow(found);
+        if (found >= 0 && !isOpen()) setCurrentIndex(found);
+        if (!alive) return;
         m_typed = start;
     }
     update();
@@ -326,8 +333,8 @@ void DropDownList::keyPressEvent(QKeyEvent* event) {
         showPopup();
     else if (event->key() == Qt::Key_Backspace)
         m_typed.chop(1), update();
-    else if (isTyped(*event))
-        completeTyped(event->text());
+    else if (const QString typed = typedText(*event); !typed.isEmpty())
+        completeTyped(typed);
     else if (!moveChoice(event->key()))
         event->ignore();
 }
@@ -376,7 +383,7 @@ void DropDownList::paintEvent(QPaintEvent*) {
     painter.setClipRect(place);
     painter.setPen(colour);
     painter.drawText(place, Qt::AlignVCenter | Qt::TextSingleLine, shown);
-    if (hasFocus() && !m_typed.isEmpty()) {
+    if (hasFocus() && !isOpen() && !m_typed.isEmpty()) {
         // What the completion added stands out, as in a field that completes.
         const int start = fontMetrics().horizontalAdvance(shown.left(m_typed.size()));
         const int width = fontMetrics().horizontalAdvance(shown) - start;

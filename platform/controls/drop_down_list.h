@@ -34,12 +34,13 @@ public:
     void showPopup() override;
     void hidePopup() override;
     [[nodiscard]] bool isOpen() const;
-
-    /// Place of a row of the open list on the screen, after scrolling it into view. @param row  from 0
-    /// @return empty while the list is closed, and for no such row
+    /// Position of the entry that is marked in the open list, -1 for none or while the list is closed.
+    [[nodiscard]] int highlight() const;
+    /// Place of an entry of the open list on the screen, after scrolling it into view; empty while the list is closed
+    /// and for no such entry. A mouse press there goes to the widget of the open list (QApplication::widgetAt).
     Q_INVOKABLE QRect openRowRect(int row);
 
-    /// "items", "index", "text", "open", "highlight" (position of the marked row of the open list, else -1).
+    /// "items", "index", "text"; "open" and "highlight".
     [[nodiscard]] QVariantMap controlState() const override;
 
 signals:
@@ -65,10 +66,11 @@ private:
     bool moveChoice(int key);
     void completeTyped(const QString& typed);
     [[nodiscard]] int itemThatStarts(const QString& start) const;
-    void highlight(int row);
+    void mark(int row);
     void placePopup();
     void pickHighlighted();
     bool handlePopupKey(QKeyEvent& key);
+    void pressOutside(const QMouseEvent& press);
 
     std::shared_ptr<void> m_accessibility;
     QString m_typed;  ///< start of the chosen item that was typed

@@ -1,6 +1,7 @@
 #include "platform/controls/grid.h"
 
 #include "platform/controls/painting.h"
+#include "platform/controls/typed_text.h"
 
 #include <QAbstractButton>
 #include <QHeaderView>
@@ -163,7 +164,6 @@ QRect Grid::cellRect(int row, int column) {
 
 QVariantMap Grid::controlState() const {
     QVariantMap state = colourState();
-    if (model() == nullptr) return state;
     QStringList names;
     QVariantList lines;
     for (int column = 1; column <= columns(); ++column) names += headerText(column);
@@ -184,7 +184,7 @@ QVariantMap Grid::controlState() const {
 
 void Grid::raiseKeyPresses(const QString& characters) {
     const QPointer<Grid> alive = this;
-    for (const QChar character : characters) {
+    for (const QString& character : charactersOf(characters)) {
         const KeyPressHandler handler = m_keyPress;
         if (handler) handler(character);
         if (!alive || isHidden()) return;  // a pick or a cancel ends the text
@@ -247,8 +247,6 @@ bool Grid::navigate(int key) {
 }
 
 void Grid::keyPressEvent(QKeyEvent* event) {
-    const Qt::KeyboardModifiers modifiers = event->modifiers() & (Qt::ControlModifier | Qt::AltModifier);
-    const bool isCommand = modifiers == Qt::ControlModifier || modifiers == Qt::AltModifier;
     const int key = event->key();
     event->accept();
     if (navigate(key)) return;
@@ -258,8 +256,8 @@ void Grid::keyPressEvent(QKeyEvent* event) {
         raiseKeyPresses(QChar(kEscape));
     else if (key == Qt::Key_Backspace)
         raiseKeyPresses(QChar(kBackspace));
-    else if (!isCommand && !event->text().isEmpty() && event->text().front().isPrint())
-        raiseKeyPresses(event->text());
+    else if (const QString typed = typedText(*event); !typed.isEmpty())
+        raiseKeyPresses(typed);
     else
         event->ignore();
 }
@@ -298,9 +296,10 @@ void Grid::mouseMoveEvent(QMouseEvent* event) { event->accept(); }
 void Grid::mouseReleaseEvent(QMouseEvent* event) {
     event->accept();
     const QModelIndex index = indexAt(event->position().toPoint());
-    const bool isClick = event->button() == Qt::LeftButton && index.isValid() && m_pressed == index;
+    const bool isClick =
+        event->button() == Qt::LeftButton && index.isValid() && m_pressed.isValid() && m_pressed.row() == index.row();
     m_pressed = QPersistentModelIndex();
-    if (isClick) emit cellClicked(index.row() + 1, index.column() + 1);
+    if (isClick) emit cellClicked(row(), column());
 }
 
 void Grid::mouseDoubleClickEvent(QMouseEvent* event) { mousePressEvent(event); }

@@ -6,9 +6,9 @@
 
 namespace velcoran::controls {
 
-/// Characters that reach the grid as a key press: typed text, Enter as 13, Esc as 27, Backspace as 8. May hide or
-/// destroy the grid.
-using KeyPressHandler = std::function<void(QChar character)>;
+/// Characters that reach the grid as a key press, one by one (a surrogate pair is one): typed text, Enter as 13, Esc as
+/// 27, Backspace as 8. May hide or destroy the grid.
+using KeyPressHandler = std::function<void(const QString& character)>;
 
 /// A read-only grid over the rows of a model that its caller owns. Row 0 is the header with the column names, column 0
 /// the fixed row header; data rows and columns count from 1. Every row has the same height, so that any number of rows
@@ -48,7 +48,7 @@ public:
     [[nodiscard]] QVariantMap controlState() const override;
 
 signals:
-    /// A click on a data cell, which is current by then.
+    /// A click on a data cell, pressed and released in its row; the pressed cell is current by then.
     void cellClicked(int row, int column);
     void currentCellChanged(int row, int column);
 

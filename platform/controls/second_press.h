@@ -4,14 +4,16 @@
 
 namespace velcoran::controls {
 
-/// Swallows the second press of a double click whose first click closed something (a list, a calendar, the picker):
-/// it would work whatever lies under the mouse by then.
+/// Swallows the second press of a double click whose first click closed something (a list, a calendar, the picker, a
+/// panel): it would work whatever lies under the mouse by then, in any window, and give it the focus.
 class SecondPressGuard final : public QObject {
 public:
     using QObject::QObject;
 
-    /// To be called when a click has closed something.
+    /// To be called when the release of a click has closed something, or a key has: the next press decides.
     void arm();
+    /// To be called while a press closes something: the press itself may still go to what lies under it.
+    void armAfterPress();
 
 protected:
     bool eventFilter(QObject* object, QEvent* event) override;

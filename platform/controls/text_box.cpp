@@ -1,6 +1,7 @@
 #include "platform/controls/text_box.h"
 
 #include "platform/controls/painting.h"
+#include "platform/controls/typed_text.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -11,6 +12,7 @@
 #include <QPainter>
 
 #include <limits>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -20,38 +22,6 @@ namespace {
 
 constexpr int kNoLimit = std::numeric_limits<int>::max();
 constexpr int kTextMargin = 2;
-
-enum class Typing : std::uint8_t {
-    none,       ///< a key of the field's own: movement, deleting, shortcuts
-    withAlt,    ///< a character with Alt alone held: it types nothing
-    character,  ///< also with right Alt, which many layouts need and which arrives as Control with Alt
-};
-
-Typing typingOf(const QKeyEvent& key) {
-    const QList<uint> characters = key.text().toUcs4();
-    if (characters.isEmpty() || !QChar::isPrint(characters.front())) return Typing::none;
-    const Qt::KeyboardModifiers modifiers = key.modifiers() & (Qt::ControlModifier | Qt::AltModifier);
-    if (modifiers == Qt::AltModifier) return Typing::withAlt;
-    return modifiers == Qt::ControlModifier ? Typing::none : Typing::character;
-}
-
-/// Characters of a text; a surrogate pair is one.
-int lengthOf(QStringView text) {
-    int pairs = 0;
-    for (qsizetype at = 1; at < text.size(); ++at)
-        if (text[at].isLowSurrogate() && text[at - 1].isHighSurrogate()) ++pairs;
-    return static_cast<int>(text.size()) - pairs;
-}
-
-/// The first characters of a text. No surrogate pair is split.
-QString firstOf(const QString& text, int count) {
-    qsizetype end = 0;
-    for (int taken = 0; taken < count && end < text.size(); ++taken) {
-        const bool isPair = text[end].isHighSurrogate() && end + 1 < text.size() && text[end + 1].isLowSurrogate();
-        end += isPair ? 2 : 1;
-    }
-    return text.left(end);
-}
 
 bool isLeavingWindow(const QFocusEvent& event) {
     return event.reason() == Qt::PopupFocusReason || event.reason() == Qt::MenuBarFocusReason ||
@@ -115,15 +85,15 @@ QVariantMap TextBox::controlState() const {
     return state;
 }
 
-int TextBox::room() const {
-    return m_limit <= 0 ? kNoLimit : qMax(0, m_limit - lengthOf(text()) + lengthOf(selectedText()));
+int TextBox::room(QStringView replaced) const {
+    return m_limit <= 0 ? kNoLimit : qMax(0, m_limit - characterCount(text()) + characterCount(replaced));
 }
 
-QString TextBox::accepted(const QString& typed) const {
+QString TextBox::accepted(const QString& typed, QStringView replaced) const {
     QString kept;
-    for (const QChar character : typed)
+    for (const QString& character : charactersOf(typed))
         if (!m_refused || !m_refused(character)) kept += character;
-    return firstOf(kept, room());
+    return firstCharacters(kept, room(replaced));
 }
 
 void TextBox::insertPasted(const QString& pasted) {
@@ -131,7 +101,7 @@ void TextBox::insertPasted(const QString& pasted) {
     QString line = pasted;
     for (QChar& character : line)
         if (character == u'\n' || character == u'\r' || character == u'\t') character = u' ';
-    line = firstOf(line, room());
+    line = firstCharacters(line, room(selectedText()));
     if (!line.isEmpty()) insert(line);
 }
 
@@ -151,12 +121,18 @@ void TextBox::keyPressEvent(QKeyEvent* event) {
         event->accept();
         return;
     }
-    const Typing typing = typingOf(*event);
-    if (typing == Typing::withAlt) return event->ignore();
-    if (typing == Typing::none) return QLineEdit::keyPressEvent(event);
-    const QString kept = accepted(event->text());
+    const QString typed = typedText(*event);
+    if (typed.isEmpty()) return pressOwnKey(*event);
+    const QString kept = accepted(typed, selectedText());
     event->accept();
     if (!kept.isEmpty()) insert(kept);
+}
+
+// Movement, deleting, commands. Without its text the key cannot type past the limit.
+void TextBox::pressOwnKey(QKeyEvent& event) {
+    QKeyEvent bare(event.type(), event.key(), event.modifiers(), QString(), event.isAutoRepeat());
+    QLineEdit::keyPressEvent(&bare);
+    event.setAccepted(bare.isAccepted());
 }
 
 void TextBox::inputMethodEvent(QInputMethodEvent* event) {
@@ -165,7 +141,8 @@ void TextBox::inputMethodEvent(QInputMethodEvent* event) {
         return;
     }
     QInputMethodEvent kept(event->preeditString(), event->attributes());
-    kept.setCommitString(accepted(event->commitString()), event->replacementStart(), event->replacementLength());
+    kept.setCommitString(accepted(event->commitString(), replacedBy(*event)), event->replacementStart(),
+                         event->replacementLength());
     // An input method replaces the selection even with nothing; a refused character leaves it alone.
     if (kept.commitString().isEmpty() && kept.preeditString().isEmpty() && hasSelectedText()) {
         event->accept();
@@ -173,6 +150,14 @@ void TextBox::inputMethodEvent(QInputMethodEvent* event) {
     }
     QLineEdit::inputMethodEvent(&kept);
     event->setAccepted(kept.isAccepted());
+}
+
+// The selection, and what the input method takes back around the caret that is left then.
+QString TextBox::replacedBy(const QInputMethodEvent& event) const {
+    QString rest = text();
+    rest.remove(selStart(), selLength());
+    const int start = qBound(0, selStart() + event.replacementStart(), static_cast<int>(rest.size()));
+    return selectedText() + rest.mid(start, event.replacementLength());
 }
 
 void TextBox::focusInEvent(QFocusEvent* event) {
@@ -237,34 +222,51 @@ void TextBox::mouseReleaseEvent(QMouseEvent* event) {
     QLineEdit::mouseReleaseEvent(event);
 }
 
+// While a text is dragged over the field, its caret moves along and the selection goes.
+void TextBox::dragEnterEvent(QDragEnterEvent* event) {
+    m_dragSelection = {selStart(), selLength()};
+    QLineEdit::dragEnterEvent(event);
+}
+
+void TextBox::dragLeaveEvent(QDragLeaveEvent* event) {
+    QLineEdit::dragLeaveEvent(event);
+    if (const auto kept = std::exchange(m_dragSelection, std::nullopt)) setSel(kept->start, kept->length);
+}
+
 void TextBox::dropEvent(QDropEvent* event) {
+    const Range selected = std::exchange(m_dragSelection, std::nullopt).value_or(Range{selStart(), selLength()});
     if (isReadOnly() || !event->mimeData()->hasText()) return;
-    deselect();
-    setCursorPosition(cursorPositionAt(event->position().toPoint()));
-    insertPasted(event->mimeData()->text());
+    const QString dropped = event->mimeData()->text();
+    const int place = cursorPositionAt(event->position().toPoint());
     event->setDropAction(Qt::CopyAction);
     event->accept();
+    const bool isOverSelection = place >= selected.start && place <= selected.start + selected.length;
+    if (isOverSelection && dropped == text().mid(selected.start, selected.length))
+        return setSel(selected.start, selected.length);
+    deselect();
+    setCursorPosition(place);
+    insertPasted(dropped);
+}
+
+// Qt's own, but pasting within the limit.
+QMenu* TextBox::makeEditMenu() {
+    QMenu* menu = createStandardContextMenu();
+    const QString pasteText = QLineEdit::tr("&Paste");
+    for (QAction* action : menu->actions()) {
+        if (!action->text().startsWith(pasteText)) continue;
+        action->disconnect();
+        connect(action, &QAction::triggered, this, &TextBox::paste);
+    }
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->setStyle(controlStyle());
+    menu->setPalette(systemPalette());
+    menu->setFont(makeFont({}));
+    return menu;
 }
 
 void TextBox::contextMenuEvent(QContextMenuEvent* event) {
-    if (!m_menu) m_menu = new QMenu(this);
-    m_menu->clear();
-    m_menu->setStyle(controlStyle());
-    m_menu->setPalette(systemPalette());
-    m_menu->setFont(makeFont({}));
-    const bool hasSelection = hasSelectedText();
-    const auto add = [this](const QString& text, bool isPossible, auto member) {
-        m_menu->addAction(text, this, member)->setEnabled(isPossible);
-    };
-    add(u"&Anulează"_s, isUndoAvailable(), &QLineEdit::undo);
-    m_menu->addSeparator();
-    add(u"&Decupează"_s, hasSelection, &QLineEdit::cut);
-    add(u"&Copiază"_s, hasSelection, &QLineEdit::copy);
-    add(u"&Lipește"_s, !QApplication::clipboard()->text().isEmpty(), &TextBox::paste);
-    add(u"Șterge"_s, hasSelection, &QLineEdit::del);
-    m_menu->addSeparator();
-    add(u"Selectează tot"_s, !text().isEmpty(), &QLineEdit::selectAll);
-    m_menu->popup(event->globalPos());
+    makeEditMenu()->popup(event->globalPos());
+    event->accept();
 }
 
 void TextBox::paintEvent(QPaintEvent* event) {

@@ -8,8 +8,8 @@ class QMenu;
 
 namespace velcoran::controls {
 
-/// Decides about one typed character: true refuses it.
-using RefusedCharacters = std::function<bool(QChar character)>;
+/// Decides about one typed character, given by its code point alone: true refuses it.
+using RefusedCharacters = std::function<bool(const QString& character)>;
 
 /// One line of text in a flat border. Gaining the focus selects the whole text, by key, by code and by the mouse press
 /// that gives it.
@@ -33,6 +33,9 @@ public:
     /// Selects; the range is cut to the text. Length 0 sets the caret.
     void setSel(int start, int length);
 
+    /// The menu of the text commands, in the language of Qt's own; deletes itself when it closes.
+    [[nodiscard]] QMenu* makeEditMenu();
+
     /// "text", "selStart", "selLength", and "dataChanged" when the window has set the property of that name.
     [[nodiscard]] QVariantMap controlState() const override;
 
@@ -52,22 +55,31 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragLeaveEvent(QDragLeaveEvent* event) override;
     void dropEvent(QDropEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void lookChanged() override;
 
 private:
-    [[nodiscard]] int room() const;
-    [[nodiscard]] QString accepted(const QString& typed) const;
+    struct Range {
+        int start = 0;
+        int length = 0;
+    };
+
+    [[nodiscard]] int room(QStringView replaced) const;
+    [[nodiscard]] QString accepted(const QString& typed, QStringView replaced) const;
+    [[nodiscard]] QString replacedBy(const QInputMethodEvent& event) const;
     void insertPasted(const QString& text);
+    void pressOwnKey(QKeyEvent& event);
 
     RefusedCharacters m_refused;
     QString m_told;  ///< the text of the last change
     int m_limit = 0;
     bool m_isShownEnabled = true;
-    QMenu* m_menu = nullptr;
-    std::optional<QPoint> m_focusPress;  ///< where the press that gave the focus was, until its release
+    std::optional<QPoint> m_focusPress;    ///< where the press that gave the focus was, until its release
+    std::optional<Range> m_dragSelection;  ///< before a text is dragged over the field
 };
 
 }  // namespace velcoran::controls

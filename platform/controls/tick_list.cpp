@@ -1,6 +1,7 @@
 #include "platform/controls/tick_list.h"
 
 #include "platform/controls/painting.h"
+#include "platform/controls/typed_text.h"
 
 #include <QMouseEvent>
 #include <QPainter>
@@ -163,17 +164,18 @@ void TickList::keyPressEvent(QKeyEvent* event) {
         case Qt::Key_End:
             setCurrentIndex(last);
             break;
-        default:
-            if (event->text().isEmpty() || (event->modifiers() & (Qt::ControlModifier | Qt::AltModifier)))
-                event->ignore();
-            else
-                moveToStart(event->text());
+        default: {
+            const QString typed = typedText(*event);
+            event->setAccepted(!typed.isEmpty());
+            moveToStart(typed);
+        }
     }
 }
 
-// Each character goes to the next row that starts with it, round the end.
+// Each letter or digit goes to the next row that starts with it, round the end.
 void TickList::moveToStart(const QString& typed) {
-    for (const QChar character : typed) {
+    for (const QString& character : charactersOf(typed)) {
+        if (!QChar::isLetterOrNumber(character.toUcs4().front())) continue;
         for (int step = 1; step <= count(); ++step) {
             const int row = (currentIndex() + step) % count();
             if (!item(row)->text().startsWith(character, Qt::CaseInsensitive)) continue;

@@ -7,7 +7,8 @@
 namespace velcoran::controls {
 
 /// A list with a tick box in every row. A click anywhere on a row makes it current and ticks or unticks it; the blank
-/// does the same with the current row. Moving the current row changes no tick.
+/// does the same with the current row; a typed letter or digit makes the next row current that starts with it. Moving
+/// the current row changes no tick.
 class TickList : public ControlOf<QListWidget> {
     Q_OBJECT
     Q_PROPERTY(QVariantMap controlState READ controlState)

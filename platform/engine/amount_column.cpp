@@ -1,7 +1,6 @@
 #include "platform/engine/amount_column.h"
 
 #include <algorithm>
-#include <array>
 #include <limits>
 
 namespace velcoran::engine {
@@ -9,15 +8,6 @@ namespace velcoran::engine {
 namespace {
 
 constexpr std::uint32_t kBlockRows = 4096;
-
-constexpr std::array<Int128, kMaxInt128Power + 1> makePowers() {
-    std::array<Int128, kMaxInt128Power + 1> powers{};
-    powers[0] = 1;
-    for (std::size_t i = 1; i < powers.size(); ++i) powers[i] = powers[i - 1] * 10;
-    return powers;
-}
-
-constexpr std::array<Int128, kMaxInt128Power + 1> kPowers = makePowers();
 
 bool isNarrow(Int128 mantissa) {
     return mantissa >= std::numeric_limits<std::int64_t>::min() && mantissa <= std::numeric_limits<std::int64_t>::max();
@@ -40,8 +30,6 @@ void appendNulls(AmountColumn::Block& block, const std::uint8_t* nulls, std::uin
 }
 
 }  // namespace
-
-Int128 powerOfTen(int exponent) { return kPowers.at(static_cast<std::size_t>(exponent)); }
 
 AmountColumn::Block& AmountColumn::blockFor(int scale) {
     if (m_blocks.empty() || m_blocks.back().rowCount == kBlockRows || m_blocks.back().scale != scale) {

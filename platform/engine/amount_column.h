@@ -11,9 +11,8 @@ namespace velcoran::engine {
 
 using base::Int128;
 
-/// 10^exponent. @param exponent  0 to 38
-[[nodiscard]] Int128 powerOfTen(int exponent);
-constexpr int kMaxInt128Power = 38;
+using base::powerOfTen;
+constexpr int kMaxInt128Power = base::kMaxDigits;
 
 /// One amount: mantissa / 10^scale.
 struct Amount {

@@ -64,6 +64,11 @@ QString numberText(const Amount& amount, int places) {
 QString amountText(const base::Decimal& amount) { return decimalText(amount, kAmountPlaces); }
 QString amountText(const Amount& amount) { return numberText(amount, kAmountPlaces); }
 
+QString wholeAmountText(const base::Decimal& amount) {
+    const QString plain = amount.toShortestText(kAmountPlaces);
+    return decimalText(amount, static_cast<int>(plain.size() - 1 - plain.indexOf(u'.')));
+}
+
 QString rateText(const Amount& rate) {
     QString text = numberText(rate, kRatePlaces);
     for (int places = kRatePlaces; places > kRateMinimum && text.endsWith(u'0'); --places) text.chop(1);

@@ -10,6 +10,9 @@ namespace velcoran::engine {
 [[nodiscard]] QString amountText(const base::Decimal& amount);
 [[nodiscard]] QString amountText(const Amount& amount);
 
+/// An amount with all its digits, at least two decimals: "1.234,5678".
+[[nodiscard]] QString wholeAmountText(const base::Decimal& amount);
+
 /// A rate: at least four decimals, six at most, "4,9750".
 [[nodiscard]] QString rateText(const Amount& rate);
 constexpr int kRatePlaces = 6;

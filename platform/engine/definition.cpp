@@ -299,7 +299,7 @@ std::shared_ptr<const Definition> definitionNamed(const QString& name) {
     initialiseResources();
     QFile file(u":/velcoran/definitions/"_s + name + u".json"_s);
     if (name.contains(u'/') || !file.open(QIODevice::ReadOnly)) {
-        throw base::Error(base::kNoSuchObject, u"There is no report definition \"%1\"."_s.arg(name));
+        throw base::Error(base::kNoSuchObject, u"Nu există definiția de raport „%1”."_s.arg(name));
     }
     return readDefinition(file.readAll());
 }

@@ -56,10 +56,22 @@ QString Document::title() const {
 }
 
 Page Document::page(base::PageNumber number) const {
+    requirePage(number);
+    return m_layout->maker.make(number.value, m_layout->pagination);
+}
+
+void Document::requirePage(base::PageNumber number) const {
     if (number.value < 1 || number.value > pageCount()) {
         throw base::Error(base::kInvalidProcedureCall, u"There is no page %1."_s.arg(number.value));
     }
-    return m_layout->maker.make(number.value, m_layout->pagination);
+}
+
+// The items of a page are the same, in the same order, however its amounts are written.
+QString Document::wholeValue(base::PageNumber number, qsizetype item) const {
+    requirePage(number);
+    const Page page = m_layout->maker.make(number.value, m_layout->pagination, Digits::Whole);
+    const bool isField = item >= 0 && item < static_cast<qsizetype>(page.items.size()) && page.items[item].isField;
+    return isField ? page.items[item].fullText : QString();
 }
 
 QStringList Document::pageLines(base::PageNumber number) const {

@@ -26,6 +26,7 @@ struct ReportTexts {
     QMap<QString, QString> texts;         ///< text objects
     QMap<QString, QString> unboundTexts;  ///< unbound fields with a string constant for their source
     int option = 0;                       ///< 0 detailed, 1 totals alone
+    bool isClient = false;                ///< the partners are clients, not suppliers
 };
 
 /// A loaded report laid out for one page set-up. Immutable; every function may be called from any thread. Making it
@@ -56,6 +57,10 @@ public:
 
     /// @throws Error kInvalidProcedureCall for a number outside 1 to pageCount()
     [[nodiscard]] Page page(base::PageNumber number) const;
+    /// Value of a field of a page, whole: amounts with all their digits, at least two decimals, texts in full length.
+    /// @param item  index into Page::items @return the empty text for what is no field
+    /// @throws Error kInvalidProcedureCall for a number outside 1 to pageCount()
+    [[nodiscard]] QString wholeValue(base::PageNumber number, qsizetype item) const;
     /// Texts of a page line by line, cells separated by a tab; empty for no such page.
     [[nodiscard]] QStringList pageLines(base::PageNumber number) const;
 
@@ -70,6 +75,8 @@ public:
     [[nodiscard]] std::optional<qint64> groupAtPage(base::PageNumber number) const;
 
 private:
+    void requirePage(base::PageNumber number) const;
+
     struct Layout;
     std::unique_ptr<const Layout> m_layout;
 };

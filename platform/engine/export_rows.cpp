@@ -58,10 +58,7 @@ std::span<const ExportColumn> pageColumns() { return kPageColumns; }
 std::span<const ExportColumn> statementColumns() { return kStatementColumns; }
 
 ExportSource::ExportSource(const Document& document) : m_document(document), m_content(document.data().content()) {
-    // The heading that names the partner says whether the report is about suppliers or clients.
-    const bool isDay = m_content.grouping == Grouping::Day;
-    const QString heading = objectText(document.texts(), isDay ? u"Text9"_s : u"Text2"_s);
-    m_partner = heading.contains(u"CLIENT"_s, Qt::CaseInsensitive) ? u"client"_s : u"furnizor"_s;
+    m_partner = document.texts().isClient ? u"client"_s : u"furnizor"_s;
 }
 
 QString ExportSource::period() const {

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace velcoran::engine {
 
@@ -43,6 +44,14 @@ struct PageMaker::Context {
     std::int32_t record = 0;
     qint64 row = -1;
     int growth = 0;
+    Digits digits = Digits::Printed;
+
+    [[nodiscard]] QString text(const base::Decimal& amount) const {
+        return digits == Digits::Whole ? wholeAmountText(amount) : amountText(amount);
+    }
+    [[nodiscard]] QString text(const Amount& amount) const {
+        return digits == Digits::Whole ? wholeAmountText(amount.toDecimal()) : amountText(amount);
+    }
 };
 
 PageMaker::PageMaker(const ReportData::Content& content, const ReportTexts& texts, const PageSetup& setup,
@@ -105,11 +114,11 @@ QString PageMaker::sumText(Variable variable, const Context& context) const {
     if (context.total != nullptr) {
         const base::Decimal* const sums[] = {&context.total->valoareNeta, &context.total->valoareTVA,
                                              &context.total->valoareTaxe, &context.total->valoareBruta};
-        return amountText(*sums[index]);
+        return context.text(*sums[index]);
     }
     const SumColumn& sums = m_content.index.sums[index];
     const std::optional<Amount> amount = sums.amount(context.cell);
-    return amount ? amountText(*amount) : amountText(sums.value(context.cell));
+    return amount ? context.text(*amount) : context.text(sums.value(context.cell));
 }
 
 QString PageMaker::variableText(Variable variable, const Context& context) const {
@@ -136,7 +145,7 @@ QString PageMaker::variableText(Variable variable, const Context& context) const
         case Variable::ReportRows:
             return countText(m_content.store.rowCount);
         case Variable::LeiTotal:
-            return amountText(m_content.lei.value);
+            return context.text(m_content.lei.value);
         case Variable::WithoutRate:
             return countText(m_content.lei.rowsWithoutRate);
         default:
@@ -153,7 +162,8 @@ QString PageMaker::unboundValue(const DefinitionObject& object, const Context& c
     if (*object.column == ColumnRole::NumarFactura) return toText(store.numarFactura.at(row));
     if (!isAmount(*object.column)) return toText(store.text(*object.column).at(row));
     const std::optional<Amount> amount = store.amount(*object.column).at(row);
-    if (amount) return object.format == ValueFormat::Rate ? rateText(*amount) : amountText(*amount);
+    const bool isPrintedRate = object.format == ValueFormat::Rate && context.digits == Digits::Printed;
+    if (amount) return isPrintedRate ? rateText(*amount) : context.text(*amount);
     if (*object.column != ColumnRole::CursValutar) return {};
     const auto odd = std::lower_bound(store.oddRates.begin(), store.oddRates.end(), std::pair(row, 0U));
     return odd != store.oddRates.end() && odd->first == row ? toText(store.oddRateTexts.text(odd->second)) : QString();
@@ -250,6 +260,7 @@ void PageMaker::addGroup(const GroupPart& part, Context& context, Page& page) co
     const Definition& definition = *m_texts.definition;
     context.group = part.group;
     context.isContinued = part.isContinued;
+    const std::int32_t before = std::exchange(context.record, 0);
     int top = pagination.bodyTop(context.page) + part.top;
     if (const DefinitionSection* heading = definition.section(SectionKind::GroupHeader)) {
         const int height = pagination.headingHeight(part.group, part.isContinued);
@@ -259,7 +270,6 @@ void PageMaker::addGroup(const GroupPart& part, Context& context, Page& page) co
         top += height;
     }
     const DefinitionSection& details = *definition.section(SectionKind::Details);
-    const std::int32_t before = context.record;
     std::int32_t record = before;
     for (std::uint32_t i = 0; i < part.detailCount; ++i, top += details.height.value) {
         context.record = ++record;
@@ -304,7 +314,7 @@ void PageMaker::addBody(Context& context, Page& page) const {
     addReportEnd(plan, context, page);
 }
 
-Page PageMaker::make(int number, const Pagination& pagination) const {
+Page PageMaker::make(int number, const Pagination& pagination, Digits digits) const {
     const Definition& definition = *m_texts.definition;
     Page page;
     page.number = {number};
@@ -313,7 +323,7 @@ Page PageMaker::make(int number, const Pagination& pagination) const {
     page.fonts = m_fonts;
     constexpr std::size_t kUsualItems = 600;
     page.items.reserve(kUsualItems);
-    Context context{pagination, number, 0, false, 0, nullptr, 0, -1, 0};
+    Context context{.pagination = pagination, .page = number, .digits = digits};
     int top = 0;
     for (const SectionKind kind : {SectionKind::ReportHeader, SectionKind::PageHeader}) {
         const DefinitionSection* section = definition.section(kind);

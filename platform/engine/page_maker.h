@@ -7,6 +7,12 @@ namespace velcoran::engine {
 
 class FontSet;
 
+/// How amounts and rates are written.
+enum class Digits : std::uint8_t {
+    Printed,  ///< as on paper
+    Whole,    ///< all of them, at least two decimals
+};
+
 /// Turns plans of pages into their items: texts as shown, places on the sheet.
 class PageMaker {
 public:
@@ -19,7 +25,7 @@ public:
     [[nodiscard]] base::Twips onSheet(int top) const;
     /// Height by which a group's heading outgrows its section.
     [[nodiscard]] int headingGrowth(std::uint32_t group, bool isContinued) const;
-    [[nodiscard]] Page make(int number, const Pagination& pagination) const;
+    [[nodiscard]] Page make(int number, const Pagination& pagination, Digits digits = Digits::Printed) const;
     /// Text of a group's key on one line.
     [[nodiscard]] QString groupText(std::uint32_t group) const;
 

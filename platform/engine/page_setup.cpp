@@ -37,7 +37,7 @@ PageSetup pageSetup(const QString& paper, bool isLandscape, base::Twips margin) 
                 margin,
                 margin};
     }
-    throw base::Error(base::kInvalidProcedureCall, u"There is no paper \"%1\"."_s.arg(paper));
+    throw base::Error(base::kInvalidProcedureCall, u"Nu există formatul de hârtie „%1”."_s.arg(paper));
 }
 
 }  // namespace velcoran::engine

@@ -57,6 +57,7 @@ struct Report::State {
     QMap<QString, QString> unboundTexts;
     QStringList filterLines;
     QString fileTitle;
+    bool isClient = false;
     int option = 0;
     db::Connection connection;
     QString commandText;
@@ -273,6 +274,8 @@ void Report::setFilterLines(const QStringList& lines) { m_state->filterLines = l
 
 QStringList Report::filterLines() const { return m_state->filterLines; }
 
+void Report::setClient(bool isClient) { m_state->isClient = isClient; }
+
 void Report::setFileTitle(const QString& title) { m_state->fileTitle = title; }
 
 QString Report::fileTitle() const { return m_state->fileTitle; }
@@ -285,7 +288,7 @@ void Report::setOption(int option) {
 int Report::option() const { return m_state->option; }
 
 ReportTexts Report::snapshot() const {
-    return {m_state->definition, m_state->texts, m_state->unboundTexts, m_state->option};
+    return {m_state->definition, m_state->texts, m_state->unboundTexts, m_state->option, m_state->isClient};
 }
 
 void Report::start(RunWatcher watcher) {

@@ -74,6 +74,9 @@ public:
     void setFilterLines(const QStringList& lines);
     [[nodiscard]] QStringList filterLines() const;
 
+    /// Whether the partner headings speak of clients: what exports call the partner's columns.
+    void setClient(bool isClient);
+
     /// What files of this report are called by default, without period and ending.
     void setFileTitle(const QString& title);
     [[nodiscard]] QString fileTitle() const;

@@ -1,7 +1,10 @@
 #include "platform/engine/row_reader.h"
 
+#include "base/real_text.h"
+
 #include <QDateTime>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstring>
@@ -12,8 +15,6 @@ namespace velcoran::engine {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr int kDoubleDigits = 15;  // what a binary floating point number carries for certain
 
 bool isNull(const ColumnBlock& column, std::uint32_t row) { return column.nulls != nullptr && column.nulls[row] != 0; }
 
@@ -45,17 +46,30 @@ std::optional<Amount> narrowed(const base::Decimal& value) {
     return Amount{static_cast<Int128>(mantissa), shortest->scale()};
 }
 
-std::optional<base::Decimal> parseNumber(std::u16string_view text) {
-    QString number = toText(text);
+/// A text as a number is written: with a point, no blanks around.
+QString numberText(std::u16string_view text) {
+    QString number = toText(text).trimmed();
     if (!number.contains(u'.')) number.replace(u',', u'.');
-    return base::Decimal::parse(number);
+    return number;
+}
+
+/// A binary floating point number that a provider wrote with an exponent, having no decimal for it.
+std::optional<double> parseReal(const QString& text) {
+    const qsizetype exponentAt = text.indexOf(u'e', 0, Qt::CaseInsensitive);
+    if (exponentAt < 0) return std::nullopt;
+    const auto digitCount =
+        std::count_if(text.begin(), text.begin() + exponentAt, [](QChar one) { return one.isDigit(); });
+    if (digitCount > base::kRealDigits) return std::nullopt;
+    bool isReal = false;
+    const double value = text.toDouble(&isReal);
+    return isReal && std::isfinite(value) ? std::optional(value) : std::nullopt;
 }
 
 /// The number of a finite double, to 15 digits. Nothing for one that 128 bits do not hold.
 std::optional<Amount> amountOf(double value) {
     std::array<char, 32> buffer{};
     const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::scientific,
-                                   kDoubleDigits - 1);
+                                   base::kRealDigits - 1);
     Int128 mantissa = 0;
     const char* at = buffer.data();
     for (; *at != 'e'; ++at) {
@@ -64,14 +78,14 @@ std::optional<Amount> amountOf(double value) {
     if (mantissa == 0) return Amount{};
     int exponent = 0;
     std::from_chars(at[1] == '+' ? at + 2 : at + 1, end.ptr, exponent);
-    int scale = kDoubleDigits - 1 - exponent;
+    int scale = base::kRealDigits - 1 - exponent;
     for (; scale > 0 && mantissa % 10 == 0; --scale) mantissa /= 10;
-    if (scale > kMaxInt128Power + kDoubleDigits) return Amount{};
+    if (scale > kMaxInt128Power + base::kRealDigits) return Amount{};
     if (scale > kMaxInt128Power) {
         mantissa /= powerOfTen(scale - kMaxInt128Power);
         scale = kMaxInt128Power;
     }
-    if (scale < kDoubleDigits - kMaxInt128Power) return std::nullopt;
+    if (scale < base::kRealDigits - kMaxInt128Power) return std::nullopt;
     if (scale < 0) mantissa *= powerOfTen(-scale);
     return Amount{value < 0 ? -mantissa : mantissa, std::max(scale, 0)};
 }
@@ -86,7 +100,7 @@ QString numberText(const ColumnBlock& column, std::uint32_t row) {
         case ColumnType::Decimal128:
             return base::Decimal::fromInt128(wideAt(column, row), column.scale).toShortestText();
         case ColumnType::Double:
-            return QString::number(static_cast<const double*>(column.values)[row], 'g', kDoubleDigits);
+            return base::realText(static_cast<const double*>(column.values)[row]);
         default:
             return {};
     }
@@ -162,11 +176,16 @@ private:
 std::optional<Amount> mixedAmount(const ColumnBlock& column, std::uint32_t row, bool& isNumber) {
     if (column.type == ColumnType::Double) {
         const double value = static_cast<const double*>(column.values)[row];
-        isNumber = !std::isnan(value);
-        return std::isfinite(value) ? amountOf(value) : std::nullopt;
+        isNumber = std::isfinite(value);
+        return isNumber ? amountOf(value) : std::nullopt;
     }
     if (column.type != ColumnType::Text) return std::nullopt;
-    const std::optional<base::Decimal> number = parseNumber(textAt(column, row));
+    const QString text = numberText(textAt(column, row));
+    if (const std::optional<double> real = parseReal(text)) {
+        isNumber = true;
+        return amountOf(*real);
+    }
+    const std::optional<base::Decimal> number = base::Decimal::parse(text);
     isNumber = number.has_value();
     return number ? narrowed(*number) : std::nullopt;
 }
@@ -194,7 +213,8 @@ void RowReader::addOddValue(ColumnRole role, const ColumnBlock& column, std::uin
     if (role == ColumnRole::CursValutar) {
         m_store.oddRates.emplace_back(m_store.rowCount + row, m_store.oddRateTexts.intern(toView(shown)));
     } else if (!shown.trimmed().isEmpty()) {
-        throw base::Error(base::kTypeMismatch, u"Type mismatch: "_s + columnName(role) + u" = "_s + shown);
+        throw base::Error(base::kTypeMismatch,
+                          u"Valoarea „%2” din coloana %1 nu este un număr."_s.arg(columnName(role), shown));
     }
 }
 
@@ -213,7 +233,8 @@ void RowReader::addAmounts(ColumnRole role, const RowBlock& block) {
         if (amount) {
             runs.add(*amount);
         } else if (isNumber) {
-            throw base::Error(base::kOverflow, u"Overflow: "_s + columnName(role));
+            throw base::Error(base::kOverflow,
+                              u"O valoare din coloana %1 are prea multe cifre."_s.arg(columnName(role)));
         } else {
             addOddValue(role, block.columns[source], row);
             runs.addNull();
@@ -245,12 +266,7 @@ void RowReader::addTexts(ColumnRole role, const RowBlock& block) {
 
 void RowReader::add(const RowBlock& block) {
     if (block.rowCount > std::numeric_limits<std::uint32_t>::max() - 1 - m_store.rowCount) {
-        throw base::Error(base::kOverflow, u"Overflow"_s);
-    }
-    for (const int source : m_binding) {
-        if (source >= static_cast<int>(block.columnCount)) {
-            throw base::Error(base::kProviderFailure, u"The rows have fewer columns than the statement described."_s);
-        }
+        throw base::Error(base::kOverflow, u"Interogarea are prea multe rânduri."_s);
     }
     for (std::size_t role = 0; role < kColumnCount; ++role) {
         if (isAmount(static_cast<ColumnRole>(role))) {

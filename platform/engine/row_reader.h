@@ -13,6 +13,7 @@ class RowReader {
 public:
     explicit RowReader(const ColumnBinding& binding) : m_binding(binding) {}
 
+    /// @param block  checked (db::Rows::fetch), of the columns that the binding was made for
     /// @throws Error kTypeMismatch for an amount that is no number, kOverflow for one beyond 38 digits or for more rows
     ///     than 32 bits count
     void add(const RowBlock& block);

@@ -30,6 +30,8 @@ public:
     [[nodiscard]] int currentPage() const;
     /// @param page  from 1; the nearest one that exists
     void goToPage(int page);
+    /// Moves the pages by a key of theirs: the arrows, a page up or down, the blank. @return false for any other key
+    bool scroll(const QKeyEvent& key);
     /// Scrolls as little as it takes to have a place of a page in view. @param page  from 0 @param place  in twips
     void ensureVisible(int page, const QRectF& place);
     /// Draws the marks of search and choice anew.

@@ -33,20 +33,24 @@ constexpr ScrollRow kScrollKeys[] = {
 
 }  // namespace
 
-void PageArea::keyPressEvent(QKeyEvent* event) {
-    event->ignore();
-    const Qt::KeyboardModifiers modifiers = event->modifiers() & ~Qt::KeypadModifier;
-    if (m_layout.pageCount() == 0 || (modifiers & ~Qt::ShiftModifier) != 0) return;
+void PageArea::keyPressEvent(QKeyEvent* event) { event->setAccepted(scroll(*event)); }
+
+bool PageArea::scroll(const QKeyEvent& key) {
+    const Qt::KeyboardModifiers modifiers = key.modifiers() & ~Qt::KeypadModifier;
+    if (m_layout.pageCount() == 0 || (modifiers & ~Qt::ShiftModifier) != 0) return false;
     for (const ScrollRow& row : kScrollKeys) {
-        if (row.key != event->key() || row.isShifted != modifiers.testFlag(Qt::ShiftModifier)) continue;
-        event->accept();
+        if (row.key != key.key() || row.isShifted != modifiers.testFlag(Qt::ShiftModifier)) continue;
         // With whole pages in view, a view is a page.
-        if (row.views != 0 && m_zoom.kind == Zoom::Kind::WholePage) return goToPage(m_current + row.views);
+        if (row.views != 0 && m_zoom.kind == Zoom::Kind::WholePage) {
+            goToPage(m_current + row.views);
+            return true;
+        }
         QScrollBar* bar = row.axis == Axis::Vertical ? verticalScrollBar() : horizontalScrollBar();
         const int view = std::max(1, viewport()->height() - kPageOverlap) / m_barUnit;
         bar->setValue(bar->value() + row.lines * bar->singleStep() + row.views * view);
-        return;
+        return true;
     }
+    return false;
 }
 
 void PageArea::wheelEvent(QWheelEvent* event) {
@@ -107,7 +111,7 @@ void PageArea::clickObject(int page, qsizetype item, QPoint place) {
     m_marks.select(Selection{page, item});
     viewport()->update();
     emit selectionChanged();
-    const QStringList fields = fieldValues(m_marks.page(page).items[item]);
+    const QStringList fields = m_marks.fieldValues({page, item});
     emit objectClicked(viewport()->mapTo(this, place), fields);
 }
 

@@ -42,10 +42,6 @@ std::optional<qsizetype> itemOfField(const engine::Page& page, const QString& fi
     return at - page.items.begin();
 }
 
-QStringList fieldValues(const engine::PageItem& item) {
-    return item.isField ? QStringList(item.fullText) : QStringList();
-}
-
 void PageMarks::setDocument(std::shared_ptr<const engine::Document> document) {
     m_document = std::move(document);
     m_pages.clear();
@@ -79,6 +75,11 @@ std::optional<QRectF> PageMarks::currentHit(int page) {
     const std::optional<engine::SearchHit>& hit = m_searcher.current();
     if (!m_document || !hit || hit->page.value != page + 1) return std::nullopt;
     return hitRect(this->page(page), *hit);
+}
+
+QStringList PageMarks::fieldValues(const Selection& object) {
+    if (!page(object.page).items[object.item].isField) return {};
+    return {m_document->wholeValue({object.page + 1}, object.item)};
 }
 
 QString PageMarks::selectedValue() {

@@ -25,8 +25,6 @@ struct Selection {
 [[nodiscard]] std::optional<qsizetype> itemAt(const engine::Page& page, QPointF place);
 /// The object that shows a field of a record, both counted as on the page. Nothing where there is none.
 [[nodiscard]] std::optional<qsizetype> itemOfField(const engine::Page& page, const QString& field, int record);
-/// Values of the fields of an object, as the event of a click carries them; empty for texts, lines and boxes.
-[[nodiscard]] QStringList fieldValues(const engine::PageItem& item);
 /// Rectangle of an object, in twips.
 [[nodiscard]] QRectF rectOf(const engine::PageItem& item);
 
@@ -49,6 +47,8 @@ public:
 
     void select(const std::optional<Selection>& selection) { m_selection = selection; }
     [[nodiscard]] const std::optional<Selection>& selection() const { return m_selection; }
+    /// Whole values of the fields of an object, as the event of a click carries them; empty for texts, lines and boxes.
+    [[nodiscard]] QStringList fieldValues(const Selection& object);
     /// The chosen object's full text; empty without one.
     [[nodiscard]] QString selectedValue();
     /// Texts of the chosen object's record, separated by tabs; empty when it belongs to none.

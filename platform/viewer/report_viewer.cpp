@@ -106,9 +106,15 @@ void ReportViewer::keyPressEvent(QKeyEvent* event) {
     event->ignore();
     if (event->key() == Qt::Key_Escape) return event->setAccepted(m_private->closeSearch());
     const std::optional<Command> command = m_private->usableCommand(*event);
-    if (!command) return;
-    event->accept();
-    m_private->run(*command);
+    event->setAccepted(command || m_private->m_pages->scroll(*event));
+    if (command) m_private->run(*command);
+}
+
+// The pages are the one part of the viewer in the window's tab order.
+bool ReportViewer::focusNextPrevChild(bool isNext) {
+    if (!m_private->m_pages->hasFocus())
+        m_private->m_pages->setFocus(isNext ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+    return QWidget::focusNextPrevChild(isNext);
 }
 
 }  // namespace velcoran::viewer

@@ -19,8 +19,9 @@ namespace velcoran::viewer {
 /// gives one downloadStarted, and every view ends with exactly one downloadFinished - at the end, after a stop, after a
 /// failure (which the pane then shows) and after a cancelled load - except when the viewer is destroyed first.
 ///
-/// The focus goes to the pages (setFocus on the viewer does that). The toolbar is 480 twips high and leaves 4040 twips
-/// free at its right end. Child widgets have names that begin with "crw".
+/// The focus goes to the pages (setFocus on the viewer does that); Tab leaves the viewer from wherever in it the focus
+/// is. The toolbar is 480 twips high and leaves 4040 twips free at its right end. Child widgets have names that begin
+/// with "crw".
 class ReportViewer : public QWidget {
     Q_OBJECT
     Q_PROPERTY(bool busy READ isBusy)
@@ -82,8 +83,9 @@ signals:
     /// @param useDefault  true at first; a window that has taken the work over sets it to false
     void printButtonClicked(bool* useDefault);
     void exportButtonClicked(bool* useDefault);
-    /// The user double-clicked a report object. @param fields  values of the object's fields as the page shows them, in
-    ///     order; empty for an object without fields
+    /// The user double-clicked a report object. @param fields  whole values of the object's fields, in order; empty for
+    /// an
+    ///     object without fields
     void objectClicked(int x, int y, const QStringList& fields, bool* useDefault);
     /// The statement has answered. @param loadingType  always 0
     void downloadStarted(int loadingType);
@@ -96,6 +98,7 @@ signals:
 protected:
     bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    bool focusNextPrevChild(bool isNext) override;
 
 private:
     class Private;

@@ -209,6 +209,11 @@ bool Toolbar::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::FocusOut && watched == m_zoomList->lineEdit()) m_zoomList->setEditText(m_zoomText);
     if (event->type() != QEvent::KeyPress) return QWidget::eventFilter(watched, event);
     const auto* press = static_cast<QKeyEvent*>(event);
+    // The list of sizes would choose another one by the keys that move the pages.
+    if (watched == m_zoomList && (press->key() == Qt::Key_PageUp || press->key() == Qt::Key_PageDown)) {
+        event->ignore();
+        return true;
+    }
     const bool isZoomBox = watched == m_zoomList || watched == m_zoomList->lineEdit();
     if (isZoomBox && (press->key() == Qt::Key_Return || press->key() == Qt::Key_Enter)) {
         enterZoom();

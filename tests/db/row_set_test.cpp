@@ -90,11 +90,11 @@ TEST_F(RowSetTest, showsEveryTypeAsPeopleReadIt) {
                      {u"e"_s, ColumnType::DateTime},
                      {u"f"_s}},
          .rows = {{u"-12"_s, u"-0.5"_s, u"12345678901234567890123456789.25"_s, u"0.1"_s, u"2026-07-31"_s, u"ș"_s},
-                  {u"0"_s, u"100"_s, u"-7"_s, u"2"_s, u"1969-12-31 23:59:58"_s, QString()}}});
+                  {u"0"_s, u"100"_s, u"-7"_s, u"100000"_s, u"1969-12-31 23:59:58"_s, QString()}}});
     const RowSet rows = open(u"types"_s);
     const QStringList first{
         u"-12"_s, u"-0.5"_s, u"12345678901234567890123456789.25"_s, u"0.1"_s, u"2026-07-31 00:00:00"_s, u"ș"_s};
-    const QStringList second{u"0"_s, u"100"_s, u"-7"_s, u"2"_s, u"1969-12-31 23:59:58"_s, QString()};
+    const QStringList second{u"0"_s, u"100"_s, u"-7"_s, u"100000"_s, u"1969-12-31 23:59:58"_s, QString()};
     for (int i = 0; i < 6; ++i) {
         EXPECT_EQ(rows.cell(0, i), first[i]);
         EXPECT_EQ(rows.cell(1, i), second[i]);

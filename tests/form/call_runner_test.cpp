@@ -1,5 +1,6 @@
 #include "form/form_fixture.h"
 
+#include <QLineEdit>
 #include <QTimer>
 
 namespace velcoran::tests {
@@ -67,6 +68,45 @@ TEST_F(SlowStatementTest, aSetupMeanwhileIsRefused) {
     ASSERT_TRUE(error.has_value());
     EXPECT_EQ(error->number(), 5);
     EXPECT_EQ(member("caption"), u"Facturi Import Furnizori"_s);
+}
+
+TEST_F(SlowStatementTest, aRefusedCallLeavesTheConnectionToo) {
+    const auto other = FakeConnection::create();
+    int refused = 0;
+    lookUpWhile([&] {
+        try {
+            window.setPriza(db::Connection(other->asConnection()));
+        } catch (const base::Error& error) {
+            refused = error.number();
+        }
+        window.CloseForm();
+    });
+    EXPECT_EQ(refused, 5);
+    EXPECT_GE(connection->cancelCount(), 1) << "the close cancelled the statement that runs";
+    EXPECT_EQ(other->cancelCount(), 0);
+}
+
+TEST_F(SlowStatementTest, aStopIsForOneStatement) {
+    lookUpWhile([&] { QTest::keyClick(box("txtCodAgent"), Qt::Key_Escape); });
+    EXPECT_FALSE(isShown("fraGrid"));
+    lookUpWhile([] {});
+    EXPECT_TRUE(isShown("fraGrid"));
+}
+
+TEST_F(SlowStatementTest, theHostsOwnInputAndAQuitWait) {
+    QLineEdit hosts;
+    hosts.show();
+    QString during = u"?"_s;
+    bool hasQuit = false;
+    lookUpWhile([&] {
+        QTest::keyClick(&hosts, Qt::Key_A);
+        during = hosts.text();
+        QObject::connect(qApp, &QCoreApplication::aboutToQuit, &hosts, [&] { hasQuit = true; });
+    });
+    EXPECT_EQ(during, QString()) << "inside our call it would come back into the host";
+    EXPECT_FALSE(hasQuit);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(hosts.text(), u"a"_s);
 }
 
 TEST_F(SlowStatementTest, aBoundConnectionIsCalledOnTheWindowsThread) {

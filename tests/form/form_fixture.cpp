@@ -2,11 +2,23 @@
 
 #include "platform/com/object.h"
 
+#include <QWindow>
+
 namespace velcoran::tests {
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+/// Notes whether a double click gets past the application's filters.
+class Door final : public QObject {
+public:
+    bool eventFilter(QObject*, QEvent* event) override {
+        isPassed = isPassed || event->type() == QEvent::MouseButtonDblClick;
+        return false;
+    }
+    bool isPassed = false;
+};
 
 class RecordingMesaje final : public com::Object<IMesaje> {
 public:
@@ -73,6 +85,37 @@ QString FormTest::focus() {
 
 void FormTest::press(int key, Qt::KeyboardModifiers modifiers) {
     QTest::keyClick(QApplication::focusWidget(), static_cast<Qt::Key>(key), modifiers);
+}
+
+QWidget* FormTest::keyReceiver() {
+    QWidget* popup = QApplication::activePopupWidget();
+    if (popup == nullptr) return QApplication::focusWidget();
+    return popup->focusWidget() != nullptr ? popup->focusWidget() : popup;
+}
+
+void FormTest::hold(int key, const QString& text, int repeats) {
+    for (int press = 0; press <= repeats; ++press) {
+        QWidget* receiver = keyReceiver();
+        if (receiver == nullptr) return;
+        QKeyEvent event(QEvent::KeyPress, key, Qt::NoModifier, text, press > 0);
+        QApplication::sendEvent(receiver, &event);
+    }
+}
+
+bool FormTest::doubleClick(QWidget* widget, QPoint place) {
+    const QPoint global = widget->mapToGlobal(place);
+    QTest::mouseClick(widget, Qt::LeftButton, {}, place);
+    QCoreApplication::processEvents();
+    QWindow* target = window.windowHandle();
+    QMouseEvent second(QEvent::MouseButtonDblClick, target->mapFromGlobal(global), global, Qt::LeftButton,
+                       Qt::LeftButton, Qt::NoModifier);
+    Door door;
+    target->installEventFilter(&door);
+    QApplication::sendEvent(target, &second);
+    QMouseEvent release(QEvent::MouseButtonRelease, target->mapFromGlobal(global), global, Qt::LeftButton, Qt::NoButton,
+                        Qt::NoModifier);
+    QApplication::sendEvent(target, &release);
+    return door.isPassed;
 }
 
 void FormTest::type(const QString& text) {

@@ -64,6 +64,12 @@ protected:
     /// Presses and releases a key where the focus is.
     void press(int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void type(const QString& text);
+    /// Holds a key down: the press, then auto-repeat presses, each where the focus or an open list is by then.
+    void hold(int key, const QString& text, int repeats = 3);
+    /// The widget that gets the keys now.
+    static QWidget* keyReceiver();
+    /// A double click as the window system brings it to the window. @return true when its second press gets there
+    bool doubleClick(QWidget* widget, QPoint place);
     /// Puts a picked value into a field, as the picker does.
     void setPicked(const char* name, const QString& text);
     /// The texts that reached the connection since the last call.

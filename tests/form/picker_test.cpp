@@ -148,4 +148,17 @@ TEST_F(PickerTest, typedTextOutlivesTheWindow) {
     EXPECT_EQ(grid()->rows(), 1);
 }
 
+TEST_F(PickerTest, aCallClosesTheOpenPickerAsEscDoes) {
+    giveFocus("txtTipClient");
+    press(Qt::Key_Return);
+    ASSERT_TRUE(isShown("fraGrid"));
+    type(u"a"_s);
+    setUpFor(u"Export"_s);
+    EXPECT_FALSE(isShown("fraGrid"));
+    EXPECT_TRUE(find<QWidget>("frmEnable")->isEnabled());
+    EXPECT_EQ(focus(), u"txtTipClient"_s);
+    EXPECT_EQ(member("sCautare"), QString());
+    EXPECT_EQ(box("txtTipClient")->text(), QString());
+}
+
 }  // namespace velcoran::tests

@@ -120,6 +120,11 @@ TEST_F(SetupTest, failuresLeaveTheWindowAsFarAsItGot) {
         {"text year", [this] { answerYear(u"an"_s, ColumnType::Text); }, 13, false, 0, 0},
         {"large year", [this] { answerYear(u"40000"_s); }, 6, false, 0, 0},
         {"last year", [this] { answerYear(u"32767"_s); }, 6, true, 2, 5},
+        {"year beyond 16 bits", [this] { answerYear(u"32768"_s); }, 6, false, 0, 0},
+        {"year before all dates", [this] { answerYear(u"1752"_s); }, 5, true, 2, 5},
+        {"year behind all dates", [this] { answerYear(u"9999"_s); }, 5, true, 2, 5},
+        {"no year at all", [this] { answerYear(u"0"_s); }, 5, true, 2, 5},
+        {"year below zero", [this] { answerYear(u"-2026"_s); }, 5, true, 2, 5},
         {"empty An", [this] { connection->answer(u"FROM An"_s, {.columns = {{u"An"_s}}}); }, 3021, false, 0, 0},
         {"empty Depozite", [this] { connection->answer(u"FROM Depozite"_s, {.columns = {{u"D"_s}}}); }, 3021, true, 2,
          0},
@@ -142,12 +147,85 @@ TEST_F(SetupTest, failuresLeaveTheWindowAsFarAsItGot) {
         EXPECT_EQ(window.isMaximized(), one.isMaximized);
         EXPECT_EQ(member("caption"), u"Rapoarte Terti"_s);
         EXPECT_EQ(focus(), u"cmbTipRaport"_s);
+        EXPECT_EQ(caption("chkLohn"), u"chkLohn"_s);
+        EXPECT_EQ(caption("frmClient"), one.isMaximized ? u"Filtrare Furnizori:"_s : u"Filtrare Clienti"_s);
+        EXPECT_EQ(find<controls::DatePicker>("Deladata")->minimum(), QDate(1753, 1, 1)) << "no bound is set";
+        EXPECT_TRUE(list("cmbCategorie")->items().isEmpty());
         EXPECT_EQ(list("cmbTipRaport")->items().size(), one.reportEntries);
         EXPECT_EQ(find<controls::TickList>("cmbDepozit")->items().size(), one.warehouses);
         EXPECT_EQ(member("objMesaje"), u"true"_s);
         window.CloseForm();
         QCoreApplication::processEvents();
     }
+}
+
+TEST_F(SetupTest, warehousesWithoutATextAreLeftOut) {
+    const struct {
+        std::vector<std::vector<FakeCell>> rows;
+        QStringList items;
+        int current;
+    } cases[] = {
+        {{{u"1 - A"_s}, {std::nullopt}, {u""_s}, {u"2 - B"_s}}, {u"1 - A"_s, u""_s, u"2 - B"_s}, 0},
+        {{{std::nullopt}, {std::nullopt}}, {}, -1},
+    };
+    for (const auto& one : cases) {
+        connection->answer(u"FROM Depozite"_s, {.columns = {{u"Depozit"_s}}, .rows = one.rows});
+        EXPECT_FALSE(failureOf(u"Import"_s).has_value());
+        auto* warehouses = find<controls::TickList>("cmbDepozit");
+        EXPECT_EQ(warehouses->items(), one.items);
+        EXPECT_EQ(warehouses->currentIndex(), one.current);
+        EXPECT_EQ(member("caption"), u"Facturi Import Furnizori"_s) << "the setup came to its end";
+    }
+}
+
+TEST_F(SetupTest, theFirstAndLastYearsHaveTheirPeriod) {
+    for (const int year : {1753, 9998}) {
+        answerYear(QString::number(year));
+        EXPECT_FALSE(failureOf(u"Import"_s, QDate(year, 5, 6)).has_value());
+        EXPECT_EQ(find<controls::DatePicker>("Deladata")->minimum(), QDate(year, 1, 1));
+        EXPECT_EQ(find<controls::DatePicker>("Ladata")->maximum(), QDate(year + 1, 1, 31));
+        EXPECT_EQ(find<controls::DatePicker>("Ladata")->value(), QDate(year, 5, 6));
+    }
+}
+
+// A failing step leaves the captions of the later ones as they stood, and the year that was read.
+TEST_F(SetupTest, aFailedSecondSetupKeepsWhatItDidNotReach) {
+    setUpFor(u"Export"_s);
+    connection->answer(u"FROM Depozite"_s, {.columns = {{u"D"_s}}});
+    answerYear(u"2004"_s);
+    ASSERT_TRUE(failureOf(u"Import"_s).has_value());
+    EXPECT_EQ(member("iAn"), u"2004"_s);
+    EXPECT_EQ(caption("frmClient"), u"Filtrare Furnizori:"_s);
+    EXPECT_EQ(caption("chkLohn"), u"Inclusiv exporturile temporare"_s);
+    EXPECT_EQ(caption("frmProduse"), u"Facturi care contin:"_s);
+    EXPECT_EQ(member("caption"), u"Facturi Export Clienti"_s);
+    EXPECT_EQ(list("cmbCategorie")->items().size(), 6);
+    EXPECT_TRUE(find<controls::TickList>("cmbDepozit")->items().isEmpty());
+    answerYear(std::nullopt);
+    setPicked("txtTipProdus", u"T"_s);
+    ASSERT_TRUE(failureOf(u"Export"_s).has_value());
+    EXPECT_EQ(member("iAn"), u"2004"_s);
+    EXPECT_EQ(caption("frmClient"), u"Filtrare Furnizori:"_s);
+    EXPECT_EQ(box("txtTipProdus")->text(), u"T"_s);
+}
+
+TEST_F(SetupTest, aCallThatBringsThePanelBackStartsAtItsFirstControl) {
+    setUpFor(u"Import"_s);
+    giveFocus("cmbVizual");
+    press(Qt::Key_Space);
+    ASSERT_EQ(focus(), u"CRW"_s) << "hidden with its panel, the button gives the focus to the viewer";
+    setUpFor(u"Import"_s);
+    EXPECT_EQ(focus(), u"cmbTipRaport"_s);
+    giveFocus("Command1");
+    setUpFor(u"Import"_s);
+    EXPECT_EQ(focus(), u"Command1"_s) << "a panel in view leaves the focus alone";
+}
+
+TEST_F(SetupTest, theWindowHasItsIcon) {
+    const QImage shown = window.windowIcon().pixmap(32).toImage();
+    ASSERT_FALSE(shown.isNull());
+    EXPECT_EQ(shown.pixelColor(14, 8), QColor(Qt::white)) << "the sheet";
+    EXPECT_EQ(shown.pixelColor(15, 25), QColor(0, 192, 0)) << "the arrow";
 }
 
 TEST_F(SetupTest, withoutAConnectionFailsOnceTheWindowShows) {

@@ -50,13 +50,21 @@ TEST(PeriodOf, followsYearAndWorkingDate) {
     for (const auto& one : cases) EXPECT_EQ(periodOf(2003, one.workingDate), (Period{first, last, one.from, one.to}));
 }
 
-TEST(PeriodOf, overflowsAtTheLastYear) {
-    try {
-        (void)periodOf(32767, QDate(2003, 7, 15));
-        FAIL();
-    } catch (const base::Error& error) {
-        EXPECT_EQ(error.number(), 6);
+TEST(PeriodOf, refusesYearsWithoutAPeriod) {
+    const struct {
+        std::int16_t year;
+        int number;
+    } cases[] = {{32767, 6}, {32766, 5}, {9999, 5}, {1752, 5}, {0, 5}, {-1, 5}, {-32768, 5}};
+    for (const auto& one : cases) {
+        try {
+            (void)periodOf(one.year, QDate(2003, 7, 15));
+            ADD_FAILURE() << one.year;
+        } catch (const base::Error& error) {
+            EXPECT_EQ(error.number(), one.number) << one.year;
+        }
     }
+    EXPECT_EQ(periodOf(1753, QDate(2003, 7, 15)).minimum, QDate(1753, 1, 1));
+    EXPECT_EQ(periodOf(9998, QDate(2003, 7, 15)).maximum, QDate(9999, 1, 31));
 }
 
 }  // namespace velcoran::form

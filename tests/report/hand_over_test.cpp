@@ -3,6 +3,7 @@
 #include "base/error.h"
 #include "db/command.h"
 #include "filters/statement_database.h"
+#include "platform/engine/document.h"
 #include "platform/engine/report.h"
 #include "report/filters_in_force.h"
 #include "report/period.h"
@@ -60,6 +61,7 @@ TEST(HandOver, followsListKindAndTotals) {
         EXPECT_EQ(plan.definition, one.definition) << name;
         EXPECT_EQ(plan.presentationTexts, one.presentationTexts) << name;
         EXPECT_EQ(plan.titleTexts, one.titleTexts) << name;
+        EXPECT_EQ(plan.isClient, !one.presentationTexts.isEmpty()) << name << ": the columns follow their heading";
         EXPECT_EQ(plan.option, one.option) << name;
         EXPECT_EQ(plan.periodSource, u"'= 01/07/2003 - 31/07/2003 ='") << name;
     }
@@ -86,6 +88,7 @@ TEST_F(HandOverRun, preparesTheReportForTheViewer) {
     EXPECT_EQ(rptFacturi->text(u"Text3"_s), u"DENUMIRE\r\nCLIENT");
     EXPECT_EQ(rptFacturi->unboundFieldText(u"UnboundString6"_s), u"= 01/07/2003 - 31/07/2003 =");
     EXPECT_EQ(rptFacturi->option(), 1);
+    EXPECT_TRUE(rptFacturi->snapshot().isClient);
     EXPECT_EQ(rptFacturi->filterLines(), QStringList{u"Inclusiv exporturile temporare"_s});
 }
 

@@ -57,7 +57,7 @@ def open_lists(hands):
 
 def double_clicks(hands):
     """What the first click closed does not let the second press through to what lies behind it."""
-    for name, wanted in (("cmbSortare", 2), ("cmbTipRaport", 1), ("cmbCategorie", 4)):
+    for name, wanted in (("cmbSortare", 2), ("cmbTipRaport", 1), ("cmbCategorie", 3), ("cmbSelectie", 0)):
         before = hands.do(do="state")["state"]["controls"]
         hands.do(do="click", control=name)
         focus = hands.do(do="click", control=name, row=wanted, double=True)["focus"]
@@ -125,6 +125,7 @@ def accelerators(hands):
 def main(program, database):
     hands = Hands(program, database)
     hands.do(do="incarca", kind="Import", date="2026-03-15", soc="")
+    hands.expect("Grid", columns=[], rows=[], row=0, column=0)  # before any lookup
     for step in (open_lists, double_clicks, covered_and_disabled, typing, dates, accelerators):
         try:
             step(hands)

@@ -8,6 +8,7 @@ import os
 import signal
 import subprocess
 import sys
+import tempfile
 import time
 
 from replay import Program
@@ -88,6 +89,13 @@ def report_that_loads(script):
     script.do({"do": "click", "control": "cmdViz"})
 
 
+def report_that_loads_at_once(script):
+    """However fast it loads, the window has not seen its end before it dispatches."""
+    for _ in range(20):
+        assert len(script.meanwhile(RUN, STATE)["during"]) == 1
+        script.do({"do": "click", "control": "cmdViz"})
+
+
 def report_that_is_stopped(script):
     for stop in (ESC, {"do": "viewer", "action": "stop"}):
         script.do(LONG)
@@ -144,6 +152,24 @@ def silent_server(program, database):
     assert script.end() == 0
 
 
+def silent_export(program):
+    """A report whose rows come too late: status 1, the reason in one line, the old file as it was."""
+    with tempfile.TemporaryDirectory() as folder:
+        database, out = os.path.join(folder, "sample.db"), os.path.join(folder, "report.csv")
+        surroundings = dict(os.environ, QT_QPA_PLATFORM="offscreen")
+        subprocess.check_call([program, "sample-db", database, "--documents", "50000"], env=surroundings)
+        with open(out, "w", encoding="utf-8") as old:
+            old.write("old")
+        ended = subprocess.run([program, "export", "--db", database, "--kind", "Import", "--from", "2026-01-01", "--to",
+                                "2026-12-31", "--out", out, "--timeout", "0.01"], env=surroundings, check=False,
+                               stderr=subprocess.PIPE, text=True)
+        words = [line for line in ended.stderr.splitlines() if line.startswith("velcoran-host:")]
+        assert ended.returncode == 1 and len(words) == 1, ended
+        assert "no answer for 0.01 seconds" in words[0], words
+        with open(out, encoding="utf-8") as old:
+            assert old.read() == "old", "the old file was touched"
+
+
 def ends_at_once(program, database):
     lookup = ({"do": "focus", "control": "txtTipClient"}, LONG, {"do": "key", "key": "Enter"})
     waits = {
@@ -173,14 +199,15 @@ def ends_at_once(program, database):
 
 def main(program, database):
     script = Script(program, database)
-    for step in (setup_that_waits, lookup_that_is_stopped, report_that_loads, report_that_is_stopped,
-                 report_whose_window_closes, nothing_that_runs, lines_that_are_refused):
+    for step in (setup_that_waits, lookup_that_is_stopped, report_that_loads, report_that_loads_at_once,
+                 report_that_is_stopped, report_whose_window_closes, nothing_that_runs, lines_that_are_refused):
         try:
             step(script)
         except AssertionError as failure:
             sys.exit(f"{step.__name__}: {failure}")
     assert script.end() == 0, "the program ended with a failure"
     silent_server(program, database)
+    silent_export(program)
     ends_at_once(program, database)
     print("commands meanwhile, silence and ends: as they are described")
 

@@ -60,8 +60,8 @@ def differences(want, got, path=""):
 
 
 class Program:
-    def __init__(self, program, database):
-        self.process = subprocess.Popen([program, "drive", "--db", database], stdin=subprocess.PIPE,
+    def __init__(self, program, database, kind="--db", *options):
+        self.process = subprocess.Popen([program, "drive", kind, database, *options], stdin=subprocess.PIPE,
                                         stdout=subprocess.PIPE, env=dict(os.environ, QT_QPA_PLATFORM="offscreen"))
 
     def answer(self, command):

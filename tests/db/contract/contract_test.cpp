@@ -72,6 +72,22 @@ TEST_P(Contract, keepsNumbersOf38Digits) {
     EXPECT_EQ(base::Decimal::fromInt128(mantissa, block->columns[0].scale).toText(), Provider::bigNumberText());
 }
 
+TEST_P(Contract, showsFloatsInTheDigitsThatPeopleWrite) {
+    const db::Rows rows = m_connection.execute(m_provider->floats());
+    const RowBlock* const block = rows.fetch();
+    ASSERT_NE(block, nullptr);
+    EXPECT_EQ(block->columns[2].type, ColumnType::Text) << "no decimal of 38 digits holds it";
+    db::RowSet set;
+    db::DirectCallRunner runner;
+    set.open(m_connection, m_provider->floats(), runner);
+    EXPECT_EQ(set.cell(0, 0), u"100000"_s);
+    EXPECT_EQ(set.cell(0, 1), u"0.1"_s);
+    const QString large = set.cell(0, 2).trimmed();
+    EXPECT_TRUE(large == u"1e+40"_s || large == u'1' + QString(40, u'0')) << large.toStdString();
+    set.setFilter(u"cod Like '1000%'"_s);
+    EXPECT_EQ(set.recordCount(), 1);
+}
+
 TEST_P(Contract, givesAnEmptyResultItsColumns) {
     const db::Rows rows = m_connection.execute(m_provider->series(0));
     EXPECT_EQ(rows.columns().size(), 2);

@@ -27,16 +27,18 @@ public:
         sqlite3* database = nullptr;
         sqlite3_open(path().toUtf8().constData(), &database);
         char* message = nullptr;
-        sqlite3_exec(database,
-                     "CREATE TABLE valori(id INTEGER, code VARCHAR(10), name VARCHAR(40), amount NUMERIC, rate REAL,"
-                     " day TEXT, note TEXT);"
-                     "INSERT INTO valori VALUES(1, '0007', 'Țuică și „ăâî” €', 12.5, 4.9765, '2026-03-15 00:00:00',"
-                     " replace(hex(zeroblob(4500)), '0', 'ș')), (2, NULL, NULL, NULL, NULL, NULL, NULL),"
-                     "(3, '', '日本語 😀', -0.0001, 0.5, '2026-12-31 23:59:59', '');"
-                     "CREATE TABLE numere(n INTEGER, name VARCHAR(20));"
-                     "WITH RECURSIVE s(n) AS (SELECT 1 UNION ALL SELECT n+1 FROM s LIMIT 50000)"
-                     "INSERT INTO numere SELECT n, 'rand ' || n FROM s;",
-                     nullptr, nullptr, &message);
+        sqlite3_exec(
+            database,
+            "CREATE TABLE valori(id INTEGER, code VARCHAR(10), name VARCHAR(40), amount NUMERIC, rate REAL,"
+            " day TEXT, note TEXT);"
+            "INSERT INTO valori VALUES(1, '0007', 'Țuică și „ăâî” €', 12.5, 4.9765, '2026-03-15 00:00:00',"
+            " replace(hex(zeroblob(4500)), '0', 'ș')), (2, NULL, NULL, NULL, NULL, NULL, NULL),"
+            "(3, '', '日本語 😀', -0.0001, 0.5, '2026-12-31 23:59:59', '');"
+            "CREATE TABLE reale(cod FLOAT, cota FLOAT, mare NUMERIC); INSERT INTO reale VALUES(1e5, 0.1, 1e40);"
+            "CREATE TABLE numere(n INTEGER, name VARCHAR(20));"
+            "WITH RECURSIVE s(n) AS (SELECT 1 UNION ALL SELECT n+1 FROM s LIMIT 50000)"
+            "INSERT INTO numere SELECT n, 'rand ' || n FROM s;",
+            nullptr, nullptr, &message);
         const std::string problem = message == nullptr ? "" : message;
         sqlite3_free(message);
         sqlite3_close(database);
@@ -49,6 +51,7 @@ public:
                 ColumnType::Decimal64, ColumnType::Text, ColumnType::Text};
     }
     [[nodiscard]] std::optional<QString> bigNumber() const override { return std::nullopt; }
+    [[nodiscard]] QString floats() const override { return u"SELECT * FROM reale"_s; }
     [[nodiscard]] QString series(int count) const override {
         return u"SELECT n, name FROM numere WHERE n <= %1 ORDER BY n"_s.arg(count);
     }
@@ -114,6 +117,9 @@ public:
     [[nodiscard]] std::optional<QString> bigNumber() const override {
         return u"SELECT '%1'::numeric(38,8) AS v"_s.arg(bigNumberText());
     }
+    [[nodiscard]] QString floats() const override {
+        return u"SELECT 100000::float8 AS cod, 0.1::float4 AS cota, 1e40::numeric AS mare"_s;
+    }
     [[nodiscard]] QString series(int count) const override {
         return u"SELECT n, ('rand ' || n)::varchar(20) AS name FROM generate_series(1, %1) AS n"_s.arg(count);
     }
@@ -150,6 +156,10 @@ public:
     }
     [[nodiscard]] std::optional<QString> bigNumber() const override {
         return u"SELECT CAST('%1' AS decimal(38,8)) AS v"_s.arg(bigNumberText());
+    }
+    /// The server has no numbers of 41 digits but binary ones.
+    [[nodiscard]] QString floats() const override {
+        return u"SELECT CAST(100000 AS float) AS cod, CAST(0.1 AS real) AS cota, STR(1e40, 41) AS mare"_s;
     }
     [[nodiscard]] QString series(int count) const override {
         return u"SELECT TOP (%1) s.n, CAST('rand ' + CAST(s.n AS varchar(10)) AS varchar(20)) AS name FROM"

@@ -32,6 +32,8 @@ public:
     [[nodiscard]] virtual std::vector<ColumnType> types() const = 0;
     /// One row with a number of 38 digits, kBigNumber; nothing where the database has none.
     [[nodiscard]] virtual std::optional<QString> bigNumber() const = 0;
+    /// One row: a float that is the round code 100000, a float of 0.1, a number of 41 digits, 10^40.
+    [[nodiscard]] virtual QString floats() const = 0;
     /// Rows 1 to count: n (an integer), name ("rand 1", ...).
     [[nodiscard]] virtual QString series(int count) const = 0;
     /// Runs for minutes.

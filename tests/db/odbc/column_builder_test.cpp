@@ -13,6 +13,8 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
+QString numberText(base::Int128 mantissa, int scale) { return base::Decimal::fromInt128(mantissa, scale).toText(); }
+
 TEST(NumberText, readsWhatDriversWrite) {
     const struct {
         const char* text;
@@ -49,14 +51,14 @@ TEST(NumberText, readsWhatDriversWrite) {
         const auto number = parseNumber(one.text);
         ASSERT_EQ(number.has_value(), one.value != nullptr) << one.text;
         if (number) {
-            EXPECT_EQ(numberText(number->mantissa, number->scale), one.value) << one.text;
+            EXPECT_EQ(numberText(number->mantissa, number->scale), QString::fromUtf8(one.value)) << one.text;
         }
         std::int64_t mantissa = 0;
         int scale = 0;
         const bool isShort = parseShortNumber(one.text, mantissa, scale);
         EXPECT_TRUE(!isShort || one.value != nullptr) << one.text;
         if (!isShort || one.value == nullptr) continue;
-        EXPECT_EQ(numberText(mantissa, scale), one.value) << one.text;
+        EXPECT_EQ(numberText(mantissa, scale), QString::fromUtf8(one.value)) << one.text;
     }
 }
 
@@ -76,7 +78,7 @@ QString valueAt(const ColumnBlock& block, std::size_t row) {
     const base::Int128 mantissa = block.type == ColumnType::Decimal128
                                       ? static_cast<const base::Int128*>(block.values)[row]
                                       : static_cast<const std::int64_t*>(block.values)[row];
-    return QString::fromStdString(numberText(mantissa, block.scale));
+    return numberText(mantissa, block.scale);
 }
 
 TEST(ColumnBuilder, findsOneScaleAndWidthForABlock) {
@@ -109,17 +111,18 @@ TEST(ColumnBuilder, findsOneScaleAndWidthForABlock) {
          {QString(), u"0.5"_s, biggest, u"7"_s},
          ColumnType::Text,
          0,
-         {{}, u"0.50"_s, biggest, u"7"_s}},
+         {{}, u"0.5"_s, biggest, u"7"_s}},
         {"no room for more places",
          {u"1"_s, QString(35, u'9'), u"0.12345"_s},
          ColumnType::Text,
          0,
-         {u"1.00"_s, QString(35, u'9') + u".00"_s, u"0.12345"_s}},
+         {u"1"_s, QString(35, u'9'), u"0.12345"_s}},
         {"no number",
-         {u"1"_s, QString(), u"NaN ș"_s, u"2"_s},
+         {u"1"_s, QString(), u"NaN ș"_s, u"2.50"_s},
          ColumnType::Text,
          0,
-         {u"1.00"_s, {}, u"NaN ș"_s, u"2"_s}},
+         {u"1"_s, {}, u"NaN ș"_s, u"2.5"_s}},
+        {"beyond 38 digits", {u"1"_s, u"1.50e+40"_s, u"2"_s}, ColumnType::Text, 0, {u"1"_s, u"1.5e+40"_s, u"2"_s}},
         {"nulls alone", {QString(), QString()}, ColumnType::Decimal64, 2, {{}, {}}},
     };
     ColumnBuilder builder(planColumn({u"v"_s, SQL_DECIMAL, 18, 2, false}, false));
@@ -141,6 +144,18 @@ TEST(ColumnBuilder, findsOneScaleAndWidthForABlock) {
             EXPECT_EQ(valueAt(builder.block(first), 0), one.values[row]) << one.name << ", from row " << row;
         }
     }
+}
+
+TEST(ColumnBuilder, keepsTheDigitsOfShortReals) {
+    const float values[] = {0.1F, 100000, -4.9765F, 3.4e38F};
+    const SQLLEN lengths[] = {sizeof(float), sizeof(float), sizeof(float), sizeof(float)};
+    const ColumnPlan plan = planColumn({u"v"_s, SQL_REAL, 24, 0, false}, false);
+    ColumnBuilder builder(plan);
+    builder.append({reinterpret_cast<const std::byte*>(values), lengths, plan.valueBytes}, 4);
+    const ColumnBlock block = builder.block(0);
+    ASSERT_EQ(block.type, ColumnType::Double);
+    const double expected[] = {0.1, 100000, -4.9765, 3.4e38};
+    for (int row = 0; row < 4; ++row) EXPECT_EQ(static_cast<const double*>(block.values)[row], expected[row]) << row;
 }
 
 TEST(ColumnPlan, followsTheDescription) {

@@ -76,6 +76,31 @@ TEST_F(DriverWords, tellWhetherTheConnectionIsLost) {
     }
 }
 
+TEST_F(DriverWords, tellOfOthersInTheWay) {
+    const struct {
+        const char* statement;
+        const char* kind;  ///< null for a failure of another kind
+    } cases[] = {
+        {"fail 40001 1205 Transaction was deadlocked", "interblocare"},
+        {"fail 42000 1205 Transaction was deadlocked", "interblocare"},
+        {"fail HYT00 1222 Lock request time out period exceeded.", "timpul de așteptare a expirat"},
+        {"fail 42000 1222 Lock request time out period exceeded.", "timpul de așteptare a expirat"},
+        {"fail HYT00 0 Timeout expired", nullptr},
+        {"fail 21000 1222 Different number of columns", nullptr},
+    };
+    const db::Connection connection = open();
+    for (const auto& one : cases) {
+        const QString statement = QString::fromUtf8(one.statement);
+        const QString words = statement.section(u' ', 3);
+        const base::Error failure = outcome(connection, statement);
+        EXPECT_EQ(failure.number(), base::kStatementError) << failure.what();
+        const QString expected = u"Baza de date este blocată de altă operațiune (%1). Reîncercați.\n%2"_s.arg(
+            QString::fromUtf8(one.kind), words);
+        EXPECT_EQ(failure.description(), one.kind == nullptr ? words : expected) << one.statement;
+    }
+    EXPECT_EQ(outcome(connection, u"rows 5"_s).description(), u"5"_s);
+}
+
 TEST_F(DriverWords, reachTheSinkWholeWithoutSecrets) {
     const db::Connection connection = open(u"ReadOnly=refused"_s);
     EXPECT_EQ(outcome(connection, u"warn 01000 5701 Changed to ascuns-77"_s).number(), 0);

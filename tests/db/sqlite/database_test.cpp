@@ -72,6 +72,27 @@ TEST(Database, keepsTheDatabasesWords) {
     }
 }
 
+TEST(Database, saysThatAnotherHasTheDatabase) {
+    const TestFile file(kOneYear);
+    const TestFile::Writer writer(file);
+    writer.run("BEGIN EXCLUSIVE");
+    try {
+        static_cast<void>(file.value(u"SELECT An FROM An"_s));
+        ADD_FAILURE();
+    } catch (const base::Error& error) {
+        EXPECT_EQ(error.number(), base::kProviderFailure);
+        EXPECT_EQ(error.description(),
+                  u"Baza de date este blocată de altă operațiune (timpul de așteptare a expirat). Reîncercați.\n"
+                  "database is locked"_s);
+    }
+    const db::Rows rows = file.connection().execute(u"SELECT An FROM An"_s);
+    auto stopped = std::async(std::launch::async, [&] { EXPECT_THROW((void)rows.fetch(), base::Cancelled); });
+    rows.cancel();
+    stopped.get();
+    writer.run("ROLLBACK");
+    EXPECT_EQ(file.value(u"SELECT An FROM An"_s), u"2026"_s);
+}
+
 TEST(Database, opensNothingThatIsNoDatabase) {
     const QTemporaryDir folder;
     QFile text(folder.filePath(u"text"_s));

@@ -43,6 +43,8 @@ TEST(Functions, giveWhatTheServerGives) {
         {"'ȘANTIER' Like '%ș[a-b]n%'", "1"},
         {"'a' Like NULL", "<null>"},
         {"12 Like '1%'", "1"},
+        {"1e5 Like '100000'", "1"},
+        {"'100000' Like 1e5", "1"},
         {"'a%' Like 'a!%' ESCAPE '!'", "1"},
         {"'a' + 'b' + str(1,1)", "ab1"},
     };

@@ -14,21 +14,35 @@ namespace velcoran::sqlite {
 TestFile::TestFile(const char* script) {
     sqlite3* database = nullptr;
     EXPECT_EQ(sqlite3_open(path().toUtf8().constData(), &database), SQLITE_OK);
-    const std::string whole = std::string("PRAGMA user_version = 1;") + script;
+    const std::string whole = std::string("PRAGMA synchronous = OFF; PRAGMA user_version = 1;") + script;
     EXPECT_EQ(sqlite3_exec(database, whole.c_str(), nullptr, nullptr, nullptr), SQLITE_OK) << sqlite3_errmsg(database);
     sqlite3_close(database);
     m_connection = db::Connection(openDatabase(path()));
 }
 
+TestFile::Writer::Writer(const TestFile& file) {
+    EXPECT_EQ(sqlite3_open(file.path().toUtf8().constData(), &m_database), SQLITE_OK);
+    run("PRAGMA synchronous = OFF");  // no test pulls the plug
+}
+
+TestFile::Writer::~Writer() { sqlite3_close(m_database); }
+
+int TestFile::Writer::tryRun(const char* script) const {
+    return sqlite3_exec(m_database, script, nullptr, nullptr, nullptr);
+}
+
+void TestFile::Writer::run(const char* script) const {
+    EXPECT_EQ(tryRun(script), SQLITE_OK) << sqlite3_errmsg(m_database);
+}
+
 void TestFile::awaitReader() const {
-    sqlite3* writer = nullptr;
-    ASSERT_EQ(sqlite3_open(path().toUtf8().constData(), &writer), SQLITE_OK);
-    while (sqlite3_exec(writer, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr) == SQLITE_OK) {
-        sqlite3_exec(writer, "ROLLBACK", nullptr, nullptr, nullptr);
+    const Writer writer(*this);
+    int result = SQLITE_OK;
+    while ((result = writer.tryRun("BEGIN EXCLUSIVE")) == SQLITE_OK) {
+        writer.run("ROLLBACK");
         std::this_thread::yield();
     }
-    EXPECT_EQ(sqlite3_errcode(writer), SQLITE_BUSY);
-    sqlite3_close(writer);
+    EXPECT_EQ(result, SQLITE_BUSY);
 }
 
 QString TestFile::value(const QString& statement) const {

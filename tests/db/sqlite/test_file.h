@@ -5,6 +5,8 @@
 #include <QString>
 #include <QTemporaryDir>
 
+struct sqlite3;
+
 namespace velcoran::sqlite {
 
 /// A database file of a test, and the connection that the provider opens on it.
@@ -16,6 +18,21 @@ public:
     [[nodiscard]] QString path() const { return m_folder.filePath(QStringLiteral("test.db")); }
     [[nodiscard]] const db::Connection& connection() const { return m_connection; }
 
+    /// Another program that writes to the file.
+    class Writer {
+    public:
+        explicit Writer(const TestFile& file);
+        ~Writer();
+        Writer(const Writer&) = delete;
+        Writer& operator=(const Writer&) = delete;
+        /// Runs statements, which must work.
+        void run(const char* script) const;
+        /// @return the database's code
+        [[nodiscard]] int tryRun(const char* script) const;
+
+    private:
+        sqlite3* m_database = nullptr;
+    };
     /// Waits until a statement holds the file's lock for readers, that is until it runs.
     void awaitReader() const;
 

@@ -207,6 +207,45 @@ TEST_F(ControlsTest, theCalendarPicksWithinTheBounds) {
     EXPECT_TRUE(m_date.hasFocus());
 }
 
+TEST_F(ControlsTest, theKeysOfTheOpenCalendarStayInIt) {
+    m_date.setBounds({2026, 1, 1}, {2027, 1, 31});
+    QList<int> handled;
+    m_date.setKeyHandler([&](QKeyEvent& key) {
+        handled += key.key();
+        return false;
+    });
+    const struct {
+        const char* name;
+        QList<int> keys;
+        bool isOpen;
+        QDate value;
+    } cases[] = {
+        {"Enter takes the day", {Qt::Key_Right, Qt::Key_Return}, false, {2026, 3, 11}},
+        {"the keypad's too", {Qt::Key_Right, Qt::Key_Enter}, false, {2026, 3, 11}},
+        {"Esc closes the calendar only", {Qt::Key_Right, Qt::Key_Escape}, false, {2026, 3, 10}},
+        {"F4 closes it", {Qt::Key_Down, Qt::Key_F4}, false, {2026, 3, 10}},
+        {"Tab stays", {Qt::Key_Tab, Qt::Key_Backtab}, true, {2026, 3, 10}},
+    };
+    for (const auto& one : cases) {
+        SCOPED_TRACE(one.name);
+        m_date.setFocus();
+        m_date.setValue({2026, 3, 10});
+        QTest::keyClick(&m_date, Qt::Key_F4);
+        handled.clear();
+        for (const int key : one.keys) {
+            ASSERT_NE(QApplication::activePopupWidget(), nullptr);
+            QTest::keyClick(QApplication::activePopupWidget()->focusWidget(), static_cast<Qt::Key>(key));
+        }
+        EXPECT_EQ(m_date.isOpen(), one.isOpen);
+        EXPECT_EQ(m_date.value(), one.value);
+        EXPECT_TRUE(handled.isEmpty());
+        m_date.closeCalendar();
+    }
+    m_date.openCalendar();
+    m_date.setBounds({2027, 1, 1}, {2028, 1, 31});
+    EXPECT_FALSE(m_date.isOpen()) << "new bounds";
+}
+
 TEST_F(ControlsTest, aDisabledFrameKeepsTheLookOfItsControls) {
     m_window.setFocus();
     m_text.setText(u"text"_s);

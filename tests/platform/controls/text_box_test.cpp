@@ -1,10 +1,15 @@
 #include "platform/controls/text_box.h"
+#include "platform/controls/typed_text.h"
 
 #include "support/test_data.h"
 
 #include <QApplication>
 #include <QClipboard>
+#include <QDrag>
+#include <QDropEvent>
 #include <QInputMethodEvent>
+#include <QMenu>
+#include <QMimeData>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -22,7 +27,7 @@ protected:
         m_box.setGeometry(0, 0, 200, 24);
         m_other.setGeometry(0, 40, 50, 24);
         m_box.setTypingLimit(5);
-        m_box.setRefusedCharacters([](QChar character) { return u"';%,\" "_s.contains(character); });
+        m_box.setRefusedCharacters([](const QString& character) { return u"';%,\" "_s.contains(character); });
         QObject::connect(&m_box, &TextBox::changed, [this] { ++m_changes; });
         m_window.show();
         m_window.activateWindow();
@@ -41,6 +46,29 @@ protected:
         QTest::keyClick(&m_box, Qt::Key_V, Qt::ControlModifier);
     }
 
+    /// Presses a key that brings a text, as a keyboard layout makes it.
+    void key(const QString& text, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
+        QKeyEvent event(QEvent::KeyPress, 0, modifiers, text);
+        QApplication::sendEvent(&m_box, &event);
+    }
+
+    /// Drags a text over the box and drops it at a caret position.
+    void drop(const QString& text, int position) {
+        QMimeData data;
+        data.setText(text);
+        m_box.setCursorPosition(position);
+        const QPointF place = m_box.inputMethodQuery(Qt::ImCursorRectangle).toRectF().center();
+        m_box.setSel(m_selected.x(), m_selected.y());
+        const auto actions = Qt::CopyAction | Qt::MoveAction;
+        QDragEnterEvent enter(place.toPoint(), actions, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&m_box, &enter);
+        QDragMoveEvent move(place.toPoint(), actions, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&m_box, &move);
+        QDropEvent event(place, actions, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&m_box, &event);
+    }
+
+    QPoint m_selected;  ///< start and length before a drag
     QWidget m_window;
     TextBox m_box{&m_window};
     QWidget m_other{&m_window};
@@ -65,6 +93,19 @@ TEST_F(TextBoxTest, everyWayInHasItsRules) {
         {"an assigned text stands whole", u"", u"longer than five", u"assign", u"longer than five", 1},
         {"the same text is no change", u"abc", u"abc", u"assign", u"abc", 0},
         {"nothing goes into a text over the limit", u"longer than", u"x", u"key", u"longer than", 0},
+        {"right Alt types", u"", u"aț", u"altGr", u"aț", 2},
+        {"and is refused alike", u"", u"a;'", u"altGr", u"a", 1},
+        {"Alt alone types nothing", u"", u"a;😀", u"alt", u"", 0},
+        {"Control alone types nothing", u"", u"1", u"control", u"", 0},
+        {"a pair is one character", u"abc", u"😀😀😀", u"key", u"abc😀😀", 2},
+        {"no pair is split by a commit", u"abcd😀", u"😀", u"commit", u"abcd😀", 0},
+        {"nor by a paste", u"ab", u"😀😀😀😀", u"paste", u"ab😀😀😀", 1},
+        {"nor by a drop", u"ab", u"😀😀😀😀", u"drop", u"ab😀😀😀", 1},
+        {"a private or joining character counts", u"abcde", u"\uE000\u200D", u"key", u"abcde", 0},
+        {"and is typed", u"", u"\uE000\u200D", u"key", u"\uE000\u200D", 2},
+        {"a refused one with marks behind it", u"", u"'\u0301", u"whole key", u"\u0301", 1},
+        {"the same from an input method", u"", u"a \u0308b", u"commit", u"a\u0308b", 1},
+        {"a drop is not filtered", u"", u"a 'b", u"drop", u"a 'b", 1},
     };
     for (const auto& row : cases) {
         SCOPED_TRACE(row.name);
@@ -75,10 +116,18 @@ TEST_F(TextBoxTest, everyWayInHasItsRules) {
         const QString given = QString::fromUtf16(row.given);
         const QString way = QString::fromUtf16(row.way);
         if (way == u"key"_s) {
-            for (const QChar character : given) {
-                QKeyEvent key(QEvent::KeyPress, 0, Qt::NoModifier, QString(character));
-                QApplication::sendEvent(&m_box, &key);
-            }
+            for (const QString& character : charactersOf(given)) key(character);
+        } else if (way == u"whole key"_s) {
+            key(given);
+        } else if (way == u"alt"_s) {
+            for (const QString& character : charactersOf(given)) key(character, Qt::AltModifier);
+        } else if (way == u"altGr"_s) {
+            for (const QString& character : charactersOf(given)) key(character, Qt::AltModifier | Qt::ControlModifier);
+        } else if (way == u"control"_s) {
+            key(given, Qt::ControlModifier | Qt::KeypadModifier);
+        } else if (way == u"drop"_s) {
+            m_selected = {};
+            drop(given, static_cast<int>(m_box.text().size()));
         } else if (way == u"commit"_s) {
             commit(given);
         } else if (way == u"paste"_s) {
@@ -110,6 +159,61 @@ TEST_F(TextBoxTest, replacingASelectionIsOneChange) {
     commit(u"'"_s);
     EXPECT_EQ(m_box.text(), u"x y"_s);
     EXPECT_EQ(m_box.selLength(), 3);
+}
+
+TEST_F(TextBoxTest, theSameTextOverItselfIsNoChange) {
+    const struct {
+        const char* name;
+        std::function<void()> act;
+        int changes;
+    } cases[] = {
+        {"typed", [this] { key(u"abc"_s); }, 0},
+        {"typed by an input method", [this] { commit(u"abc"_s); }, 0},
+        {"pasted", [this] { paste(u"abc"_s); }, 0},
+        {"dropped", [this] { drop(u"abc"_s, 1); }, 0},
+        {"assigned", [this] { m_box.setText(u"abc"_s); }, 0},
+        {"another one typed", [this] { key(u"abd"_s); }, 1},
+        {"another one dropped", [this] { drop(u"x"_s, 3); }, 1},
+    };
+    for (const auto& one : cases) {
+        SCOPED_TRACE(one.name);
+        m_box.setText(u"abc"_s);
+        m_box.setFocus();
+        m_selected = {0, 3};
+        m_box.setSel(0, 3);
+        m_changes = 0;
+        one.act();
+        EXPECT_EQ(m_changes, one.changes);
+        EXPECT_EQ(m_box.text() == u"abc"_s, one.changes == 0);
+    }
+    m_box.setText(u"x"_s);
+    m_changes = 0;
+    m_box.setText(u"abd"_s);
+    m_box.setSel(2, 1);
+    key(u"c"_s);
+    EXPECT_EQ(m_changes, 2) << "a change back is one";
+}
+
+TEST_F(TextBoxTest, whatAnInputMethodTakesBackMakesRoom) {
+    m_box.setText(u"abcde"_s);
+    m_box.setFocus();
+    m_box.setSel(5, 0);
+    QInputMethodEvent event(QString(), {});
+    event.setCommitString(u"xyz"_s, -2, 2);
+    QApplication::sendEvent(&m_box, &event);
+    EXPECT_EQ(m_box.text(), u"abcxy"_s);
+}
+
+TEST_F(TextBoxTest, itsMenuPastesWithinTheLimit) {
+    m_box.setText(u"abc"_s);
+    m_box.setFocus();
+    m_box.setSel(3, 0);
+    QApplication::clipboard()->setText(u"d e f"_s);
+    const std::unique_ptr<QMenu> menu(m_box.makeEditMenu());
+    menu->setAttribute(Qt::WA_DeleteOnClose, false);
+    for (QAction* action : menu->actions())
+        if (action->text().startsWith(u"&Paste"_s)) action->trigger();
+    EXPECT_EQ(m_box.text(), u"abcd "_s);
 }
 
 TEST_F(TextBoxTest, anAssignmentInsideAChangeRunsAtOnce) {

@@ -173,6 +173,40 @@ TEST(Page, givesTheTextsOfARecord) {
     EXPECT_TRUE(recordTexts(page, 0).isEmpty());
 }
 
+TEST(Page, givesNothingOfTheNextGroupWithARecord) {
+    ReportRun run(answerOf(sampleRows(12, 4)));
+    const Page page = run.document()->page({1});
+    QSet<qsizetype> lengths;
+    for (std::int32_t record = 1; record <= 12; ++record) lengths += recordTexts(page, record).size();
+    EXPECT_EQ(lengths, QSet<qsizetype>{10});
+    for (const PageItem& item : page.items) EXPECT_EQ(item.record > 0, item.row >= 0) << item.field.toStdString();
+}
+
+TEST(Page, givesWholeValuesOfItsFields) {
+    Row row;
+    row.net = row.gross = u"1234567.8951"_s;
+    row.rate = u"4.97"_s;
+    ReportRun run(answerOf({row, row}, {ColumnType::Decimal64, 4}));
+    const auto document = run.document();
+    const Page page = document->page({1});
+    QMap<QString, QString> details;
+    QStringList totals;
+    for (qsizetype i = 0; i < static_cast<qsizetype>(page.items.size()); ++i) {
+        const PageItem& item = page.items[i];
+        const QString whole = document->wholeValue({1}, i);
+        EXPECT_EQ(whole.isEmpty(), !item.isField) << item.field.toStdString();
+        if (item.row == 0) details[item.field] = whole;
+        if (item.isField && item.row < 0 && item.text == u"2.469.135,79"_s) totals += whole;
+    }
+    EXPECT_EQ(details.value(u"ValoareNeta"_s), u"1.234.567,8951"_s);
+    EXPECT_EQ(details.value(u"CursValutar"_s), u"4,97"_s);
+    EXPECT_EQ(totals.count(u"2.469.135,7902"_s), totals.size());
+    EXPECT_FALSE(totals.isEmpty());
+    EXPECT_TRUE(document->wholeValue({1}, -1).isEmpty());
+    EXPECT_TRUE(document->wholeValue({1}, static_cast<qsizetype>(page.items.size())).isEmpty());
+    EXPECT_THROW((void)document->wholeValue({0}, 0), base::Error);
+}
+
 TEST(SplitRuns, ordersScriptsThatReadFromRightToLeft) {
     struct Case {
         const char16_t *text, *runs;

@@ -202,6 +202,11 @@ TEST(RunOutcome, tellsWhatIsWrongWithTheRows) {
         {"a date for an amount", u"2026-01-01"_s, {ColumnType::DateTime}, base::kTypeMismatch},
         {"more than 38 digits", u"123456789012345678901234567890123456789"_s, {ColumnType::Text}, base::kOverflow},
         {"a huge double", u"1e300"_s, {ColumnType::Double}, base::kOverflow},
+        {"the same as a text", u"1e+300"_s, {ColumnType::Text}, base::kOverflow},
+        {"an infinity", u"inf"_s, {ColumnType::Double}, base::kTypeMismatch},
+        {"the same as a text", u"inf"_s, {ColumnType::Text}, base::kTypeMismatch},
+        {"an unknown type", u"100"_s, {static_cast<ColumnType>(7)}, base::kTypeMismatch},
+        {"more places than there are", u"0"_s, {ColumnType::Decimal64, 39}, base::kTypeMismatch},
     };
     for (const Case& one : cases) {
         Row row;

@@ -57,6 +57,37 @@ TEST_F(Navigation, buttonsKeysAndBoxMoveAlike) {
     EXPECT_EQ(viewer.currentPage(), 1);
 }
 
+// Keys that edit a text stay the box's, the others are the viewer's wherever in it the focus is.
+TEST_F(Navigation, theBoxesKeepTheKeysThatEdit) {
+    load(scriptedReport(reportRows(30, 40)));
+    auto& search = part<QLineEdit>("crwSearchBox");
+    auto& sizes = part<QComboBox>("crwZoom");
+    const struct {
+        QWidget& box;
+        Qt::Key key;
+        Qt::KeyboardModifiers modifiers;
+        bool isViewers;
+    } cases[] = {
+        {search, Qt::Key_PageDown, {}, true}, {pageBox(), Qt::Key_PageDown, {}, true},
+        {sizes, Qt::Key_PageDown, {}, true},  {search, Qt::Key_PageDown, Qt::ControlModifier, true},
+        {search, Qt::Key_Home, {}, false},    {pageBox(), Qt::Key_End, {}, false},
+        {sizes, Qt::Key_End, {}, false},      {search, Qt::Key_Space, {}, false},
+        {search, Qt::Key_Right, {}, false},
+    };
+    for (const auto& one : cases) {
+        SCOPED_TRACE(one.box.objectName().toStdString() + " " + std::to_string(one.key));
+        act("goto", {{u"page"_s, 7}});
+        one.box.setFocus();
+        auto* bar = pages().verticalScrollBar();
+        const int before = bar->value();
+        const QString size = sizes.currentText();
+        QTest::keyClick(&one.box, one.key, one.modifiers);
+        EXPECT_EQ(bar->value() != before, one.isViewers);
+        EXPECT_EQ(sizes.currentText(), size);
+        EXPECT_TRUE(one.box.hasFocus());
+    }
+}
+
 TEST_F(Navigation, scrollingChangesThePage) {
     load(scriptedReport(reportRows(30, 40)));
     QList<int> told;

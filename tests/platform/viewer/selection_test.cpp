@@ -4,6 +4,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QLabel>
+#include <QMenu>
 
 #include <algorithm>
 
@@ -46,14 +47,33 @@ TEST_F(Objects, aDoubleClickGivesTheValuesOfTheField) {
     EXPECT_EQ(clicks, QList<QStringList>({{u"F0001-2"_s}, {}}));
 }
 
+TEST_F(Objects, theRowIsCopiedWithoutTheNextGroupsHeading) {
+    QGuiApplication::clipboard()->clear();
+    const engine::Page page = viewer.document()->page({1});
+    const auto last = std::ranges::find_if(page.items, [](const auto& item) { return item.text == u"F0001-5"_s; });
+    ASSERT_NE(last, page.items.end());
+    QTest::mouseClick(pages().viewport(), Qt::LeftButton, {},
+                      pages().placeOf(0, viewer::rectOf(*last)).center().toPoint());
+    QContextMenuEvent ask(QContextMenuEvent::Keyboard, QPoint(9, 9), pages().mapToGlobal(QPoint(9, 9)));
+    QApplication::sendEvent(pages().viewport(), &ask);
+    for (QAction* action : part<QMenu>("crwMenu").actions())
+        if (action->text() == u"Copiază rândul"_s) action->trigger();
+    part<QMenu>("crwMenu").close();
+    const QString row = QGuiApplication::clipboard()->text();
+    EXPECT_TRUE(row.contains(u"F0001-5"_s));
+    EXPECT_FALSE(row.contains(u"F0002"_s)) << row.toStdString();
+}
+
 TEST_F(Objects, anActionMakesTheGesture) {
     EXPECT_TRUE(act("object", {{u"page"_s, 1}, {u"field"_s, u"NumarFactura"_s}, {u"record"_s, 3}}).toBool());
-    EXPECT_EQ(clicks, QList<QStringList>({{longNumber}}));
+    EXPECT_TRUE(act("object", {{u"page"_s, 1}, {u"field"_s, u"ValoareNeta"_s}, {u"record"_s, 3}}).toBool());
+    EXPECT_TRUE(act("object", {{u"page"_s, 1}, {u"field"_s, u"CursValutar"_s}, {u"record"_s, 3}}).toBool());
+    EXPECT_EQ(clicks, QList<QStringList>({{longNumber}, {u"1.000,125"_s}, {u"4,95"_s}})) << "all digits, two at least";
     for (const QVariantMap& nowhere : {QVariantMap{{u"page"_s, 1}, {u"field"_s, u"NumarFactura"_s}, {u"record"_s, 99}},
                                        QVariantMap{{u"page"_s, 9}, {u"field"_s, u"NumarFactura"_s}, {u"record"_s, 1}},
                                        QVariantMap{{u"page"_s, 1}, {u"field"_s, u"Altceva"_s}, {u"record"_s, 1}}})
         EXPECT_FALSE(act("object", nowhere).toBool());
-    EXPECT_EQ(clicks.size(), 1);
+    EXPECT_EQ(clicks.size(), 3);
 }
 
 TEST_F(Objects, theChosenOneIsCopiedWhole) {
