@@ -22,7 +22,7 @@ run: $(BUILD)/build.ninja
 ## Every test.
 test: all
 	tools/install-packages build run test
-	ctest --test-dir $(BUILD) --output-on-failure
+	ctest --test-dir $(BUILD) --parallel $(JOBS) --output-on-failure
 
 ## Exports on full disks, with calls that fail, without threads, under signals. As root, for small disks of its own.
 faults: $(BUILD)/build.ninja
@@ -58,7 +58,7 @@ asan:
 	cmake --preset asan
 	cmake --build build/asan --parallel $(JOBS)
 	LSAN_OPTIONS=suppressions=$(CURDIR)/tools/leaks.supp \
-		ctest --test-dir build/asan --output-on-failure --label-exclude slow
+		ctest --test-dir build/asan --parallel $(JOBS) --output-on-failure --label-exclude slow
 
 ## Writes the golden files of pages anew; look at the difference before it is committed.
 golden: all
