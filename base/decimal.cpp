@@ -20,9 +20,9 @@ auto checked(Operation operation) {
     try {
         return operation();
     } catch (const std::overflow_error&) {
-        throw Error(kOverflow, QStringLiteral("Overflow"), QStringLiteral("Decimal"));
+        throw Error(kOverflow, QStringLiteral("Rezultatul are prea multe cifre."), QStringLiteral("Decimal"));
     } catch (const std::range_error&) {
-        throw Error(kOverflow, QStringLiteral("Overflow"), QStringLiteral("Decimal"));
+        throw Error(kOverflow, QStringLiteral("Rezultatul are prea multe cifre."), QStringLiteral("Decimal"));
     }
 }
 

@@ -130,10 +130,13 @@ TEST(FileFaults, aWriteAheadLogInAFolderForReadingSaysSo) {
         writer.run("PRAGMA wal_checkpoint(TRUNCATE)");
         ASSERT_TRUE(QFile::copy(file.path(), path));
     }
-    constexpr mode_t kForReading = 0555;
-    ASSERT_EQ(chmod(folder.path().toLocal8Bit().constData(), kForReading), 0);
-    const OrdinaryUser user;
-    const base::Error error = openError(path);
+    const QByteArray place = folder.path().toLocal8Bit();
+    ASSERT_EQ(chmod(place.constData(), 0555), 0);
+    const base::Error error = [&path] {
+        const OrdinaryUser user;
+        return openError(path);
+    }();
+    EXPECT_EQ(chmod(place.constData(), 0755), 0);
     EXPECT_EQ(error.number(), base::kProviderFailure);
     EXPECT_TRUE(error.description().startsWith(path + u": "_s)) << error.what();
     EXPECT_TRUE(error.description().contains(u"WAL"_s)) << error.what();
