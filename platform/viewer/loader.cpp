@@ -34,7 +34,7 @@ struct Loader::Mailbox {
     Loader* loader = nullptr;
 
     template <class Call>
-    void post(Call call) noexcept {
+    void post(Call call) {
         const std::lock_guard lock(mutex);
         if (loader == nullptr) return;
         QMetaObject::invokeMethod(

@@ -381,6 +381,36 @@ TEST_F(StopsTest, aRefusedCallChangesNothing) {
     EXPECT_TRUE(other->calls().isEmpty());
 }
 
+TEST_F(StopsTest, anyMomentMayEndALoad) {
+    const std::pair<const char*, std::function<void()>> kEnds[] = {{"Esc", [this] { pressInWindow(Qt::Key_Escape); }},
+                                                                   {"a second call", [this] { setUpFor(u"Import"_s); }},
+                                                                   {"closing", [this] { window.close(); }},
+                                                                   {"closing and a call", [this] {
+                                                                        window.close();
+                                                                        setUpFor(u"Import"_s);
+                                                                    }}};
+    FakeAnswer slow = reportColumns();
+    slow.repeat = 8;
+    slow.openDelay = 2ms;
+    slow.runDelay = 3ms;
+    slow.fetchDelay = 1ms;
+    connection->answer(kReport, slow);
+    for (int moment = 0; moment < 60; ++moment) {
+        const auto& [name, end] = kEnds[moment % std::size(kEnds)];
+        setUpFor(u"Import"_s);
+        run();
+        QTest::qWait(moment / 4);
+        end();
+        if (window.isLoaded()) {
+            ASSERT_TRUE(waitFor([this] { return !viewer()->isBusy(); })) << name << moment;
+            expectFiltersUsable();
+        }
+        expectDefaultPointer();
+        ASSERT_TRUE(surroundings.messages.isEmpty()) << name << moment;
+    }
+    EXPECT_TRUE(db::keeper().isEmpty());
+}
+
 /// A host may dispatch events inside its own connection's calls.
 class DispatchingHostTest : public StopsTest {
 protected:
