@@ -4,7 +4,7 @@
     faults.py PROGRAM [GROUP ...]
 
 Runs in a mount namespace of its own (unshare --mount) on small file systems and device nodes of its own making, so it
-needs root; without it the groups that need a mount are left out, and said so.
+needs root; where it may not have them, the groups that need them are left out, and said so.
 """
 import os
 import re
@@ -288,23 +288,32 @@ def sample(faults):
 
 GROUPS = {"full_disk": full_disk, "failing_calls": failing_calls, "threads": threads, "signals": signals,
           "devices": devices, "sample": sample}
-NEED_ROOT = ("full_disk", "devices", "sample")
+NEED_MOUNTS = ("full_disk", "devices", "sample")
+
+
+def may_mount():
+    """Whether this machine lets us have disks and device nodes of our own."""
+    if os.geteuid() != 0:
+        return False
+    tried = "d=$(mktemp -d) && mount -t tmpfs tmpfs $d && mknod $d/null c 1 3 && echo > $d/null && umount $d && rmdir $d"
+    return subprocess.run(["unshare", "--mount", "sh", "-c", tried], stderr=subprocess.DEVNULL).returncode == 0
 
 
 def main():
     if len(sys.argv) < 2:
         sys.exit(__doc__)
-    if os.geteuid() == 0 and os.environ.get("VELCORAN_FAULTS_INSIDE") != "1":
-        os.environ["VELCORAN_FAULTS_INSIDE"] = "1"
-        os.execvp("unshare", ["unshare", "--mount", sys.executable, os.path.abspath(__file__)] + sys.argv[1:])
+    if "VELCORAN_FAULTS_MOUNT" not in os.environ:
+        os.environ["VELCORAN_FAULTS_MOUNT"] = "yes" if may_mount() else "no"
+        if os.environ["VELCORAN_FAULTS_MOUNT"] == "yes":
+            os.execvp("unshare", ["unshare", "--mount", sys.executable, os.path.abspath(__file__)] + sys.argv[1:])
     program = os.path.abspath(sys.argv[1])
     with tempfile.TemporaryDirectory() as folder:
         faults = Faults(program, folder)
         for name, group in GROUPS.items():
             if sys.argv[2:] and name not in sys.argv[2:]:
                 continue
-            if name in NEED_ROOT and os.geteuid() != 0:
-                print(name, "is left out: it needs root")
+            if name in NEED_MOUNTS and os.environ["VELCORAN_FAULTS_MOUNT"] != "yes":
+                print(name, "is left out: it needs disks and device nodes of its own")
                 continue
             start = time.monotonic()
             print(name, flush=True)
