@@ -11,7 +11,7 @@
 namespace velcoran::db {
 
 /// How long a window waits for a driver that was asked to cancel before it leaves the run to the keeper.
-constexpr std::chrono::milliseconds kCancelPatience{300};
+constexpr std::chrono::milliseconds kCancelPatience{500};
 
 /// Keeps runs whose driver does not answer a cancel, and joins them when the driver has returned. Meanwhile the library
 /// must not be unloaded, and the connection takes no other call. A run holds its connection itself and lets go of it

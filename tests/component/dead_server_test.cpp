@@ -76,7 +76,7 @@ TEST_F(DeadServer, keepsTheLibraryInTheProcessUntilTheDriverReturns) {
     QElapsedTimer clock;
     clock.start();
     EXPECT_EQ(incarca(), 5);
-    EXPECT_LT(clock.elapsed(), 500);
+    EXPECT_LT(clock.elapsed(), 5000);
     EXPECT_TRUE(description().startsWith(u"Conexiunea este ocupată"_s)) << qPrintable(description());
     window()->close();
     object = nullptr;

@@ -329,7 +329,7 @@ TEST_F(ReportRunTest, aSilentServerHoldsNeitherACloseNorACall) {
             setUpFor(u"Export"_s);
             EXPECT_EQ(member("caption"), u"Facturi Export Clienti"_s);
         }
-        EXPECT_LT(clock.elapsed(), 1500) << "the window's thread did not wait for the driver";
+        EXPECT_LT(clock.elapsed(), 1900) << "the window's thread did not wait for the driver";
         EXPECT_FALSE(db::keeper().isEmpty());
         EXPECT_THROW((void)db::Connection(deaf).execute(u"SELECT An FROM An"_s), base::Error);
         ASSERT_TRUE(waitFor([] { return db::keeper().isEmpty(); })) << "joined when the driver has returned";
