@@ -53,9 +53,10 @@ QString problemOf(const ColumnBlock& column, std::uint32_t rowCount) {
 }  // namespace
 
 void checkBlock(const RowBlock& block, std::uint32_t maxRows, const QList<Column>& columns) {
-    if (block.rowCount > maxRows) fail(u"%1 rânduri, deși s-au cerut cel mult %2"_s.arg(block.rowCount).arg(maxRows));
+    if (block.rowCount > maxRows)
+        fail(u"numărul de rânduri este %1, deși s-au cerut cel mult %2"_s.arg(block.rowCount).arg(maxRows));
     if (block.columnCount != static_cast<std::uint32_t>(columns.size()))
-        fail(u"%1 coloane, deși interogarea are %2"_s.arg(block.columnCount).arg(columns.size()));
+        fail(u"numărul de coloane este %1, deși interogarea are %2"_s.arg(block.columnCount).arg(columns.size()));
     if (block.columns == nullptr && block.columnCount != 0) fail(u"coloanele lipsesc"_s);
     for (std::uint32_t i = 0; i < block.columnCount; ++i) {
         const QString problem = problemOf(block.columns[i], block.rowCount);

@@ -52,7 +52,8 @@ QString warehouseList(const QStringList& items) {
     QString list;
     for (const QString& item : items) {
         const qsizetype end = item.indexOf(kWarehouseSeparator);
-        if (end < 0) throw base::Error(base::kInvalidProcedureCall, u"Invalid procedure call or argument"_s);
+        if (end < 0)
+            throw base::Error(base::kInvalidProcedureCall, u"Depozitul „%1” nu are „ - ” după cod."_s.arg(item));
         list += joinFragments({list.isEmpty() ? kFirstWarehouse : kNextWarehouse, QStringView(item).first(end)});
     }
     if (!list.isEmpty()) list += u')';

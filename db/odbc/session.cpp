@@ -10,7 +10,7 @@ namespace {
 
 base::Error timeoutError(std::chrono::milliseconds wait) {
     const auto seconds = std::chrono::duration<double>(wait).count();
-    return {base::kProviderFailure, u"Serverul nu a răspuns în %1 secunde."_s.arg(seconds)};
+    return {base::kProviderFailure, u"Serverul nu a răspuns în timpul de așteptare (%1 s)."_s.arg(seconds)};
 }
 
 }  // namespace

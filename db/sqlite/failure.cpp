@@ -47,8 +47,8 @@ QString explanationOf(int result, const QString& path) {
                "acel program, ca să o încheie, apoi reîncercați."_s.arg(path);
     const bool mayBeLog = primaryCode(result) == SQLITE_READONLY || primaryCode(result) == SQLITE_CANTOPEN;
     if (mayBeLog && isWriteAheadLogged(path))
-        return u"baza de date are un jurnal WAL și nu poate fi citită dintr-un folder în care nu se poate scrie. Dați "
-               "drept de scriere în folder sau treceți baza de date la alt jurnal (PRAGMA journal_mode = DELETE)."_s;
+        return u"baza de date are un jurnal WAL și nu poate fi citită dintr-un dosar în care nu se poate scrie. Dați "
+               "drept de scriere în dosar sau treceți baza de date la alt jurnal (PRAGMA journal_mode = DELETE)."_s;
     if (primaryCode(result) == SQLITE_CORRUPT)
         return u"fișierul bazei de date este deteriorat sau a fost scurtat de alt program în timpul citirii."_s;
     return {};

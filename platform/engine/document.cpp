@@ -62,7 +62,7 @@ Page Document::page(base::PageNumber number) const {
 
 void Document::requirePage(base::PageNumber number) const {
     if (number.value < 1 || number.value > pageCount()) {
-        throw base::Error(base::kInvalidProcedureCall, u"There is no page %1."_s.arg(number.value));
+        throw base::Error(base::kInvalidProcedureCall, u"Raportul nu are pagina %1."_s.arg(number.value));
     }
 }
 

@@ -103,7 +103,7 @@ const std::vector<ExportFormat>& exportFormats() {
         {kPdf, u"Document PDF"_s, u"pdf"_s},
         {kXlsx, u"Registru Excel (XLSX)"_s, u"xlsx"_s},
         {kCsv, u"Valori separate (CSV)"_s, u"csv"_s},
-        {kHtml, u"Pagina web (HTML)"_s, u"html"_s},
+        {kHtml, u"Pagină web (HTML)"_s, u"html"_s},
         {kOdt, u"Document text OpenDocument (ODT)"_s, u"odt"_s},
         {kPlainText, u"Text simplu (TXT)"_s, u"txt"_s},
         {kOwnReport, u"Raport Velcoran"_s, u"vraport"_s},

@@ -161,7 +161,8 @@ std::shared_ptr<const FontSet> FontSet::shared() {
 FontSet::FontSet() : m_private(std::make_unique<Private>()) {
     for (const int weight : {kRegular, kBold}) {
         const auto found = findFont(weight == kBold, std::nullopt);
-        if (!found) throw base::Error(base::kNoSuchObject, u"There is no font for reports on this machine."_s);
+        if (!found)
+            throw base::Error(base::kNoSuchObject, u"Pe acest calculator nu există niciun font pentru rapoarte."_s);
         m_private->files[{found->file, found->index}] = static_cast<std::uint16_t>(weight);
         m_private->fonts.push_back(std::make_unique<Font>(*found));
         m_private->fillTable(weight);

@@ -21,10 +21,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Published run-time errors that only printing raises.
-constexpr std::int32_t kInvalidPropertyValue = 380;
-constexpr std::int32_t kPrinterError = 482;
-
 struct PaperRow {
     const char16_t* name;
     QPageSize::PageSizeId size;
@@ -54,8 +50,8 @@ PageRange rangeOf(const PrintRequest& request, int pageCount) {
     const PageRange range{std::max(request.firstPage, 1),
                           request.lastPage <= 0 ? pageCount : std::min(request.lastPage, pageCount)};
     if (range.first > range.last)
-        throw base::Error(kInvalidPropertyValue,
-                          u"Raportul nu are paginile %1 - %2 (are %3 pagini)."_s.arg(request.firstPage)
+        throw base::Error(base::kValueOutOfRange,
+                          u"Raportul nu are paginile %1 - %2 (ultima pagină este %3)."_s.arg(request.firstPage)
                               .arg(request.lastPage)
                               .arg(pageCount));
     return range;
@@ -131,7 +127,7 @@ void printOnPaper(const engine::Document& document, const PrintRequest& request,
         printer.setCollateCopies(request.isCollated);
     }
     if (!paintPages(printer, document, pageSequence(range.first, range.last, copiesHere, request.isCollated), control))
-        throw base::Error(kPrinterError, u"Imprimanta „%1” nu primește paginile."_s.arg(name));
+        throw base::Error(base::kPrinterError, u"Imprimanta „%1” nu primește paginile."_s.arg(name));
 }
 
 }  // namespace

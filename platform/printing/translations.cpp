@@ -241,6 +241,10 @@ constexpr TranslationRow kRows[] = {
     {kOutput, "None", u"Fără"},
     {kOutput, "Long side", u"Pe latura lungă"},
     {kOutput, "Short side", u"Pe latura scurtă"},
+    {kOutput, "Double Sided Printing", u"Tipărire față-verso"},
+    {kOutput, "Off", u"Fără"},
+    {kOutput, "Long side binding", u"Pe latura lungă"},
+    {kOutput, "Short side binding", u"Pe latura scurtă"},
 
     {kLine, "&Undo", u"&Anulează"},
     {kLine, "&Redo", u"&Refă"},
@@ -264,6 +268,8 @@ constexpr TranslationRow kRows[] = {
     {"QComboBox", "True", u"Adevărat"},
     {"QComboBox", "False", u"Fals"},
 
+    {"QTabBar", "Scroll Left", u"Derulează la stânga"},
+    {"QTabBar", "Scroll Right", u"Derulează la dreapta"},
     {kScroll, "Scroll here", u"Derulează aici"},
     {kScroll, "Left edge", u"Marginea stângă"},
     {kScroll, "Top", u"Sus"},

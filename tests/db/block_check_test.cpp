@@ -60,11 +60,11 @@ TEST(BlockCheck, refusesWhatNoReaderCouldUse) {
         {"no type", [](ForeignRows& rows) { rows.m_columns[1].type = {}; }, u"Cod: tipul 0"_s},
         {"negative scale", [](ForeignRows& rows) { rows.m_columns[0].scale = -1; }, u"Valoare: numărul de zecimale"_s},
         {"large scale", [](ForeignRows& rows) { rows.m_columns[0].scale = 39; }, u"Valoare: numărul de zecimale"_s},
-        {"a column more", [](ForeignRows& rows) { rows.m_block.columnCount = 3; }, u"3 coloane"_s},
-        {"a column less", [](ForeignRows& rows) { rows.m_block.columnCount = 1; }, u"1 coloane"_s},
+        {"a column more", [](ForeignRows& rows) { rows.m_block.columnCount = 3; }, u"numărul de coloane este 3"_s},
+        {"a column less", [](ForeignRows& rows) { rows.m_block.columnCount = 1; }, u"numărul de coloane este 1"_s},
         {"no columns", [](ForeignRows& rows) { rows.m_block.columns = nullptr; }, u"coloanele lipsesc"_s},
         {"too many rows", [](ForeignRows& rows) { rows.m_block.rowCount = Rows::kMaxBlockRows + 1; },
-         u"4097 rânduri"_s},
+         u"numărul de rânduri este 4097"_s},
         {"rows with the end", [](ForeignRows& rows) { rows.m_result = com::kFalse; }, u"după sfârșit"_s},
     };
     for (const BrokenCase& one : cases) {

@@ -61,7 +61,7 @@ TEST(Request, failsOnAWarehouseWithoutItsSeparator) {
             ADD_FAILURE() << "accepted " << bad.toStdString();
         } catch (const base::Error& error) {
             EXPECT_EQ(error.number(), 5);
-            EXPECT_EQ(error.description(), u"Invalid procedure call or argument");
+            EXPECT_EQ(error.description(), u"Depozitul „%1” nu are „ - ” după cod."_s.arg(bad));
         }
     }
 }

@@ -43,7 +43,7 @@ Blob subset(hb_face_t* face, const GlyphTexts& glyphs) {
     hb_set_t* dropped = hb_subset_input_set(input.get(), HB_SUBSET_SETS_DROP_TABLE_TAG);
     for (const hb_tag_t tag : kDropped) hb_set_add(dropped, tag);
     const Face small(hb_subset_or_fail(face, input.get()));
-    if (!small) throw base::Error(base::kFormatNotAvailable, u"A font of the report cannot be put into the file."_s);
+    if (!small) throw base::Error(base::kFormatNotAvailable, u"Un font al raportului nu poate fi pus în fișier."_s);
     return Blob(hb_face_reference_blob(small.get()));
 }
 

@@ -35,13 +35,17 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Everything that a person can read in a widget and its visible parts: texts, titles, tooltips, items, headings.
+/// Hidden parts are those that another printer, folder or choice would show.
+enum class Parts { visible, all };
+
+/// Everything that a person can read in a widget and its parts: texts, titles, tooltips, items, headings, commands.
 class TextWalk {
 public:
-    explicit TextWalk(const QWidget& root) {
+    explicit TextWalk(const QWidget& root, Parts parts = Parts::visible) {
         walk(root);
         for (const auto* part : root.findChildren<QWidget*>())
-            if (part->isVisibleTo(&root)) walk(*part);
+            if (parts == Parts::all || part->isVisibleTo(&root)) walk(*part);
+        for (const auto* action : root.findChildren<QAction*>()) add(action->text());
     }
     QStringList texts;
 
@@ -118,7 +122,7 @@ QStringList textsOf(const WalkedDialog& each) {
     if (const auto* files = dialog->findChild<QTreeView*>()) {
         EXPECT_TRUE(QTest::qWaitFor([files] { return files->model()->rowCount(files->rootIndex()) > 0; }));
     }
-    return TextWalk(*dialog).texts;
+    return TextWalk(*dialog, Parts::all).texts;
 }
 
 /// A text that is the same in both languages because the words are.
