@@ -1,6 +1,7 @@
 #include "host/commands.h"
 #include "host/component_client.h"
 #include "host/dialogs.h"
+#include "host/end_watch.h"
 #include "host/file_export.h"
 #include "host/key_input.h"
 #include "host/plain_box_watch.h"
@@ -167,17 +168,21 @@ void exportReport(const Options& options, const com::Ref<IConnection>& connectio
 }  // namespace
 
 int runExport(const Options& options) {
+    EndWatch end;
     const OpenedConnection source = openSource(options.source, openTrace(options.trace));
+    end.cancelBy([connection = source.connection] { connection->Cancel(); });
     const auto timeout = milliseconds(options.timeout);
     const auto isSilent = std::make_shared<std::atomic<bool>>(false);
-    try {
-        exportReport(options, watchConnection(source.connection, timeout, isSilent));
-    } catch (const base::Error&) {
-        // A lookup whose statement fails shows as one that found nothing.
-        if (!*isSilent) throw;
-        throw base::Error(base::kStatementError, silenceWords(timeout));
-    }
-    return kStatusDone;
+    return end.follow([&] {
+        try {
+            exportReport(options, watchConnection(source.connection, timeout, isSilent));
+        } catch (const base::Error&) {
+            // A lookup whose statement fails shows as one that found nothing.
+            if (!*isSilent) throw;
+            throw base::Error(base::kStatementError, silenceWords(timeout));
+        }
+        return kStatusDone;
+    });
 }
 
 }  // namespace velcoran::host
