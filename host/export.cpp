@@ -13,7 +13,9 @@
 
 #include "base/error.h"
 
+#include <QApplication>
 #include <QDir>
+#include <QEvent>
 #include <QWidget>
 
 using namespace Qt::StringLiterals;
@@ -69,6 +71,18 @@ QList<int> rowsWithCode(const QString& code) {
             found.append(static_cast<int>(row) + 1);
     return found;
 }
+
+/// Nobody sees the window: it is not painted, which costs time, and threads of Qt's own that a drained system may not
+/// have; painting would wait for them for ever.
+class NoPainting final : public QObject {
+public:
+    NoPainting() { qApp->installEventFilter(this); }
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        return event->type() == QEvent::UpdateRequest || event->type() == QEvent::Paint;
+    }
+};
 
 /// Opens the lookup of a field and picks the row with a code.
 void pick(const QString& field, const QString& code) {
@@ -147,6 +161,7 @@ void produce(DialogScript& dialogs) {
 void exportReport(const Options& options, const com::Ref<IConnection>& connection) {
     const ExportRequest& request = options.request;
     const QString path = QDir::current().absoluteFilePath(request.out);
+    const NoPainting unseen;
     ComponentClient component;
     const auto dialogs = std::make_shared<DialogScript>();
     registerDialogs(component.hostObjects(), dialogs);
