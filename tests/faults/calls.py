@@ -109,7 +109,8 @@ def cases(shop):
         os.replace(arguments[1], path)
         for call, at, how in places(shop, arguments, folder, f"calls/sample{ending}"):
             yield (f"calls/sample{ending}/{call}-{at}-{how}",
-                   lambda name, ending=ending, call=call, at=at, how=how: sample_with(shop, name, ending, call, at, how))
+                   lambda name, ending=ending, call=call, at=at, how=how:
+                   sample_with(shop, name, ending, call, at, how))
     for form in ("pdf", "xlsx", "csv"):
         for at in range(1, THREADS + 1):
             yield f"threads/{form}/{at}", lambda name, form=form, at=at: thread_missing(shop, name, form, at)

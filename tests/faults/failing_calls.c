@@ -4,7 +4,8 @@
  *   FAULT_CALL     which calls count: write, pwrite, writev, fflush, fclose, fsync, fdatasync, close, rename, link,
  *                  fchmod, thread
  *   FAULT_AT       the number of the call that goes wrong, from 1; a thread fails from this one on
- *   FAULT_HOW      the number of the error; "short" for a write that takes half; "hold:N" waits N milliseconds and goes on
+ *   FAULT_HOW      the number of the error; "short" for a write that takes half; "hold:N" waits N milliseconds and
+ *                  goes on
  *   FAULT_MARK     a file that is made when a call is held
  *   FAULT_COUNT    a file that gets the number of calls at the end
  *
