@@ -1,6 +1,7 @@
 #include "base/error.h"
 
 #include <new>
+#include <system_error>
 
 namespace velcoran::base {
 
@@ -19,6 +20,10 @@ Error currentError() noexcept {
         return {kStopped, QStringLiteral("Operațiunea a fost oprită.")};
     } catch (const std::bad_alloc&) {
         return {kOutOfMemory, QStringLiteral("Memorie insuficientă.")};
+    } catch (const std::system_error& error) {
+        if (error.code() == std::errc::resource_unavailable_try_again)
+            return {kOutOfMemory, QStringLiteral("Sistemul nu mai poate porni un fir de execuție.")};
+        return {kProviderFailure, QString::fromLocal8Bit(error.what())};
     } catch (const std::exception& exception) {
         return {kProviderFailure, QString::fromUtf8(exception.what())};
     } catch (...) {

@@ -57,8 +57,8 @@ public:
     [[nodiscard]] const char* what() const noexcept override { return "cancelled"; }
 };
 
-/// The exception in flight, of whatever type, as an Error: Cancelled is kStopped, lack of memory kOutOfMemory, what is
-/// no Error kProviderFailure with its own words. To be called while an exception is handled.
+/// The exception in flight, of whatever type, as an Error: Cancelled is kStopped, lack of memory or of threads
+/// kOutOfMemory, what is no Error kProviderFailure with its own words. To be called while an exception is handled.
 [[nodiscard]] Error currentError() noexcept;
 
 }  // namespace velcoran::base

@@ -58,14 +58,18 @@ bool hasDisplay() {
 }
 
 int runOpen(const Options& options) {
+    EndWatch end;
     const OpenedConnection source = openSource(options.source, openTrace(options.trace));
-    ComponentClient component;
-    const QDate date = options.date.isValid() ? options.date : QDate::currentDate();
-    component.incarca(options.kind, source.connection, date, options.prefix);
-    QWidget* window = loadedWindow();
-    if (window == nullptr) return kStatusDone;
-    new EndOfWindow(*window);
-    return QApplication::exec();
+    end.cancelBy([connection = source.connection] { connection->Cancel(); });
+    return end.follow([&] {
+        ComponentClient component;
+        const QDate date = options.date.isValid() ? options.date : QDate::currentDate();
+        component.incarca(options.kind, source.connection, date, options.prefix);
+        QWidget* window = loadedWindow();
+        if (window == nullptr) return kStatusDone;
+        new EndOfWindow(*window);
+        return QApplication::exec();
+    });
 }
 
 int runDriveCommand(const Options& options) {
@@ -78,6 +82,7 @@ int runDriveCommand(const Options& options) {
 }
 
 int runSampleDatabase(const Options& options) {
+    const EndWatch end(-1, std::chrono::milliseconds(0));
     SampleOptions sample;
     if (options.documents > 0) sample.documents = options.documents;
     if (options.seed > 0) sample.seed = static_cast<decltype(sample.seed)>(options.seed);

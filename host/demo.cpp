@@ -1,6 +1,7 @@
 #include "host/commands.h"
 #include "host/demo_window.h"
 #include "host/dialogs.h"
+#include "host/end_watch.h"
 #include "host/file_export.h"
 #include "host/plain_box_watch.h"
 #include "host/trace.h"
@@ -97,18 +98,23 @@ int produceFiles(ComponentClient& component, const com::Ref<IConnection>& connec
 int runDemo(const Options& options) {
     const QTemporaryDir folder;
     if (!folder.isValid()) fail(folder.errorString());
+    EndWatch end;
+    end.cleanUpBy([path = folder.path()] { QDir(path).removeRecursively(); });
     const QString file = folder.filePath(u"demo.db"_s);
     const SampleOptions sample;
     writeSampleDatabase(file, sample);
     const OpenedConnection source = openSource({file, {}}, openTrace(options.trace));
-    ComponentClient component;
+    end.cancelBy([connection = source.connection] { connection->Cancel(); });
     const QDate date = options.date.isValid() ? options.date : kSampleDay;
-    if (!hasDisplay()) return produceFiles(component, source.connection, date, options.out);
+    return end.follow([&] {
+        ComponentClient component;
+        if (!hasDisplay()) return produceFiles(component, source.connection, date, options.out);
 
-    DemoWindow window(component, source.connection, date, QString());
-    window.show();
-    if (!options.kind.isEmpty()) window.openReport(options.kind);
-    return QApplication::exec();
+        DemoWindow window(component, source.connection, date, QString());
+        window.show();
+        if (!options.kind.isEmpty()) window.openReport(options.kind);
+        return QApplication::exec();
+    });
 }
 
 }  // namespace velcoran::host

@@ -1,6 +1,7 @@
 #include "host/end_watch.h"
 
 #include "base/error.h"
+#include "system/durable_file.h"
 
 #include <QCoreApplication>
 
@@ -24,16 +25,10 @@ constexpr int kStatusClosed = 1;
 constexpr int kStatusSignal = 128;
 /// A cancel reaches only what runs at that moment: it is repeated until the run ends.
 constexpr auto kCancelInterval = 50ms;
-constexpr auto kPatience = 2000ms;
 
 constexpr char kFinished = 0;  ///< written into the pipe in place of a signal's number
 
-struct SignalRow {
-    int number;
-    bool isEnd;  ///< ends the run; the other one is ignored
-};
-constexpr std::array kSignals{SignalRow{SIGTERM, true}, SignalRow{SIGINT, true}, SignalRow{SIGHUP, true},
-                              SignalRow{SIGPIPE, false}};
+constexpr std::array kSignals{SIGTERM, SIGINT, SIGHUP};
 
 /// A signal handler can reach nothing else.
 std::array<int, 2> signalPipe{-1, -1};
@@ -50,15 +45,23 @@ extern "C" void noteSignal(int number) {
 void takeSignals() {
     for (std::size_t index = 0; index < kSignals.size(); ++index) {
         struct sigaction action {};
-        action.sa_handler = kSignals[index].isEnd ? noteSignal : SIG_IGN;
+        action.sa_handler = noteSignal;
         action.sa_flags = SA_RESTART;
-        ::sigaction(kSignals[index].number, &action, &formerHandlers[index]);
+        ::sigaction(kSignals[index], nullptr, &formerHandlers[index]);
+        if (formerHandlers[index].sa_handler != SIG_IGN) ::sigaction(kSignals[index], &action, nullptr);
     }
 }
 
 void giveSignalsBack() {
     for (std::size_t index = 0; index < kSignals.size(); ++index)
-        ::sigaction(kSignals[index].number, &formerHandlers[index], nullptr);
+        ::sigaction(kSignals[index], &formerHandlers[index], nullptr);
+}
+
+void closePipe() {
+    for (int& end : signalPipe) {
+        ::close(end);
+        end = -1;
+    }
 }
 
 /// What ended the wait: a byte of the pipe, or nothing.
@@ -69,10 +72,15 @@ std::optional<char> readPipe() {
 
 }  // namespace
 
-EndWatch::EndWatch(int output) {
+EndWatch::EndWatch(int output, std::chrono::milliseconds patience) : m_patience(patience) {
     if (::pipe2(signalPipe.data(), O_CLOEXEC | O_NONBLOCK) != 0)
         throw base::Error(base::kOutOfMemory, QString::fromStdString(std::system_category().message(errno)));
-    m_thread = std::thread([this, output] { watch(output); });
+    try {
+        m_thread = std::thread([this, output] { watch(output); });
+    } catch (...) {
+        closePipe();
+        throw base::currentError();
+    }
     takeSignals();
 }
 
@@ -80,15 +88,17 @@ EndWatch::~EndWatch() {
     giveSignalsBack();
     write(kFinished);
     m_thread.join();
-    for (int& end : signalPipe) {
-        ::close(end);
-        end = -1;
-    }
+    closePipe();
 }
 
 void EndWatch::cancelBy(std::function<void()> cancel) {
     const std::scoped_lock lock(m_mutex);
     m_cancel = std::move(cancel);
+}
+
+void EndWatch::cleanUpBy(std::function<void()> cleanUp) {
+    const std::scoped_lock lock(m_mutex);
+    m_cleanUp = std::move(cleanUp);
 }
 
 std::optional<int> EndWatch::status() const {
@@ -108,14 +118,28 @@ void EndWatch::watch(int output) noexcept {
     }
 }
 
+/// An event loop that is entered later hears nothing of an earlier end: it is told again and again too.
 void EndWatch::end(int status) noexcept {
     m_status = status;
-    QMetaObject::invokeMethod(
-        QCoreApplication::instance(), [status] { QCoreApplication::exit(status); }, Qt::QueuedConnection);
     pollfd pipe{signalPipe[0], POLLIN, 0};
-    for (auto waited = 0ms; waited < kPatience; waited += kCancelInterval) {
+    for (auto waited = 0ms; waited < m_patience; waited += kCancelInterval) {
         cancel();
-        if (::poll(&pipe, 1, kCancelInterval.count()) > 0 && readPipe() == kFinished) return;
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(), [status] { QCoreApplication::exit(status); }, Qt::QueuedConnection);
+        if (::poll(&pipe, 1, kCancelInterval.count()) <= 0) continue;
+        const auto byte = readPipe();
+        if (byte == kFinished) return;
+        if (byte) break;  // a second signal
+    }
+    leave(status);
+}
+
+void EndWatch::leave(int status) noexcept {
+    system::removeUnfinishedFiles();
+    const std::scoped_lock lock(m_mutex);
+    try {
+        if (m_cleanUp) m_cleanUp();
+    } catch (...) {  // the process ends without it
     }
     std::_Exit(status);
 }

@@ -1,6 +1,7 @@
 #include "host/commands.h"
 #include "host/component_client.h"
 #include "host/dialogs.h"
+#include "host/end_watch.h"
 #include "host/file_export.h"
 #include "host/key_input.h"
 #include "host/plain_box_watch.h"
@@ -12,7 +13,9 @@
 
 #include "base/error.h"
 
+#include <QApplication>
 #include <QDir>
+#include <QEvent>
 #include <QWidget>
 
 using namespace Qt::StringLiterals;
@@ -68,6 +71,18 @@ QList<int> rowsWithCode(const QString& code) {
             found.append(static_cast<int>(row) + 1);
     return found;
 }
+
+/// Nobody sees the window: it is not painted, which costs time, and threads of Qt's own that a drained system may not
+/// have; painting would wait for them for ever.
+class NoPainting final : public QObject {
+public:
+    NoPainting() { qApp->installEventFilter(this); }
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        return event->type() == QEvent::UpdateRequest || event->type() == QEvent::Paint;
+    }
+};
 
 /// Opens the lookup of a field and picks the row with a code.
 void pick(const QString& field, const QString& code) {
@@ -146,6 +161,7 @@ void produce(DialogScript& dialogs) {
 void exportReport(const Options& options, const com::Ref<IConnection>& connection) {
     const ExportRequest& request = options.request;
     const QString path = QDir::current().absoluteFilePath(request.out);
+    const NoPainting unseen;
     ComponentClient component;
     const auto dialogs = std::make_shared<DialogScript>();
     registerDialogs(component.hostObjects(), dialogs);
@@ -167,17 +183,21 @@ void exportReport(const Options& options, const com::Ref<IConnection>& connectio
 }  // namespace
 
 int runExport(const Options& options) {
+    EndWatch end;
     const OpenedConnection source = openSource(options.source, openTrace(options.trace));
+    end.cancelBy([connection = source.connection] { connection->Cancel(); });
     const auto timeout = milliseconds(options.timeout);
     const auto isSilent = std::make_shared<std::atomic<bool>>(false);
-    try {
-        exportReport(options, watchConnection(source.connection, timeout, isSilent));
-    } catch (const base::Error&) {
-        // A lookup whose statement fails shows as one that found nothing.
-        if (!*isSilent) throw;
-        throw base::Error(base::kStatementError, silenceWords(timeout));
-    }
-    return kStatusDone;
+    return end.follow([&] {
+        try {
+            exportReport(options, watchConnection(source.connection, timeout, isSilent));
+        } catch (const base::Error&) {
+            // A lookup whose statement fails shows as one that found nothing.
+            if (!*isSilent) throw;
+            throw base::Error(base::kStatementError, silenceWords(timeout));
+        }
+        return kStatusDone;
+    });
 }
 
 }  // namespace velcoran::host

@@ -8,6 +8,7 @@
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <system_error>
 
 namespace {
 
@@ -42,6 +43,10 @@ int complain(const QString& words) {
     return velcoran::host::kStatusFailed;
 }
 
+int complain(const velcoran::base::Error& error) {
+    return complain(QStringLiteral("%1 (%2)").arg(error.description()).arg(error.number()));
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -61,7 +66,9 @@ int main(int argc, char** argv) {
         QApplication::setApplicationName(QStringLiteral("velcoran-host"));
         return row.run(options);
     } catch (const velcoran::base::Error& error) {
-        return complain(QStringLiteral("%1 (%2)").arg(error.description()).arg(error.number()));
+        return complain(error);
+    } catch (const std::system_error&) {
+        return complain(velcoran::base::currentError());
     } catch (const std::exception& exception) {
         return complain(QString::fromUtf8(exception.what()));
     }

@@ -5,6 +5,7 @@
 
 #include <QtGlobal>
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/random.h>
 #include <sys/stat.h>
@@ -13,6 +14,7 @@
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
+#include <string_view>
 
 namespace velcoran::system {
 
@@ -21,6 +23,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qsizetype kBufferBytes = 64 * 1024;
+constexpr int kNameBytes = 12;  // of chance
 constexpr int kMostLinks = 40;  // as many as the system itself follows
 
 constexpr struct {
@@ -51,7 +54,30 @@ QByteArray folderOf(const QByteArray& path) {
 /// A file system or a device that knows no fsync is no failure.
 bool isUnknownSync(int error) { return error == EINVAL || error == ENOTSUP || error == EROFS; }
 
+/// Whether a path ends with a name that DurableFile makes.
+bool isFreshName(std::string_view path) {
+    const std::string_view name = path.substr(path.rfind('/') + 1);
+    return name.size() == 1 + 2 * kNameBytes && name.front() == '.' &&
+           name.find_first_not_of("0123456789abcdef", 1) == std::string_view::npos;
+}
+
+/// Removes a descriptor's file when DurableFile gave it its name.
+void removeFresh(int descriptors, const char* descriptor) {
+    char path[PATH_MAX];
+    const ssize_t length = ::readlinkat(descriptors, descriptor, path, sizeof(path) - 1);
+    if (length <= 0) return;
+    path[length] = '\0';
+    if (isFreshName({path, static_cast<std::size_t>(length)})) ::unlink(path);
+}
+
 }  // namespace
+
+void removeUnfinishedFiles() noexcept {
+    DIR* descriptors = ::opendir("/proc/self/fd");
+    if (descriptors == nullptr) return;
+    while (const dirent* entry = ::readdir(descriptors)) removeFresh(::dirfd(descriptors), entry->d_name);
+    ::closedir(descriptors);
+}
 
 void failToWrite(const QString& file, int error) {
     throw base::Error(base::kPathAccess, u"Fișierul %1 nu poate fi scris: %2"_s.arg(file, wordsOf(error)));
@@ -128,7 +154,7 @@ void DurableFile::openNamed() {
 }
 
 QByteArray DurableFile::freshName() const {
-    unsigned char bytes[12];
+    unsigned char bytes[kNameBytes];
     if (::getrandom(bytes, sizeof(bytes), 0) != sizeof(bytes)) fail();
     return m_folder + "/." + QByteArray(reinterpret_cast<const char*>(bytes), sizeof(bytes)).toHex();
 }

@@ -10,6 +10,10 @@ namespace velcoran::system {
 /// @throws Error kPathAccess, always: the path and the system's words for a number of errno, in Romanian
 [[noreturn]] void failToWrite(const QString& file, int error);
 
+/// Removes the named files beside their targets that this process is still writing: for one that ends at once, without
+/// its destructors. May be called from any thread.
+void removeUnfinishedFiles() noexcept;
+
 /// The one way in which files are written: beside their place and without a name, moved there by commit when every
 /// write, flush, fsync and close has said that it worked. Without a commit nothing stays behind, also when the process
 /// is ended. A device or a pipe is written to and never replaced; a socket and a folder are refused. The target's own

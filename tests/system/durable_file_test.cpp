@@ -87,6 +87,18 @@ TEST_F(DurableFileTest, leavesNothingWithoutACommit) {
     EXPECT_EQ(content(u"vechi"_s), "vechi");
 }
 
+TEST_F(DurableFileTest, removesWhatIsUnfinishedAndNothingElse) {
+    put(u"vechi"_s, "vechi");
+    put(u".0123456789abcdef01234567"_s, "al altcuiva");
+    QFile opened(path(u"vechi"_s));
+    ASSERT_TRUE(opened.open(QIODevice::ReadOnly));
+    DurableFile first(path(u"vechi"_s), DurableFile::Use::named);
+    DurableFile second(path(u"nou"_s), DurableFile::Use::named);
+    ASSERT_EQ(entries().size(), 4);
+    removeUnfinishedFiles();
+    EXPECT_EQ(entries(), (QStringList{u".0123456789abcdef01234567"_s, u"vechi"_s}));
+}
+
 TEST_F(DurableFileTest, followsTheTargetsOwnLinkAndKeepsIt) {
     put(u"departe"_s, "vechi");
     ASSERT_EQ(::symlink("departe", bytes(u"legatura"_s).constData()), 0);
