@@ -1,7 +1,8 @@
 /* Stands in front of the system's calls and lets one of them fail: the VELCORAN_FAIL_AT-th call of the kind
- * VELCORAN_FAIL_CALL (write, fsync, close, rename, linkat, thread) fails with the number VELCORAN_FAIL_ERRNO. Calls on
- * standard streams and sockets do not count. A stream's fwrite fails from that call on, as on a disk that is full. With VELCORAN_FAIL_COUNT the number of calls is written to that file at
- * the end. VELCORAN_SLOW_WRITE waits so many milliseconds before each write that counts. */
+ * VELCORAN_FAIL_CALL (write, fwrite, fflush, fclose, fsync, close, linkat, renameat2, unlink, rename, thread) fails with
+ * the number VELCORAN_FAIL_ERRNO. Calls on standard streams and sockets do not count. A stream's fwrite fails from that
+ * call on, as on a disk that is full. With VELCORAN_FAIL_COUNT the number of calls is written to that file at the end.
+ * VELCORAN_SLOW_WRITE waits so many milliseconds before each write that counts. */
 #define _GNU_SOURCE
 #include <dlfcn.h>
 #include <errno.h>
@@ -63,7 +64,13 @@ ssize_t write(int descriptor, const void* bytes, size_t count) {
     return REAL(write)(descriptor, bytes, count);
 }
 
-int fsync(int descriptor) { return counts(descriptor) && fails("fsync") ? -1 : REAL(fsync)(descriptor); }
+/* A folder is written to the disk like a file. */
+static int counts_or_folder(int descriptor) {
+    struct stat found;
+    return counts(descriptor) || (fstat(descriptor, &found) == 0 && S_ISDIR(found.st_mode));
+}
+
+int fsync(int descriptor) { return counts_or_folder(descriptor) && fails("fsync") ? -1 : REAL(fsync)(descriptor); }
 
 int close(int descriptor) {
     const int isFailing = counts(descriptor) && fails("close");
@@ -75,6 +82,12 @@ int close(int descriptor) {
 }
 
 int rename(const char* from, const char* to) { return fails("rename") ? -1 : REAL(rename)(from, to); }
+
+int renameat2(int fromFolder, const char* from, int toFolder, const char* to, unsigned flags) {
+    return fails("renameat2") ? -1 : REAL(renameat2)(fromFolder, from, toFolder, to, flags);
+}
+
+int unlink(const char* path) { return fails("unlink") ? -1 : REAL(unlink)(path); }
 
 int linkat(int from, const char* old, int to, const char* fresh, int flags) {
     return fails("linkat") ? -1 : REAL(linkat)(from, old, to, fresh, flags);

@@ -152,7 +152,7 @@ def failing_calls(faults):
     for form in FORMATS:
         path = os.path.join(folder, "raport." + form)
         tried = {}
-        for call in ("write", "fwrite", "fflush", "fclose", "fsync", "close", "linkat", "rename"):
+        for call in ("write", "fwrite", "fflush", "fclose", "fsync", "close", "linkat", "renameat2", "unlink", "rename"):
             put_old(path)
             done = faults.run(path, faults.shimmed(FAIL_CALL=call, FAIL_AT=0, FAIL_COUNT=counts))
             assert done.returncode == 0, done.stderr
