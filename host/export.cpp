@@ -11,8 +11,8 @@
 #include "host/window_view.h"
 
 #include "base/error.h"
+#include "system/file_name.h"
 
-#include <QDir>
 #include <QWidget>
 
 using namespace Qt::StringLiterals;
@@ -145,7 +145,7 @@ void produce(DialogScript& dialogs) {
 
 void exportReport(const Options& options, const com::Ref<IConnection>& connection) {
     const ExportRequest& request = options.request;
-    const QString path = QDir::current().absoluteFilePath(request.out);
+    const QString path = system::fullName(request.out);
     ComponentClient component;
     const auto dialogs = std::make_shared<DialogScript>();
     registerDialogs(component.hostObjects(), dialogs);

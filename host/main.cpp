@@ -2,6 +2,7 @@
 #include "host/commands.h"
 
 #include "base/error.h"
+#include "system/file_name.h"
 
 #include <QApplication>
 
@@ -38,7 +39,7 @@ const CommandRow& rowOf(Command command) {
 }
 
 int complain(const QString& words) {
-    std::fprintf(stderr, "velcoran-host: %s\n", words.simplified().toUtf8().constData());
+    std::fprintf(stderr, "velcoran-host: %s\n", velcoran::system::nameBytes(words.simplified()).constData());
     return velcoran::host::kStatusFailed;
 }
 
@@ -63,6 +64,6 @@ int main(int argc, char** argv) {
     } catch (const velcoran::base::Error& error) {
         return complain(QStringLiteral("%1 (%2)").arg(error.description()).arg(error.number()));
     } catch (const std::exception& exception) {
-        return complain(QString::fromUtf8(exception.what()));
+        return complain(velcoran::system::nameText(exception.what()));
     }
 }
