@@ -145,6 +145,22 @@ def full_disk(faults):
             faults.fail(f"full disk, {form}: the sizes do not reach both ends")
 
 
+def full_temporary_folder(faults):
+    """What is written beside its place needs no room elsewhere."""
+    disk = os.path.join(faults.folder, "disk")
+    folder = os.path.join(faults.folder, "room")
+    os.makedirs(disk, exist_ok=True)
+    os.makedirs(folder)
+    subprocess.run(["mount", "-t", "tmpfs", "-o", "size=8k", "tmpfs", disk], check=True)
+    for form in FORMATS:
+        path = os.path.join(folder, "raport." + form)
+        put_old(path)
+        if not faults.check(f"full folder of temporary files, {form}", form, path, faults.run(path, {"TMPDIR": disk})):
+            faults.fail(f"full folder of temporary files, {form}: status 1")
+        os.unlink(path)
+    subprocess.run(["umount", disk], check=True)
+
+
 def failing_calls(faults):
     folder = os.path.join(faults.folder, "calls")
     os.makedirs(folder, exist_ok=True)
@@ -286,9 +302,9 @@ def sample(faults):
         subprocess.run(["umount", disk], check=True)
 
 
-GROUPS = {"full_disk": full_disk, "failing_calls": failing_calls, "threads": threads, "signals": signals,
+GROUPS = {"full_disk": full_disk, "full_temporary_folder": full_temporary_folder, "failing_calls": failing_calls, "threads": threads, "signals": signals,
           "devices": devices, "sample": sample}
-NEED_MOUNTS = ("full_disk", "devices", "sample")
+NEED_MOUNTS = ("full_disk", "full_temporary_folder", "devices", "sample")
 
 
 def may_mount():
