@@ -6,6 +6,7 @@
 Runs in a mount namespace of its own (unshare --mount) on small file systems and device nodes of its own making, so it
 needs root; where it may not have them, the groups that need them are left out, and said so.
 """
+import json
 import os
 import re
 import signal
@@ -194,6 +195,25 @@ def threads(faults):
             put_old(path)
             done = faults.run(path, faults.shimmed(FAIL_CALL="thread", FAIL_AT=number))
             faults.check(f"thread {number} does not start, {form}", form, path, done)
+    search_without_threads(faults)
+
+
+def search_without_threads(faults):
+    commands = [{"do": "incarca", "kind": "Import", "date": "2026-03-15"}, {"do": "click", "control": "Raport"},
+                {"do": "wait", "seconds": 60}, {"do": "report"}, {"do": "viewer", "action": "search", "text": "SRL"},
+                {"do": "viewer", "action": "search", "text": "SRL"}]
+    lines = "\n".join(map(json.dumps, commands)).encode()
+    for number in range(2, 10):  # the first is the host's own
+        done = subprocess.run([faults.program, "drive", "--db", faults.database], input=lines, timeout=120,
+                              env=dict(os.environ, **faults.shimmed(FAIL_CALL="thread", FAIL_AT=number)),
+                              stdout=subprocess.PIPE, stderr=subprocess.PIPE, check=False)
+        answers = [json.loads(line) for line in done.stdout.splitlines()]
+        faults.checks += 1
+        hasReport = len(answers) == len(commands) and answers[3]["report"] is not None
+        if done.returncode != 0 or any(not answer["ok"] for answer in answers):
+            faults.fail(f"thread {number} does not start, drive: status {done.returncode}, {answers[-1:]}")
+        elif hasReport and any(answer["found"] is None for answer in answers[4:]):
+            faults.fail(f"thread {number} does not start, search: nothing found")
 
 
 def signals(faults):
