@@ -1,10 +1,9 @@
 #include "host/dialogs.h"
 
 #include "platform/com/class_factory.h"
+#include "system/file_name.h"
 
 #include <velcoran/mesaje.h>
-
-#include <QDir>
 
 #include <algorithm>
 #include <iterator>
@@ -15,8 +14,6 @@ using namespace Qt::StringLiterals;
 namespace velcoran::host {
 
 namespace {
-
-QString fullPath(const QString& file) { return QDir::current().absoluteFilePath(file); }
 
 class Mesaje final : public com::Object<IMesaje> {
 public:
@@ -53,7 +50,7 @@ public:
             if (format == nullptr) throw base::Error(base::kInvalidProcedureCall, u"no format "_s + name);
             const QString chosen = answer->value(u"file"_s).toString();
             *type = format->type;
-            *file = com::toText(fullPath(chosen.isEmpty() ? com::toQString(suggestedFile) : chosen)).release();
+            *file = com::toText(system::fullName(chosen.isEmpty() ? com::toQString(suggestedFile) : chosen)).release();
             return com::kOk;
         });
     }
@@ -71,7 +68,7 @@ public:
             const auto answer = m_script->open(u"print"_s);
             if (!answer) return com::kFalse;
             if (answer->contains(u"file"_s))
-                choice->file = com::toText(fullPath(answer->value(u"file"_s).toString())).release();
+                choice->file = com::toText(system::fullName(answer->value(u"file"_s).toString())).release();
             choice->firstPage = answer->value(u"from"_s, 1).toInt();
             choice->lastPage = answer->value(u"to"_s, 0).toInt();
             choice->copies = answer->value(u"copies"_s, 1).toInt();

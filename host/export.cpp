@@ -12,9 +12,9 @@
 #include "host/window_view.h"
 
 #include "base/error.h"
+#include "system/file_name.h"
 
 #include <QApplication>
-#include <QDir>
 #include <QEvent>
 #include <QWidget>
 
@@ -160,7 +160,7 @@ void produce(DialogScript& dialogs) {
 
 void exportReport(const Options& options, const com::Ref<IConnection>& connection) {
     const ExportRequest& request = options.request;
-    const QString path = QDir::current().absoluteFilePath(request.out);
+    const QString path = system::fullName(request.out);
     const NoPainting unseen;
     ComponentClient component;
     const auto dialogs = std::make_shared<DialogScript>();

@@ -6,6 +6,7 @@
 #include "host/window_view.h"
 
 #include "base/error.h"
+#include "system/file_name.h"
 
 #include <QFileInfo>
 
@@ -26,7 +27,7 @@ bool isOwnFormat(int type) { return type == 1 || type == 33; }
 
 void failOnMessage(DialogScript& dialogs) {
     for (const RecordedMessage& message : dialogs.takeMessages())
-        throw std::runtime_error(message.text.simplified().toStdString());
+        throw std::runtime_error(system::nameBytes(message.text.simplified()).toStdString());
 }
 
 void exportFile(DialogScript& dialogs, const QString& path) {

@@ -2,6 +2,7 @@
 #include "host/commands.h"
 
 #include "base/error.h"
+#include "system/file_name.h"
 
 #include <QApplication>
 
@@ -39,7 +40,7 @@ const CommandRow& rowOf(Command command) {
 }
 
 int complain(const QString& words) {
-    std::fprintf(stderr, "velcoran-host: %s\n", words.simplified().toUtf8().constData());
+    std::fprintf(stderr, "velcoran-host: %s\n", velcoran::system::nameBytes(words.simplified()).constData());
     return velcoran::host::kStatusFailed;
 }
 
@@ -70,6 +71,6 @@ int main(int argc, char** argv) {
     } catch (const std::system_error&) {
         return complain(velcoran::base::currentError());
     } catch (const std::exception& exception) {
-        return complain(QString::fromUtf8(exception.what()));
+        return complain(velcoran::system::nameText(exception.what()));
     }
 }

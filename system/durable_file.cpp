@@ -2,6 +2,7 @@
 
 #include "base/error.h"
 #include "system/file_name.h"
+#include "system/write_signals.h"
 
 #include <QtGlobal>
 
@@ -30,13 +31,28 @@ constexpr struct {
     int error;
     QStringView words;
 } kSystemWords[] = {
-    {ENOSPC, u"discul este plin"},           {EDQUOT, u"spațiul rezervat pe disc s-a terminat"},
-    {EFBIG, u"fișierul ar fi prea mare"},    {ENOENT, u"dosarul nu există"},
-    {ENOTDIR, u"dosarul nu există"},         {EISDIR, u"este un dosar"},
-    {EACCES, u"accesul este interzis"},      {EPERM, u"accesul este interzis"},
-    {EROFS, u"discul poate fi numai citit"}, {ENAMETOOLONG, u"numele este prea lung"},
-    {EIO, u"discul nu mai primește date"},   {ELOOP, u"legătura nu duce nicăieri"},
-    {EPIPE, u"nimeni nu mai citește"},       {ENXIO, u"este un socket"},
+    {ENOSPC, u"discul este plin"},
+    {EDQUOT, u"spațiul rezervat pe disc s-a terminat"},
+    {EFBIG, u"fișierul ar fi prea mare"},
+    {ENOENT, u"dosarul nu există"},
+    {ENOTDIR, u"dosarul nu există"},
+    {EISDIR, u"este un dosar"},
+    {EACCES, u"accesul este interzis"},
+    {EPERM, u"accesul este interzis"},
+    {EROFS, u"discul poate fi numai citit"},
+    {ENAMETOOLONG, u"numele este prea lung"},
+    {EIO, u"discul nu mai primește date"},
+    {ELOOP, u"legătura nu duce nicăieri"},
+    {EPIPE, u"nimeni nu mai citește"},
+    {ESOCKTNOSUPPORT, u"este un socket"},
+    {ENXIO, u"aparatul lipsește"},
+    {ENODEV, u"aparatul lipsește"},
+    {EMFILE, u"prea multe fișiere deschise"},
+    {ENFILE, u"prea multe fișiere deschise"},
+    {ENOMEM, u"memoria nu ajunge"},
+    {ETXTBSY, u"fișierul este în lucru"},
+    {EBUSY, u"fișierul este în lucru"},
+    {ESTALE, u"fișierul a fost înlocuit între timp"},
 };
 
 QString wordsOf(int error) {
@@ -51,8 +67,34 @@ QByteArray folderOf(const QByteArray& path) {
     return slash == 0 ? QByteArray("/") : path.left(slash);
 }
 
-/// A file system or a device that knows no fsync is no failure.
-bool isUnknownSync(int error) { return error == EINVAL || error == ENOTSUP || error == EROFS; }
+QByteArray descriptorPath(int descriptor) { return "/proc/self/fd/" + QByteArray::number(descriptor); }
+
+/// A file system or a device that knows no such call is no failure.
+bool isUnknown(int error) { return error == EINVAL || error == ENOTSUP || error == ENOSYS || error == EROFS; }
+
+bool isDevice(mode_t mode) { return S_ISCHR(mode) || S_ISBLK(mode) || S_ISFIFO(mode); }
+
+/// The folder of a file, to have its names written to the disk. A folder that may be written and not read cannot be
+/// asked for that.
+class Folder {
+public:
+    explicit Folder(const QByteArray& path)
+        : m_descriptor(::open(path.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)),
+          m_isUsable(m_descriptor >= 0 || errno == EACCES) {}
+    ~Folder() {
+        if (m_descriptor >= 0) ::close(m_descriptor);
+    }
+    Folder(const Folder&) = delete;
+    Folder& operator=(const Folder&) = delete;
+
+    [[nodiscard]] bool isUsable() const { return m_isUsable; }
+    /// @return false with errno set
+    [[nodiscard]] bool sync() const { return m_descriptor < 0 || ::fsync(m_descriptor) == 0 || isUnknown(errno); }
+
+private:
+    int m_descriptor;
+    bool m_isUsable;
+};
 
 /// Whether a path ends with a name that DurableFile makes.
 bool isFreshName(std::string_view path) {
@@ -84,13 +126,13 @@ void failToWrite(const QString& file, int error) {
 }
 
 DurableFile::DurableFile(const QString& file, Use use) : m_file(file), m_use(use), m_target(nameBytes(file)) {
+    m_buffer.reserve(kBufferBytes);
     resolveTarget();
     if (m_isDevice && use == Use::stream) {
         openDevice();
     } else {
         openBeside(use == Use::named);
     }
-    m_buffer.reserve(kBufferBytes);
 }
 
 DurableFile::~DurableFile() {
@@ -102,6 +144,14 @@ void DurableFile::fail() const { failToWrite(m_file, errno); }
 
 void DurableFile::resolveTarget() {
     struct stat found {};
+    // Links of the system's own lead to pipes that have no name ("/dev/stdout"), so the end is looked at first.
+    if (::stat(m_target.constData(), &found) == 0) {
+        if (S_ISDIR(found.st_mode)) failToWrite(m_file, EISDIR);
+        if (S_ISSOCK(found.st_mode)) failToWrite(m_file, ESOCKTNOSUPPORT);
+        m_isDevice = isDevice(found.st_mode);
+        if (m_isDevice) return;
+    }
+    found = {};
     for (int links = 0; ::lstat(m_target.constData(), &found) == 0 && S_ISLNK(found.st_mode); ++links) {
         char next[PATH_MAX];
         const ssize_t length = ::readlink(m_target.constData(), next, sizeof(next));
@@ -113,11 +163,8 @@ void DurableFile::resolveTarget() {
     }
     m_folder = folderOf(m_target);
     if (found.st_mode == 0) return;  // nothing there yet
-    if (S_ISDIR(found.st_mode)) failToWrite(m_file, EISDIR);
-    if (S_ISSOCK(found.st_mode)) failToWrite(m_file, ENXIO);
-    m_isDevice = !S_ISREG(found.st_mode);
-    if (m_isDevice) return;
-    m_mode = found.st_mode & 07777;
+    if (!S_ISREG(found.st_mode)) failToWrite(m_file, ESTALE);
+    m_old = found;
     if (::access(m_target.constData(), W_OK) != 0) fail();
 }
 
@@ -132,17 +179,19 @@ void DurableFile::openBeside(bool isNamed) {
     if (m_isDevice) m_folder = qEnvironmentVariableIsEmpty("TMPDIR") ? QByteArray("/tmp") : qgetenv("TMPDIR");
     if (!isNamed) {
         m_descriptor = ::open(m_folder.constData(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0666);
-        if (m_descriptor >= 0 && ::access(path().constData(), R_OK | W_OK) == 0) return;
+        if (m_descriptor >= 0 && hasOtherPath()) return;
         if (m_descriptor >= 0) ::close(m_descriptor);
         m_descriptor = -1;
     }
     openNamed();
 }
 
+/// Whoever could not read the old file cannot read the new one meanwhile; commit gives it the old one's mode.
 void DurableFile::openNamed() {
+    const mode_t mode = m_old ? 0600 : 0666;
     for (int tries = 0; tries < 100; ++tries) {
         m_name = freshName();
-        m_descriptor = ::open(m_name.constData(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC | O_NOFOLLOW, 0666);
+        m_descriptor = ::open(m_name.constData(), O_CREAT | O_EXCL | O_RDWR | O_CLOEXEC | O_NOFOLLOW, mode);
         if (m_descriptor >= 0) return;
         if (errno == EEXIST) continue;
         const int error = errno;
@@ -159,9 +208,13 @@ QByteArray DurableFile::freshName() const {
     return m_folder + "/." + QByteArray(reinterpret_cast<const char*>(bytes), sizeof(bytes)).toHex();
 }
 
+/// The way to an open file that needs no name.
 QByteArray DurableFile::path() const {
-    return m_name.isEmpty() ? "/proc/self/fd/" + QByteArray::number(m_descriptor) : m_name;
+    const bool isByName = m_use == Use::named || (!m_name.isEmpty() && !hasOtherPath());
+    return isByName ? m_name : descriptorPath(m_descriptor);
 }
+
+bool DurableFile::hasOtherPath() const { return ::access(descriptorPath(m_descriptor).constData(), R_OK | W_OK) == 0; }
 
 void DurableFile::write(QByteArrayView bytes) {
     m_size += bytes.size();
@@ -176,6 +229,7 @@ void DurableFile::flush() {
 }
 
 void DurableFile::writeAll(int descriptor, const char* bytes, qsizetype count) const {
+    const WriteSignals held;
     while (count > 0) {
         const ssize_t written = ::write(descriptor, bytes, static_cast<std::size_t>(count));
         if (written < 0 && errno == EINTR) continue;
@@ -187,11 +241,22 @@ void DurableFile::writeAll(int descriptor, const char* bytes, qsizetype count) c
 }
 
 void DurableFile::sync() const {
-    if (::fsync(m_descriptor) != 0 && !isUnknownSync(errno)) fail();
+    if (::fsync(m_descriptor) != 0 && !isUnknown(errno)) fail();
 }
 
-void DurableFile::giveMode() const {
-    if (m_mode != 0 && ::fchmod(m_descriptor, m_mode) != 0 && errno != EPERM && !isUnknownSync(errno)) fail();
+/// The old file's owner and group where the process may give them; else the new group gets no more than everybody.
+void DurableFile::giveOwnerAndMode() const {
+    if (!m_old) return;
+    mode_t mode = m_old->st_mode & 07777;
+    struct stat fresh {};
+    if (::fstat(m_descriptor, &fresh) != 0) fail();
+    const bool isSame = fresh.st_uid == m_old->st_uid && fresh.st_gid == m_old->st_gid;
+    if (!isSame && ::fchown(m_descriptor, m_old->st_uid, m_old->st_gid) != 0) {
+        mode &= 01777;  // rights of another user's program are not given on
+        const bool isGroupSame = fresh.st_gid == m_old->st_gid || ::fchown(m_descriptor, -1, m_old->st_gid) == 0;
+        if (!isGroupSame) mode = (mode & ~070U) | ((mode & 07U) << 3U);
+    }
+    if (::fchmod(m_descriptor, mode) != 0 && errno != EPERM && !isUnknown(errno)) fail();
 }
 
 void DurableFile::close() {
@@ -207,16 +272,44 @@ void DurableFile::commit() {
         return close();
     }
     if (m_isDevice) return copyToDevice();
-    giveMode();
+    giveOwnerAndMode();
     sync();
+    nameIt();
+    close();
+    moveIntoPlace();
+}
+
+/// Gives the whole file a name for its last step; one that had a name all the time must still have it.
+void DurableFile::nameIt() {
     if (m_name.isEmpty()) {
         const QByteArray name = freshName();
-        if (::linkat(AT_FDCWD, path().constData(), AT_FDCWD, name.constData(), AT_SYMLINK_FOLLOW) != 0) fail();
+        const QByteArray unnamed = descriptorPath(m_descriptor);
+        if (::linkat(AT_FDCWD, unnamed.constData(), AT_FDCWD, name.constData(), AT_SYMLINK_FOLLOW) != 0) fail();
         m_name = name;
+        return;
     }
-    close();
-    if (::rename(m_name.constData(), m_target.constData()) != 0) fail();
-    m_name.clear();
+    struct stat ours {};
+    struct stat named {};
+    if (::fstat(m_descriptor, &ours) != 0 || ::lstat(m_name.constData(), &named) != 0) fail();
+    if (ours.st_dev != named.st_dev || ours.st_ino != named.st_ino) failToWrite(m_file, ESTALE);
+}
+
+/// The two files change their names, so that the old one can come back when the folder cannot be written to the disk.
+void DurableFile::moveIntoPlace() {
+    const Folder folder(m_folder);
+    if (!folder.isUsable()) fail();
+    const char* name = m_name.constData();
+    const char* target = m_target.constData();
+    const bool isExchanged = m_old && ::renameat2(AT_FDCWD, name, AT_FDCWD, target, RENAME_EXCHANGE) == 0;
+    if (!isExchanged && m_old && errno != ENOENT && !isUnknown(errno)) fail();
+    if (!isExchanged && ::rename(name, target) != 0) fail();
+    const bool isDone = folder.sync() && (!isExchanged || ::unlink(name) == 0);
+    const int error = errno;
+    if (!isDone && isExchanged && ::renameat2(AT_FDCWD, name, AT_FDCWD, target, RENAME_EXCHANGE) != 0) fail();
+    if (isDone || !isExchanged) m_name.clear();
+    if (isDone) return;
+    if (!m_old && ::unlink(target) != 0) fail();
+    failToWrite(m_file, error);
 }
 
 void DurableFile::copyToDevice() {
@@ -232,7 +325,7 @@ void DurableFile::copyToDevice() {
             if (count == 0) break;
             writeAll(device, piece.constData(), count);
         }
-        if (::fsync(device) != 0 && !isUnknownSync(errno)) fail();
+        if (::fsync(device) != 0 && !isUnknown(errno)) fail();
     } catch (...) {
         ::close(device);
         throw;

@@ -3,7 +3,8 @@
 #include <QByteArray>
 #include <QString>
 
-#include <sys/types.h>
+#include <sys/stat.h>
+#include <optional>
 
 namespace velcoran::system {
 
@@ -38,6 +39,10 @@ public:
     [[nodiscard]] qint64 size() const { return m_size; }
     /// What a library opens for writing; lives as long as this.
     [[nodiscard]] QByteArray path() const;
+    /// Where the file is written: the target's folder, for a device that of temporary files.
+    [[nodiscard]] const QByteArray& folder() const { return m_folder; }
+    /// Only where the file system cannot exchange two names does a folder that fails to be written to the disk leave
+    /// the new file.
     /// @throws Error kPathAccess; then the old file stands
     void commit();
 
@@ -47,10 +52,13 @@ private:
     void openDevice();
     void openBeside(bool isNamed);
     void openNamed();
+    [[nodiscard]] bool hasOtherPath() const;
     void flush();
     void writeAll(int descriptor, const char* bytes, qsizetype count) const;
     void sync() const;
-    void giveMode() const;
+    void giveOwnerAndMode() const;
+    void nameIt();
+    void moveIntoPlace();
     void copyToDevice();
     void close();
     [[nodiscard]] QByteArray freshName() const;
@@ -59,8 +67,8 @@ private:
     Use m_use;
     QByteArray m_target;  ///< bytes of m_file, links followed
     QByteArray m_folder;
-    QByteArray m_name;  ///< of the file beside the target; empty while it has none
-    mode_t m_mode = 0;  ///< of the old file; 0 without one
+    QByteArray m_name;                 ///< of the file beside the target; empty while it has none
+    std::optional<struct stat> m_old;  ///< what the old file is; empty without one
     bool m_isDevice = false;
     int m_descriptor = -1;
     QByteArray m_buffer;

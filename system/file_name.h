@@ -12,4 +12,8 @@ namespace velcoran::system {
 /// The bytes of a file's name; the inverse of nameText.
 [[nodiscard]] QByteArray nameBytes(const QString& name);
 
+/// The name with the current folder in front, whose bytes need be no UTF-8 either; unchanged when it begins at the
+/// root, or when the current folder is gone.
+[[nodiscard]] QString fullName(const QString& name);
+
 }  // namespace velcoran::system

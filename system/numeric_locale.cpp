@@ -18,7 +18,11 @@ locale_t withPlainNumbers() {
 
 }  // namespace
 
-NumericLocale::NumericLocale() : m_locale(withPlainNumbers()), m_before(uselocale(m_locale)) {}
+NumericLocale::NumericLocale() : m_locale(withPlainNumbers()), m_before(uselocale(m_locale)) {
+    if (m_before != nullptr) return;
+    freelocale(m_locale);
+    throw std::bad_alloc();
+}
 
 NumericLocale::~NumericLocale() {
     uselocale(m_before);

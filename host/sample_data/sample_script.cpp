@@ -1,14 +1,11 @@
-#include "base/error.h"
 #include "host/sample_data/sample_data.h"
-#include "host/sample_data/sample_file.h"
 #include "host/sample_data/sample_rows.h"
+#include "system/durable_file.h"
 
 #include <cstring>
-#include <fstream>
+#include <string_view>
 
 namespace velcoran::host {
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -60,10 +57,27 @@ std::string literalOf(const SampleColumn& column, const SampleValue& value) {
     return "NULL";
 }
 
+/// The script, text after text.
+class ScriptFile {
+public:
+    explicit ScriptFile(const QString& path) : m_file(path) {}
+
+    /// @throws Error kPathAccess
+    ScriptFile& operator<<(std::string_view text) {
+        m_file.write(QByteArrayView(text.data(), static_cast<qsizetype>(text.size())));
+        return *this;
+    }
+    /// @throws Error kPathAccess; then the old file stands
+    void commit() { m_file.commit(); }
+
+private:
+    system::DurableFile m_file;
+};
+
 /// Writes the rows as INSERT statements.
 class ScriptSink final : public ISampleSink {
 public:
-    explicit ScriptSink(std::ostream& out) : m_out(out) {}
+    explicit ScriptSink(ScriptFile& out) : m_out(out) {}
 
     void beginTable(const SampleTable& table) override {
         m_table = &table;
@@ -74,7 +88,7 @@ public:
         m_out << (m_rows % kBatchRows == 0 ? "(" : ",\n(");
         for (std::size_t i = 0; i < values.size(); ++i)
             m_out << (i == 0 ? "" : ", ") << literalOf(m_table->columns[i], values[i]);
-        m_out << ')';
+        m_out << ")";
         ++m_rows;
     }
     void endTable() override {
@@ -90,18 +104,18 @@ private:
         m_out << ") VALUES\n";
     }
 
-    std::ostream& m_out;
+    ScriptFile& m_out;
     const SampleTable* m_table = nullptr;
     std::size_t m_rows = 0;
 };
 
-void writeTables(std::ostream& out) {
+void writeTables(ScriptFile& out) {
     for (const SampleTable& table : sampleTables()) {
         out << "CREATE TABLE " << bracketed(table.name) << " (";
         const char* separator = "\n    ";
         for (const SampleColumn& column : table.columns) {
             const bool isKey = table.key != nullptr && std::strcmp(table.key, column.name) == 0;
-            out << separator << bracketed(column.name) << ' ' << declaredType(column)
+            out << separator << bracketed(column.name) << " " << declaredType(column)
                 << (isKey ? " NOT NULL PRIMARY KEY" : " NULL");
             separator = ",\n    ";
         }
@@ -110,7 +124,7 @@ void writeTables(std::ostream& out) {
 }
 
 /// The unique indexes are there already, behind the keys.
-void writeIndexes(std::ostream& out) {
+void writeIndexes(ScriptFile& out) {
     for (const SampleIndex& index : sampleIndexes())
         if (!index.isUnique)
             out << "CREATE INDEX " << index.name << " ON " << bracketed(index.table) << " (" << bracketed(index.column)
@@ -120,16 +134,13 @@ void writeIndexes(std::ostream& out) {
 }  // namespace
 
 void writeSampleScript(const QString& path, const SampleOptions& options) {
-    SampleFile file(path);
-    std::ofstream out(file.temporaryPath(), std::ios::binary | std::ios::trunc);
+    ScriptFile out(path);
     out << "\xEF\xBB\xBFSET NOCOUNT ON;\nGO\n";
     writeTables(out);
     ScriptSink sink(out);
     writeAllRows(options, sink);
     writeIndexes(out);
-    out.close();
-    if (!out) file.fail(u"cannot be written"_s);
-    file.commit();
+    out.commit();
 }
 
 }  // namespace velcoran::host

@@ -5,6 +5,7 @@
 #include "platform/engine/export_pdf.h"
 #include "platform/engine/export_writers.h"
 #include "system/durable_file.h"
+#include "system/write_signals.h"
 
 #include <QIODevice>
 #include <QRegularExpression>
@@ -132,6 +133,7 @@ void exportReport(int type, const std::shared_ptr<const Document>& document, con
     if (writer == std::end(kWriters)) {
         throw base::Error(base::kFormatNotAvailable, u"Formatul de export %1 nu este disponibil."_s.arg(type));
     }
+    const system::WriteSignals held;
     writer->write(*document, file, control);
 }
 

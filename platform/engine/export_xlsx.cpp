@@ -107,7 +107,10 @@ public:
         requireWritten();
         close();
         pace.stopIfAsked();
-        requireWhole();
+        const bool isWhole = isWholeWorkbook(m_place->path(), m_sizes, m_control.stop);
+        pace.stopIfAsked();
+        // The library copies its parts without a look at what became of them.
+        if (!isWhole) system::failToWrite(m_file, EIO);
         m_place->commit();
     }
 
@@ -123,7 +126,9 @@ private:
 
     void open() {
         m_name = m_place->path();
+        m_folder = m_place->folder();  // there must be room here; that of temporary files may be small
         lxw_workbook_options options{};
+        options.tmpdir = m_folder.data();
         options.constant_memory = LXW_TRUE;
         options.use_zip64 = LXW_TRUE;
         m_workbook.reset(workbook_new_opt(m_name.constData(), &options));
@@ -338,7 +343,8 @@ private:
             int number = 0;
         };
         const auto result = std::make_shared<Result>();
-        const auto pack = [workbook = m_workbook.get(), place = m_place, name = m_name, result]() mutable {
+        const auto pack = [workbook = m_workbook.get(), place = m_place, name = m_name, folder = m_folder,
+                           result]() mutable {
             const system::NumericLocale numbers;
             errno = 0;
             result->error = workbook_close(workbook);  // frees it too
@@ -361,11 +367,6 @@ private:
         closing.get();
         errno = result->number;
         check(result->error);
-    }
-
-    /// The library copies its parts without a look at what became of them.
-    void requireWhole() const {
-        if (!isWholeWorkbook(m_place->path(), m_sizes)) system::failToWrite(m_file, EIO);
     }
 
     /// Counts what each sheet must hold.
@@ -392,6 +393,7 @@ private:
     bool m_isDay;
     std::shared_ptr<system::DurableFile> m_place;
     QByteArray m_name;
+    QByteArray m_folder;
     Workbook m_workbook;
     const Formats* m_formats = nullptr;
     lxw_worksheet* m_sheet = nullptr;

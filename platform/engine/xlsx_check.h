@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 
+#include <atomic>
 #include <cstdint>
 #include <vector>
 
@@ -17,6 +18,9 @@ struct SheetSize {
 /// element and hold its rows and cells, and every other part must be whole markup. Memory does not grow with the file.
 /// @param path   as the system's calls take it
 /// @param sizes  of each sheet, in order
-[[nodiscard]] bool isWholeWorkbook(const QByteArray& path, const std::vector<SheetSize>& sizes);
+/// @param stop   set from any thread: the reading ends, and nothing is known of the workbook
+/// @return       false also after a stop
+[[nodiscard]] bool isWholeWorkbook(const QByteArray& path, const std::vector<SheetSize>& sizes,
+                                   const std::atomic_bool& stop);
 
 }  // namespace velcoran::engine

@@ -4,6 +4,7 @@
 #include "platform/engine/document.h"
 #include "platform/engine/page.h"
 #include "system/durable_file.h"
+#include "system/write_signals.h"
 
 #include <QFile>
 #include <QPageLayout>
@@ -99,6 +100,7 @@ bool isWhole(const QString& path) {
 
 void printIntoFile(const engine::Document& document, const QString& file, PageRange range,
                    const PrintControl& control) {
+    const system::WriteSignals held;
     system::DurableFile place(file, system::DurableFile::Use::byPath);
     const QString temporary = QFile::decodeName(place.path());
     QPrinter printer(QPrinter::HighResolution);

@@ -9,6 +9,7 @@
 #include <deque>
 #include <mutex>
 #include <numeric>
+#include <system_error>
 
 namespace velcoran::viewer {
 
@@ -107,12 +108,25 @@ void Searcher::start(const std::shared_ptr<const engine::Document>& document, co
     m_task->search = m_search;
     m_task->pageCount = document->pageCount();
     m_task->steps.push_back({startOf(from), true});
-    m_thread = std::thread([task = m_task] { run(*task); });
+    try {
+        m_thread = std::thread([task = m_task] { run(*task); });
+    } catch (const std::system_error&) {
+        m_task.reset();
+        return findHere(startOf(from), true);
+    }
     emit positionChanged();
 }
 
 void Searcher::step(bool isForward) {
-    if (m_task && m_current) m_task->push({*m_current, isForward});
+    if (!m_current) return;
+    if (m_task) return m_task->push({*m_current, isForward});
+    if (m_search) findHere(*m_current, isForward);
+}
+
+/// Without a thread the window searches, and nobody counts.
+void Searcher::findHere(const SearchHit& from, bool isForward) {
+    const std::atomic_bool stop = false;
+    take(m_generation, isForward ? m_search->next(from, stop) : m_search->previous(from, stop));
 }
 
 void Searcher::run(Task& task) noexcept {

@@ -52,6 +52,7 @@ private:
     void take(quint64 generation, const std::optional<engine::SearchHit>& hit);
     void takeCount(quint64 generation, qint64 count, bool isWhole);
     void stop();
+    void findHere(const engine::SearchHit& from, bool isForward);
     static void run(Task& task) noexcept;
     [[nodiscard]] std::optional<qint64> ordinal() const;
 

@@ -1,5 +1,6 @@
 """One call of an export goes wrong; a thread does not start."""
 import errno
+import json
 import os
 import tempfile
 
@@ -17,6 +18,7 @@ CALLS = {
     "close": (errno.EIO, errno.ENOSPC),
     "rename": (errno.EIO, errno.EACCES),
     "link": (errno.EIO, errno.ENOSPC),
+    "unlink": (errno.EIO,),
     "fchmod": (errno.EIO,),
 }
 MOST = 20  # places tried of one way in one format
@@ -76,6 +78,25 @@ def thread_missing(shop, name, form, at):
     return "refused"
 
 
+SEARCH = ({"do": "incarca", "kind": "Import", "date": "2026-03-15"}, {"do": "click", "control": "Raport"},
+          {"do": "wait", "seconds": 10}, {"do": "report"}, {"do": "viewer", "action": "search", "text": "SRL"},
+          {"do": "viewer", "action": "search", "text": "SRL"})
+
+
+def search_without_thread(shop, at):
+    """One thread of a window's session does not start: a search in a report that shows finds, now and again."""
+    lines = "".join(json.dumps(command) + "\n" for command in SEARCH).encode()
+    ended, told = shop.drive(lines, shop.faults((), "one-thread", at, errno.EAGAIN))
+    answers = [json.loads(line) for line in told.splitlines()]
+    if ended.status != 0 or len(answers) != len(SEARCH) or not all(answer["ok"] for answer in answers):
+        raise Failure(f"{ended}, answered {len(answers)} of {len(SEARCH)}")
+    if answers[3]["report"] is None:
+        return "refused"
+    if not all(answer["found"] for answer in answers[4:]):
+        raise Failure("nothing found")
+    return "whole"
+
+
 def places(shop, arguments, folder, group):
     """Every call with each way of going wrong, and how many of how many are tried."""
     tried = []
@@ -111,6 +132,7 @@ def cases(shop):
             yield (f"calls/sample{ending}/{call}-{at}-{how}",
                    lambda name, ending=ending, call=call, at=at, how=how:
                    sample_with(shop, name, ending, call, at, how))
-    for form in ("pdf", "xlsx", "csv"):
-        for at in range(1, THREADS + 1):
+    for at in range(1, THREADS + 1):
+        for form in ("pdf", "xlsx", "csv"):
             yield f"threads/{form}/{at}", lambda name, form=form, at=at: thread_missing(shop, name, form, at)
+        yield f"threads/search/{at}", lambda name, at=at: search_without_thread(shop, at)

@@ -7,7 +7,6 @@ from workshop import FORMATS, OLD, Failure, is_old, put_old, require_line, requi
 
 PAGE = 4096
 SIZES = 40
-TEMPORARY_SIZES = 12
 SAMPLE_PAGES = (1, 2, 4, 8, 16, 32, 64, 128, 256, 100000)
 
 
@@ -48,11 +47,14 @@ def export_on(shop, name, form, pages):
 
 
 def export_beside(shop, name, form, pages):
-    """The disk of temporary files alone is full."""
+    """The disk of temporary files alone is full: what is written beside its place needs no room elsewhere."""
     _, path = shop.case(name, form)
     small = f"mount -t tmpfs -o size={pages * PAGE} tmpfs {tempfile.gettempdir()} && exec \"$@\""
     ended = shop.run(shop.export(path), before=("unshare", "--mount", "sh", "-c", small, "sh"))
-    return shop.judge(ended, path)
+    outcome = shop.judge(ended, path)
+    if outcome != "whole":
+        raise Failure(str(ended))
+    return outcome
 
 
 def sample_on(shop, name, ending, pages):
@@ -83,9 +85,7 @@ def cases(shop):
         widest = (size + unpacked(shop) if form == "xlsx" else size * 2) // PAGE
         for pages in sizes_of(size, widest):
             yield f"disk/{form}/{pages}", lambda name, form=form, pages=pages: export_on(shop, name, form, pages)
-    for number in range(TEMPORARY_SIZES):
-        pages = 1 + unpacked(shop) * 5 // 2 // PAGE * number // (TEMPORARY_SIZES - 1)
-        yield f"disk/temporary/{pages}", lambda name, pages=pages: export_beside(shop, name, "xlsx", pages)
+        yield f"disk/temporary/{form}", lambda name, form=form: export_beside(shop, name, form, 2)
     for ending in (".db", ".sql"):
         for pages in SAMPLE_PAGES:
             yield (f"disk/sample{ending}/{pages}",
@@ -94,7 +94,7 @@ def cases(shop):
 
 def check_tally(tallies):
     """The sizes of each format must reach both ends."""
-    for name in (*FORMATS, "temporary", "sample.db", "sample.sql"):
+    for name in (*FORMATS, "sample.db", "sample.sql"):
         tally = tallies.get(f"disk/{name}", {})
         if tally and not (tally.get("whole") and tally.get("refused")):
             yield f"disk/{name}: the sizes do not reach both ends: {dict(tally)}"

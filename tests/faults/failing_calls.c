@@ -1,8 +1,9 @@
 /* Stands in front of the system's calls and lets one of them go wrong.
  *
- *   FAULT_FOLDERS  folders, with ":" between them: only calls on files that lie there count, named or not
- *   FAULT_CALL     which calls count: write, pwrite, writev, fflush, fclose, fsync, fdatasync, close, rename, link,
- *                  fchmod, thread
+ *   FAULT_FOLDERS  folders, with ":" between them: only calls on files that lie there count, named or not; fsync of
+ *                  such a folder itself too
+ *   FAULT_CALL     which calls count: write, pwrite, writev, fflush, fclose, fsync, fdatasync, close, rename (an
+ *                  exchange too), link, unlink (of hidden names), fchmod, thread, one-thread (of the program's own)
  *   FAULT_AT       the number of the call that goes wrong, from 1; a thread fails from this one on
  *   FAULT_HOW      the number of the error; "short" for a write that takes half; "hold:N" waits N milliseconds and
  *                  goes on
@@ -37,25 +38,27 @@ static int is_inside(const char* path) {
     const char* folders = getenv("FAULT_FOLDERS");
     while (folders != NULL && *folders != '\0') {
         const size_t length = strcspn(folders, ":");
-        if (strncmp(path, folders, length) == 0 && path[length] == '/') return 1;
+        if (strncmp(path, folders, length) == 0 && (path[length] == '/' || path[length] == '\0')) return 1;
         folders += length + (folders[length] == ':');
     }
     return 0;
 }
 
-static int counts(int descriptor) {
+static int counts_as(int descriptor, mode_t type) {
     char link[64];
     char path[4096];
     struct stat found;
     const int error = errno;
     snprintf(link, sizeof(link), "/proc/self/fd/%d", descriptor);
     const ssize_t length = readlink(link, path, sizeof(path) - 1);
-    const int isFile = length > 0 && fstat(descriptor, &found) == 0 && S_ISREG(found.st_mode);
+    const int isWanted = length > 0 && fstat(descriptor, &found) == 0 && (found.st_mode & S_IFMT) == type;
     errno = error;
-    if (!isFile) return 0;
+    if (!isWanted) return 0;
     path[length] = '\0';
     return is_inside(path);
 }
+
+static int counts(int descriptor) { return counts_as(descriptor, S_IFREG); }
 
 static int counts_path(const char* path) {
     char whole[4096];
@@ -132,7 +135,11 @@ ssize_t writev(int descriptor, const struct iovec* pieces, int count) {
     return REAL(writev)(descriptor, pieces, fated == TAKES_HALF ? (count + 1) / 2 : count);
 }
 
-int fsync(int descriptor) { return counts(descriptor) && fails("fsync") ? -1 : REAL(fsync)(descriptor); }
+/* A folder is written to the disk like a file. */
+int fsync(int descriptor) {
+    const int isOurs = counts(descriptor) || counts_as(descriptor, S_IFDIR);
+    return isOurs && fails("fsync") ? -1 : REAL(fsync)(descriptor);
+}
 
 int fdatasync(int descriptor) {
     return counts(descriptor) && fails("fdatasync") ? -1 : REAL(fdatasync)(descriptor);
@@ -164,6 +171,11 @@ int renameat(int from, const char* old, int to, const char* fresh) {
 
 int renameat2(int from, const char* old, int to, const char* fresh, unsigned flags) {
     return counts_path(fresh) && fails("rename") ? -1 : REAL(renameat2)(from, old, to, fresh, flags);
+}
+
+/* A library that cannot take its working file's name away could do nothing more; hidden names are the program's own. */
+int unlink(const char* path) {
+    return counts_path(path) && strstr(path, "/.") != NULL && fails("unlink") ? -1 : REAL(unlink)(path);
 }
 
 int link(const char* old, const char* fresh) {
@@ -266,5 +278,9 @@ int fclose(FILE* file) {
 
 int pthread_create(pthread_t* thread, const pthread_attr_t* attributes, void* (*start)(void*), void* argument) {
     if (fate("thread", 1) == FAILS) return EAGAIN;
+    /* Threads of the program's own come from the standard library; Qt's painting waits for its own for ever. */
+    Dl_info caller;
+    const int isOurs = dladdr(__builtin_return_address(0), &caller) != 0 && strstr(caller.dli_fname, "libstdc++") != NULL;
+    if (isOurs && fate("one-thread", 0) == FAILS) return EAGAIN;
     return REAL(pthread_create)(thread, attributes, start, argument);
 }

@@ -101,6 +101,19 @@ class Workshop:
     def run(self, arguments, environment=None, before=()):
         return finish(self.start(arguments, environment, before, stdin=subprocess.DEVNULL))
 
+    def drive(self, lines, environment):
+        """A session of commands. @return how it ended, and its answers"""
+        running = subprocess.Popen([self.program, "drive", "--db", self.database], stdin=subprocess.PIPE,
+                                   env=dict(self.environment, **environment), stdout=subprocess.PIPE,
+                                   stderr=subprocess.PIPE)
+        try:
+            told, said = running.communicate(lines, timeout=PATIENCE)
+        except subprocess.TimeoutExpired:
+            running.kill()
+            running.communicate()
+            raise Failure(f"has not ended after {PATIENCE} s") from None
+        return Ended(running.returncode, said), told
+
     def case(self, name, form=None):
         """A folder with nothing in it but the old file, and that file's path."""
         folder = self.place("cases", name.replace("/", "-"))

@@ -10,11 +10,14 @@
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
+#include <csignal>
 #include <cstdio>
+#include <random>
 #include <thread>
 
 using namespace Qt::StringLiterals;
@@ -142,13 +145,79 @@ TEST_F(DurableFileTest, aPipeIsWrittenToAndStays) {
     }
 }
 
+TEST_F(DurableFileTest, aLinkToAnOpenPipeIsAPipe) {
+    int ends[2];
+    ASSERT_EQ(::pipe(ends), 0);
+    const QByteArray open = "/proc/self/fd/" + QByteArray::number(ends[1]);  // as /dev/stdout is
+    ASSERT_EQ(::symlink(open.constData(), bytes(u"iesire"_s).constData()), 0);
+    for (const DurableFile::Use use : kUses) {
+        char got[8] = {};
+        ASSERT_EQ(written(u"iesire"_s, use), QString());
+        EXPECT_EQ(::read(ends[0], got, sizeof(got)), 3);
+        EXPECT_STREQ(got, "nou");
+    }
+    for (const int end : ends) ::close(end);
+}
+
+TEST_F(DurableFileTest, aReaderThatGoesIsAFailureAndNotTheEndOfTheProcess) {
+    ASSERT_EQ(std::signal(SIGPIPE, SIG_DFL), SIG_DFL) << "as in most hosts";
+    ASSERT_EQ(::mkfifo(bytes(u"teava"_s).constData(), 0600), 0);
+    std::thread reader([&] { ::close(::open(bytes(u"teava"_s).constData(), O_RDONLY)); });
+    DurableFile file(path(u"teava"_s));
+    reader.join();
+    file.write("nou");
+    try {
+        file.commit();
+        ADD_FAILURE() << "nobody has read it";
+    } catch (const base::Error& error) {
+        EXPECT_TRUE(error.description().endsWith(u"nimeni nu mai citește"_s));
+    }
+    sigset_t waiting;
+    sigemptyset(&waiting);
+    ASSERT_EQ(::sigpending(&waiting), 0);
+    EXPECT_EQ(sigismember(&waiting, SIGPIPE), 0) << "nor later";
+}
+
+TEST_F(DurableFileTest, aPrivateFileIsPrivateWhileItIsWritten) {
+    put(u"salarii"_s, "vechi");
+    ASSERT_EQ(::chmod(bytes(u"salarii"_s).constData(), 0640), 0);
+    const DurableFile file(path(u"salarii"_s), DurableFile::Use::named);
+    struct stat found {};
+    ASSERT_EQ(::stat(file.path().constData(), &found), 0);
+    EXPECT_EQ(found.st_mode & 07777, 0600U);
+}
+
+TEST_F(DurableFileTest, aFileThatSomebodyPutInItsPlaceIsNotTaken) {
+    put(u"vechi"_s, "vechi");
+    {
+        DurableFile file(path(u"vechi"_s), DurableFile::Use::named);
+        const QByteArray name = file.path();
+        ASSERT_EQ(::unlink(name.constData()), 0);
+        ASSERT_EQ(::symlink("vechi", name.constData()), 0);
+        EXPECT_THROW(file.commit(), base::Error);
+    }
+    EXPECT_EQ(content(u"vechi"_s), "vechi");
+}
+
+TEST(NameTextTest, givesBackWhatItWasGiven) {
+    const QByteArray alphabet("a\xEF\xBB\xBF\xFF\xC8\x99\xED\xB2\x80\xF0\x9F\x98\xBF\xFE", 15);
+    std::mt19937 random(7);
+    for (int round = 0; round < 20'000; ++round) {
+        QByteArray name;
+        for (auto left = random() % 8; left > 0; --left) name += alphabet[static_cast<int>(random() % 15)];
+        ASSERT_EQ(nameBytes(nameText(name)), name) << name.toHex().constData();
+    }
+}
+
 TEST_F(DurableFileTest, namesKeepTheirBytes) {
     for (const QByteArray& name : {QByteArray("a\xFF\xE9.csv"), QByteArray("\xC8\x99ir"), QByteArray("\xF0\x9F"),
-                                   QByteArray("\xED\xB2\x80x"), QByteArray("plain")}) {
+                                   QByteArray("\xED\xB2\x80x"), QByteArray("\xEF\xBB\xBFmark")}) {
         EXPECT_EQ(nameBytes(nameText(name)), name) << name.toHex().constData();
         EXPECT_EQ(written(nameText(name)), QString());
         struct stat found {};
-        EXPECT_EQ(::stat((QFile::encodeName(folder.path()) + '/' + name).constData(), &found), 0);
+        const QByteArray full = QFile::encodeName(folder.path()) + '/' + name;
+        EXPECT_EQ(::stat(full.constData(), &found), 0);
+        ::unlink(full.constData());  // the folder's own end does not know such names
     }
 }
 

@@ -4,7 +4,7 @@
 #include "platform/engine/pdf/pdf_content.h"
 #include "platform/engine/pdf/pdf_file.h"
 
-#include <system_error>
+#include <exception>
 
 namespace velcoran::engine {
 
@@ -15,10 +15,11 @@ constexpr int kThreads = 2;
 }  // namespace
 
 PagePool::PagePool(const Document& document) : m_document(document), m_working(kThreads) {
+    m_threads.reserve(kThreads);
     for (int i = 0; i < kThreads; ++i) {
         try {
             m_threads.emplace_back([this] { work(); });
-        } catch (const std::system_error&) {
+        } catch (const std::exception&) {  // no thread, or no memory for one
             const std::lock_guard guard(m_mutex);
             --m_working;  // fewer threads make it slower
         }

@@ -5,6 +5,8 @@
 
 #include <QDir>
 
+#include <sys/resource.h>
+#include <csignal>
 #include <thread>
 
 using namespace Qt::StringLiterals;
@@ -113,7 +115,7 @@ TEST_F(ExportFailures, nameThePathAndKeepTheOldFile) {
     ASSERT_TRUE(QDir(m_folder.path()).mkdir(u"loc"_s));
     for (const int type : kWritten) {
         QString words;
-        for (const QString& file : {path(u"lipsa/raport"_s), path(u"loc"_s), u"/dev/full"_s}) {
+        for (const QString& file : {path(u"lipsa/raport"_s), path(u"loc"_s)}) {
             EXPECT_EQ(errorOf(type, m_document, file, &words), base::kPathAccess) << type << qPrintable(file);
             EXPECT_TRUE(words.contains(file)) << qPrintable(words);
             EXPECT_FALSE(words.endsWith(u": "_s)) << qPrintable(words);
@@ -121,6 +123,22 @@ TEST_F(ExportFailures, nameThePathAndKeepTheOldFile) {
         EXPECT_EQ(files(), (QStringList{u"loc"_s, u"raport"_s})) << type;
     }
     EXPECT_TRUE(QDir(path(u"loc"_s)).isEmpty());
+}
+
+TEST_F(ExportFailures, aFileBeyondItsLimitIsAMessageAndNotTheEndOfTheHost) {
+    rlimit before{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
+    ASSERT_EQ(std::signal(SIGXFSZ, SIG_DFL), SIG_DFL) << "as in most hosts";
+    for (const int type : kWritten) {
+        QString words;
+        const rlimit small{4096, before.rlim_max};
+        ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+        const int number = errorOf(type, m_document, path(u"raport"_s), &words);
+        ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &before), 0);
+        EXPECT_EQ(number, base::kPathAccess) << type;
+        EXPECT_TRUE(words.contains(path(u"raport"_s))) << qPrintable(words);
+        expectUntouched(type);
+    }
 }
 
 TEST_F(ExportFailures, stopInTheMiddleLeavesNothing) {

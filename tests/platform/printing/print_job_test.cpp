@@ -10,6 +10,9 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
+#include <csignal>
+
 namespace velcoran::printing {
 
 using namespace Qt::StringLiterals;
@@ -123,13 +126,27 @@ TEST_F(PrintJob, missingPrintersAreError5AndWriteNothing) {
 TEST_F(PrintJob, aFileThatCannotBeWrittenIsError75WithItsPath) {
     const auto printed = document();
     QDir().mkpath(path(u"folder.pdf"_s));
-    for (const QString& file : {path(u"folder.pdf"_s), path(u"gone/a.pdf"_s), u"/dev/full"_s}) {
+    for (const QString& file : {path(u"folder.pdf"_s), path(u"gone/a.pdf"_s)}) {
         const auto failure = failureOf(*printed, {.file = file, .lastPage = 1});
         ASSERT_TRUE(failure) << file.toStdString();
         EXPECT_EQ(failure->number(), 75);
         EXPECT_TRUE(failure->description().contains(file)) << failure->what();
     }
     EXPECT_EQ(leftovers(), QStringList{u"folder.pdf"_s});
+}
+
+TEST_F(PrintJob, aFileBeyondItsLimitIsError75AndNotTheEndOfTheHost) {
+    const auto printed = document();
+    rlimit before{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
+    ASSERT_EQ(std::signal(SIGXFSZ, SIG_DFL), SIG_DFL) << "as in most hosts";
+    const rlimit small{4096, before.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+    const auto failure = failureOf(*printed, {.file = path(u"a.pdf"_s), .lastPage = 1});
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &before), 0);
+    ASSERT_TRUE(failure);
+    EXPECT_EQ(failure->number(), 75);
+    EXPECT_TRUE(leftovers().isEmpty());
 }
 
 TEST_F(PrintJob, pagesBeyondTheReportAreRefused) {
