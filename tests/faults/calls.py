@@ -88,6 +88,8 @@ def search_without_thread(shop, at):
     lines = "".join(json.dumps(command) + "\n" for command in SEARCH).encode()
     ended, told = shop.drive(lines, shop.faults((), "one-thread", at, errno.EAGAIN))
     answers = [json.loads(line) for line in told.splitlines()]
+    if ended.status == 1 and not answers and "fir de execuție" in ended.said:
+        return "refused"
     if ended.status != 0 or len(answers) != len(SEARCH) or not all(answer["ok"] for answer in answers):
         raise Failure(f"{ended}, answered {len(answers)} of {len(SEARCH)}")
     if answers[3]["report"] is None:

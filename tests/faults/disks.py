@@ -82,7 +82,7 @@ def cases(shop):
         return
     for form in FORMATS:
         size = shop.references[form][0]
-        widest = (size + unpacked(shop) if form == "xlsx" else size * 2) // PAGE
+        widest = (size + 3 * unpacked(shop) if form == "xlsx" else size * 2) // PAGE
         for pages in sizes_of(size, widest):
             yield f"disk/{form}/{pages}", lambda name, form=form, pages=pages: export_on(shop, name, form, pages)
         yield f"disk/temporary/{form}", lambda name, form=form: export_beside(shop, name, form, 2)

@@ -97,7 +97,7 @@ def sample(shop, name, ending, number):
     path = os.path.join(folder, "baza" + ending)
     put_old(path)
     mark = os.path.join(shop.place("marks"), name.replace("/", "-"))
-    call = "pwrite" if ending == ".db" else "writev"
+    call = "pwrite" if ending == ".db" else "write"
     faults = shop.faults((folder,), call, 2, f"hold:{HELD}", FAULT_MARK=mark)
     running = shop.start(["sample-db", path] + (["--sql"] if ending == ".sql" else []), faults)
     wait_for(mark, running)
