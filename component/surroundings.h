@@ -21,7 +21,7 @@ public:
     com::Ref<IExportDialog> newExportDialog() override;
     com::Ref<IPrintDialog> newPrintDialog() override;
     com::Ref<IPrinterSetupDialog> newPrinterSetupDialog() override;
-    std::unique_ptr<form::IOutput> newOutput(QWidget& window) override;
+    std::unique_ptr<form::IOutput> newOutput(QWidget& window, form::Activity& activity) override;
     /// Lets go of the library of the messages; nothing of it may be in use.
     void releaseLibraries() { m_installedMesaje.reset(); }
 

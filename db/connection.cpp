@@ -37,6 +37,15 @@ IConnection& requireFree(const com::Ref<IConnection>& connection) {
     return require(connection);
 }
 
+/// A cancel that fails is asked again as long as anybody waits; there is nobody to tell.
+template <class Interface>
+void cancelQuietly(const com::Ref<Interface>& object) noexcept {
+    try {
+        if (object) (void)object->Cancel();
+    } catch (...) {  // a host's own exception
+    }
+}
+
 QString plainText(com::HResult result) {
     return QStringLiteral("Furnizorul de date a eșuat cu codul 0x%1.")
         .arg(static_cast<std::uint32_t>(result), 8, 16, QLatin1Char('0'));
@@ -85,8 +94,8 @@ const RowBlock* Rows::fetch(std::uint32_t maxRows) const {
     return block;
 }
 
-void Rows::cancel() const {
-    if (m_source && m_source->rows) m_source->rows->Cancel();
+void Rows::cancel() const noexcept {
+    if (m_source) cancelQuietly(m_source->rows);
 }
 
 Statement::Statement(com::Ref<IStatement> statement)
@@ -99,9 +108,7 @@ Rows Statement::run() const {
     return m_rows;
 }
 
-void Statement::cancel() const {
-    if (m_statement) m_statement->Cancel();
-}
+void Statement::cancel() const noexcept { cancelQuietly(m_statement); }
 
 Rows Connection::execute(const QString& text) const {
     com::Ref<IRows> rows;
@@ -128,9 +135,7 @@ void Connection::requireOpen() const {
     throw base::Error(base::kInvalidConnection, QStringLiteral("Conexiunea la baza de date este închisă."));
 }
 
-void Connection::cancel() const {
-    if (m_connection) m_connection->Cancel();
-}
+void Connection::cancel() const noexcept { cancelQuietly(m_connection); }
 
 bool Connection::isFreeThreaded() const { return m_connection && m_connection.as<IFreeThreadedConnection>(); }
 

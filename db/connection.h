@@ -40,7 +40,7 @@ public:
     /// @throws Error of the provider; kTypeMismatch for a block that breaks the contract (block_check.h)
     [[nodiscard]] const RowBlock* fetch(std::uint32_t maxRows = kMaxBlockRows) const;
     /// Makes the running or next fetch fail soon. From any thread.
-    void cancel() const;
+    void cancel() const noexcept;
 
     static constexpr std::uint32_t kMaxBlockRows = 4096;
 
@@ -63,7 +63,7 @@ public:
     [[nodiscard]] const QList<Column>& columns() const;
     /// Starts the statement. @return its rows @throws Error of the provider
     [[nodiscard]] Rows run() const;
-    void cancel() const;
+    void cancel() const noexcept;
 
 private:
     com::Ref<IStatement> m_statement;
@@ -91,7 +91,7 @@ public:
     ///     one with a run that the keeper holds
     void requireOpen() const;
     /// Cancels what runs on the connection. From any thread.
-    void cancel() const;
+    void cancel() const noexcept;
     /// True when execute and openRowset may be called from another thread than the window's.
     [[nodiscard]] bool isFreeThreaded() const;
 

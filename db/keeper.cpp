@@ -11,7 +11,7 @@ Keeper::~Keeper() {
         if (!kept.worker.isDone()) kept.worker.abandon();
 }
 
-void Keeper::keep(Worker worker, const IConnection* connection) {
+void Keeper::keep(system::Worker worker, const IConnection* connection) {
     joinEnded();
     const std::scoped_lock lock(m_mutex);
     m_kept.push_back({std::move(worker), connection});

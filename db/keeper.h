@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/worker.h"
+#include "system/worker.h"
 
 #include <velcoran/connection.h>
 
@@ -25,7 +25,7 @@ public:
     Keeper& operator=(const Keeper&) = delete;
 
     /// @param connection  what the run still uses; null when it has done with the driver and only works out its result
-    void keep(Worker worker, const IConnection* connection);
+    void keep(system::Worker worker, const IConnection* connection);
     /// True while a run on this connection has not come back.
     [[nodiscard]] bool holds(const IConnection* connection);
     /// True while no run is kept.
@@ -33,7 +33,7 @@ public:
 
 private:
     struct Kept {
-        Worker worker;
+        system::Worker worker;
         const IConnection* connection;  ///< only compared; alive while the worker is not done
     };
 

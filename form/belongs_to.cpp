@@ -31,4 +31,11 @@ bool belongsTo(const QObject& object, const QWidget& window) {
     return false;
 }
 
+bool isInDialog(const QObject& object, const QWidget& window) {
+    for (const QWidget* widget = widgetOf(object); widget != nullptr && widget != &window;
+         widget = widget->parentWidget())
+        if (widget->windowType() == Qt::Dialog || (widget->isWindow() && widget->isModal())) return true;
+    return false;
+}
+
 }  // namespace velcoran::form

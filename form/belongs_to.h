@@ -9,4 +9,7 @@ namespace velcoran::form {
 /// windows of all of them.
 [[nodiscard]] bool belongsTo(const QObject& object, const QWidget& window);
 
+/// True for what lies in a dialog over the window, its popups included.
+[[nodiscard]] bool isInDialog(const QObject& object, const QWidget& window);
+
 }  // namespace velcoran::form

@@ -1,8 +1,14 @@
 #include "form/context.h"
 
+#include "form/message.h"
+
 #include "filters/lookup_fields.h"
 
 namespace velcoran::form {
+
+void Context::show(const QString& text, std::int16_t style, const QString& title) const {
+    showMessage(activity, members.objMesaje, text, style, title);
+}
 
 filters::FilterState collectState(const Members& members, const ControlTree& controls) {
     filters::FilterState state;

@@ -11,6 +11,7 @@
 
 namespace velcoran::form {
 
+class Activity;
 class Surroundings;
 
 /// What the parts of a loaded window share. Everything in it outlives them.
@@ -18,11 +19,15 @@ struct Context {
     QWidget& window;
     Members& members;
     ControlTree& controls;
+    Activity& activity;
     db::ICallRunner& runner;
     Surroundings& surroundings;
     HandlerGuard& handlers;
     Hourglass& hourglass;
     std::function<void()> closeForm;
+
+    /// Shows a message through the window's message object; nothing while there is none.
+    void show(const QString& text, std::int16_t style, const QString& title) const;
 };
 
 /// What the filter controls and the members hold at this moment.

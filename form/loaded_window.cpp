@@ -25,7 +25,6 @@ void LoadedWindow::endStanding() {
 }
 
 void LoadedWindow::detach() {
-    m_events.detach();
     m_picker.detach();
     m_controls->viewer().cancelLoading(false);
     m_controls->viewer().setReportSource(nullptr);

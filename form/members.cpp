@@ -1,6 +1,6 @@
 #include "form/members.h"
 
-#include "platform/com/error_information.h"
+#include <utility>
 
 namespace velcoran::form {
 
@@ -18,20 +18,18 @@ QString& Members::code(filters::CodeVariable which) {
     return sCodProducator;
 }
 
+/// All of them leave the members first: what is released belongs to the host and may call back.
 void Members::release() {
-    rptFacturi.reset();
-    Priza = db::Connection();
-    rsQuery.reset();
-    rsLookup.reset();
-    objMesaje = nullptr;
-}
-
-void Members::show(const QString& text, std::int16_t style, const QString& title) const {
-    // A copy holds the object while its dialog is open: the host may close the window meanwhile.
-    const com::Ref<IMesaje> mesaje = objMesaje;
-    if (!mesaje) return;
-    std::int32_t answer = 0;
-    mesaje->Afiseaza(com::toText(text).get(), style, 0, com::toText(title).get(), 0, 0, &answer);
+    auto report = std::move(rptFacturi);
+    auto connection = std::exchange(Priza, db::Connection());
+    auto query = std::move(rsQuery);
+    auto lookup = std::move(rsLookup);
+    auto mesaje = std::exchange(objMesaje, nullptr);
+    report.reset();
+    connection = db::Connection();
+    query.reset();
+    lookup.reset();
+    mesaje = nullptr;
 }
 
 }  // namespace velcoran::form

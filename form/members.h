@@ -33,9 +33,6 @@ struct Members {
 
     /// Releases what an unload releases, in its order. The host's connection itself stays as it is.
     void release();
-
-    /// Shows a message through objMesaje; nothing while there is none.
-    void show(const QString& text, std::int16_t style, const QString& title) const;
 };
 
 }  // namespace velcoran::form

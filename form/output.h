@@ -24,8 +24,6 @@ class IOutput {
 public:
     virtual ~IOutput() = default;
 
-    /// The window closes: a command whose dialog is still open throws Cancelled when that returns.
-    virtual void stop() {}
     /// Opens the print dialog and prints. @throws Error kInvalidProcedureCall when the printer is missing or gone
     virtual void printOut(const OutputSubject& subject) = 0;
     /// Opens the printer set-up dialog; the viewer's page layout follows it. @return false when cancelled

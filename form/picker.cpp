@@ -79,7 +79,7 @@ bool Picker::fillGrid(const QString& sql) {
         showRows();
         return true;
     }
-    members.show(lookup::kNoRowsText.toString(), kStilError, m_context.controls.frame(Ctl::fraGrid).caption());
+    m_context.show(lookup::kNoRowsText.toString(), kStilError, m_context.controls.frame(Ctl::fraGrid).caption());
     return false;
 }
 

@@ -1,5 +1,6 @@
 #include "form/report_output.h"
 
+#include "form/activity.h"
 #include "form/surroundings.h"
 
 #include "base/error.h"
@@ -69,17 +70,27 @@ QString documentsFolder() {
 
 }  // namespace
 
-ReportOutput::ReportOutput(QWidget& window, Surroundings& surroundings, OutputMemory& memory)
-    : m_window(window), m_surroundings(surroundings), m_memory(memory) {}
+ReportOutput::ReportOutput(QWidget& window, Activity& activity, Surroundings& surroundings, OutputMemory& memory)
+    : m_window(window), m_activity(activity), m_surroundings(surroundings), m_memory(memory) {}
 
 ReportOutput::~ReportOutput() = default;
 
-/// @return false when the user cancelled
-template <class Dialog>
-bool ReportOutput::isChosen(com::HResult result, const com::Ref<Dialog>& dialog) const {
-    if (m_isStopped) throw base::Cancelled();
+/// Opens a dialog. @return false when the user cancelled @throws Cancelled when the window is to close by then
+template <class Dialog, class Choose>
+bool ReportOutput::isChosen(const com::Ref<Dialog>& dialog, Choose choose) const {
+    com::HResult result = com::kFalse;
+    m_activity.callHost([&] { result = choose(); });
+    if (m_activity.isClosing()) throw base::Cancelled();
     if (com::failed(result)) db::throwError(result, dialog.get());
     return result == com::kOk;
+}
+
+template <class Dialog>
+com::Ref<Dialog> ReportOutput::newDialog(com::Ref<Dialog> (Surroundings::*make)()) const {
+    com::Ref<Dialog> dialog;
+    m_activity.callHost([&] { dialog = (m_surroundings.*make)(); });
+    if (m_activity.isClosing()) throw base::Cancelled();
+    return dialog;
 }
 
 std::uintptr_t ReportOutput::windowHandle() const { return static_cast<std::uintptr_t>(m_window.internalWinId()); }
@@ -87,12 +98,12 @@ std::uintptr_t ReportOutput::windowHandle() const { return static_cast<std::uint
 void ReportOutput::printOut(const OutputSubject& subject) {
     const auto document = shownDocument(subject);
     if (!m_printer.isEmpty()) printing::requirePrinter(m_printer);
-    const auto dialog = m_surroundings.newPrintDialog();
+    const auto dialog = newDialog(&Surroundings::newPrintDialog);
     if (!dialog) return;
     PrintChoice choice{nullptr, nullptr, 1, 0, 1, 1};
     const ChoiceText printer(m_printer, choice.printer);
     const ChoiceText file(QString(), choice.file);
-    if (!isChosen(dialog->Choose(windowHandle(), document->pageCount(), &choice), dialog)) return;
+    if (!isChosen(dialog, [&] { return dialog->Choose(windowHandle(), document->pageCount(), &choice); })) return;
     const PrintRequest request{printer.text(),  file.text(),   choice.firstPage,
                                choice.lastPage, choice.copies, choice.isCollated != 0};
     if (request.file.isEmpty()) printing::requirePrinter(request.printer);
@@ -103,12 +114,13 @@ void ReportOutput::printOut(const OutputSubject& subject) {
                                              progress.done = done;
                                          },
                                          &stop};
-    printing::runWithProgress(m_window, u"Se tipărește raportul…"_s, progress, stop,
+    const Activity::Work work(m_activity, [&stop] { stop = true; });
+    printing::runWithProgress(m_window, m_activity, u"Se tipărește raportul…"_s, progress,
                               [&] { printing::printDocument(*document, request, control); });
 }
 
 bool ReportOutput::printerSetup(const OutputSubject& subject) {
-    const auto dialog = m_surroundings.newPrinterSetupDialog();
+    const auto dialog = newDialog(&Surroundings::newPrinterSetupDialog);
     if (!dialog) return false;
     const engine::PageSetup& present = subject.viewer.pageSetup();
     PrinterSetup choice{nullptr,
@@ -120,7 +132,7 @@ bool ReportOutput::printerSetup(const OutputSubject& subject) {
                         present.bottom.value};
     const ChoiceText printer(m_printer, choice.printer);
     const ChoiceText paper(present.paper, choice.paper);
-    if (!isChosen(dialog->Choose(windowHandle(), &choice), dialog)) return false;
+    if (!isChosen(dialog, [&] { return dialog->Choose(windowHandle(), &choice); })) return false;
     engine::PageSetup setup = engine::pageSetup(paper.text(), choice.orientation == kLandscape);
     setup.left = {choice.left};
     setup.top = {choice.top};
@@ -145,7 +157,7 @@ QString ReportOutput::suggestedFile(const OutputSubject& subject) const {
 }
 
 void ReportOutput::promptForExportOptions(const OutputSubject& subject) {
-    const auto dialog = m_surroundings.newExportDialog();
+    const auto dialog = newDialog(&Surroundings::newExportDialog);
     if (!dialog) throw base::Cancelled();
     std::vector<velcoran::ExportFormat> formats;
     for (const engine::ExportFormat& format : engine::exportFormats())
@@ -154,10 +166,11 @@ void ReportOutput::promptForExportOptions(const OutputSubject& subject) {
     com::Text file;
     std::int32_t type = 0;
     const com::Text suggested = com::toText(suggestedFile(subject));
-    const com::HResult result =
-        dialog->Choose(windowHandle(), formats.data(), static_cast<std::uint32_t>(formats.size()), suggested.get(),
-                       &type, file.receive());
-    if (!isChosen(result, dialog)) throw base::Cancelled();
+    const bool hasChosen = isChosen(dialog, [&] {
+        return dialog->Choose(windowHandle(), formats.data(), static_cast<std::uint32_t>(formats.size()),
+                              suggested.get(), &type, file.receive());
+    });
+    if (!hasChosen) throw base::Cancelled();
     m_formatType = type;
     m_file = com::toQString(file.get());
 }
@@ -172,7 +185,8 @@ void ReportOutput::exportReport(const OutputSubject& subject) {
         progress->done = done;
     };
     try {
-        printing::runWithProgress(m_window, u"Se exportă raportul…"_s, *progress, control->stop,
+        const Activity::Work work(m_activity, [&stop = control->stop] { stop = true; });
+        printing::runWithProgress(m_window, m_activity, u"Se exportă raportul…"_s, *progress,
                                   [type = m_formatType, file = m_file, &document, &used = *control] {
                                       engine::exportReport(type, document, file, used);
                                   });

@@ -19,6 +19,7 @@ class ExportControl;
 
 namespace velcoran::form {
 
+class Activity;
 class Surroundings;
 
 /// What the output commands keep from one loading of the window to the next.
@@ -31,10 +32,9 @@ struct OutputMemory {
 class ReportOutput final : public IOutput {
 public:
     /// @param memory  outlives this, as the window and the surroundings do
-    ReportOutput(QWidget& window, Surroundings& surroundings, OutputMemory& memory);
+    ReportOutput(QWidget& window, Activity& activity, Surroundings& surroundings, OutputMemory& memory);
     ~ReportOutput() override;
 
-    void stop() override { m_isStopped = true; }
     void printOut(const OutputSubject& subject) override;
     bool printerSetup(const OutputSubject& subject) override;
     void resetExportOptions() override;
@@ -43,16 +43,18 @@ public:
     void exportReport(const OutputSubject& subject) override;
 
 private:
+    template <class Dialog, class Choose>
+    [[nodiscard]] bool isChosen(const com::Ref<Dialog>& dialog, Choose choose) const;
     template <class Dialog>
-    [[nodiscard]] bool isChosen(com::HResult result, const com::Ref<Dialog>& dialog) const;
+    [[nodiscard]] com::Ref<Dialog> newDialog(com::Ref<Dialog> (Surroundings::*make)()) const;
     [[nodiscard]] std::uintptr_t windowHandle() const;
     [[nodiscard]] QString suggestedFile(const OutputSubject& subject) const;
 
     QWidget& m_window;
+    Activity& m_activity;
     Surroundings& m_surroundings;
     OutputMemory& m_memory;
     QString m_printer;  ///< chosen at set-up; empty before, and where there was none
-    bool m_isStopped = false;
     int m_formatType = 0;
     QString m_file;
     std::vector<std::unique_ptr<engine::ExportControl>> m_stopped;  ///< exports whose rest could not be broken off

@@ -1,5 +1,6 @@
 #include "form/report_run.h"
 
+#include "form/activity.h"
 #include "form/wait_state.h"
 #include "report/hand_over.h"
 #include "report/output.h"
@@ -18,6 +19,7 @@ ReportRun::ReportRun(const Context& context, WaitState& waitState) : m_context(c
 }
 
 void ReportRun::run() {
+    if (m_context.activity.isRunning()) return;
     try {
         steps();
     } catch (const base::Cancelled&) {
@@ -26,7 +28,7 @@ void ReportRun::run() {
     } catch (...) {
         m_waitState.restorePointer();
         const report::Message message = report::runFailureMessage(base::currentError(), m_context.window.windowTitle());
-        m_context.members.show(message.text, message.style, message.title);
+        m_context.show(message.text, message.style, message.title);
     }
 }
 
@@ -44,16 +46,18 @@ void ReportRun::steps() {
 
 /// A run without a connection, or with a closed one, ends here: the window stays as it was.
 db::Command ReportRun::makeCommand() const {
-    m_context.members.Priza.requireOpen();
+    const db::Connection priza = m_context.members.Priza;
+    m_context.activity.callHost([&priza] { priza.requireOpen(); });
+    if (m_context.activity.isClosing()) throw base::Cancelled();
     db::Command command;
-    command.activeConnection = m_context.members.Priza;
+    command.activeConnection = priza;
     return command;
 }
 
 bool ReportRun::isRefused() const {
     const auto text = report::modifiedFiltersMessage(collectState(m_context.members, m_context.controls));
     if (!text.has_value()) return false;
-    m_context.members.show(*text, kStilInformation, report::kModifiedFiltersTitle.toString());
+    m_context.show(*text, kStilInformation, report::kModifiedFiltersTitle.toString());
     return true;
 }
 

@@ -1,8 +1,11 @@
 #include "form/rpt_stoc.h"
 
+#include "form/activity.h"
+#include "form/blocked.h"
 #include "form/call_runner.h"
 #include "form/held_keys.h"
 #include "form/loaded_window.h"
+#include "form/message.h"
 #include "form/surroundings.h"
 #include "form/window_icon.h"
 #include "platform/controls/second_press.h"
@@ -35,7 +38,8 @@ public:
         : m_window(owner),
           surroundings(outside),
           handlers([this](const base::Error& error) { showFailure(error); }, [this] { onIdle(); }),
-          runner(owner) {}
+          activity(owner),
+          runner(activity) {}
 
     void requireIdle() const;
     void load();
@@ -54,6 +58,7 @@ public:
     Surroundings& surroundings;
     Members members;
     HandlerGuard handlers;
+    Activity activity;
     CallRunner runner;
     Hourglass hourglass;
     std::unique_ptr<LoadedWindow> loaded;
@@ -71,8 +76,11 @@ private:
 };
 
 void RptStoc::Private::requireIdle() const {
-    if (isSettingUp || runner.isRunning())
-        throw base::Error(base::kInvalidProcedureCall, u"Fereastra raportului execută o interogare."_s);
+    if (isSettingUp || activity.isRunning())
+        throw base::Error(base::kInvalidProcedureCall, u"Fereastra raportului este ocupată."_s);
+    if (isBlocked(m_window))
+        throw base::Error(base::kInvalidProcedureCall,
+                          u"Un dialog al programului gazdă este deschis: fereastra raportului nu s-ar putea folosi."_s);
 }
 
 void RptStoc::Private::load() {
@@ -83,7 +91,7 @@ void RptStoc::Private::load() {
     m_window.resize(kDesignedWidth.toPixels(density), kDesignedHeight.toPixels(density));
     loaded =
         std::make_unique<LoadedWindow>(std::make_unique<ControlTree>(m_window, density), [this](ControlTree& controls) {
-            return Context{m_window,     members,  controls,  runner,
+            return Context{m_window,     members,  controls,  activity, runner,
                            surroundings, handlers, hourglass, [this] { m_window.CloseForm(); }};
         });
     loaded->controls().followSize(m_window.size());
@@ -110,13 +118,13 @@ void RptStoc::Private::destroyRetired() {
 }
 
 void RptStoc::Private::onIdle() {
-    if (runner.takeClosing()) unload();
+    if (!activity.isRunning() && activity.takeClosing()) unload();
     if (!m_retired.empty()) QCoreApplication::postEvent(&m_window, new QEvent(kDestroyControls));
 }
 
 void RptStoc::Private::showFailure(const base::Error& error) {
     const report::Message message = report::runFailureMessage(error, m_window.windowTitle());
-    members.show(message.text, message.style, message.title);
+    showMessage(activity, members.objMesaje, message.text, message.style, message.title);
 }
 
 void RptStoc::Private::followScreen() {
@@ -148,7 +156,7 @@ void RptStoc::setPriza(db::Connection priza) {
 
 bool RptStoc::isLoaded() const { return m_private->loaded != nullptr; }
 
-bool RptStoc::isInUse() const { return isLoaded() || !m_private->handlers.isIdle() || m_private->runner.isRunning(); }
+bool RptStoc::isInUse() const { return isLoaded() || !m_private->handlers.isIdle() || m_private->activity.isRunning(); }
 
 void RptStoc::Incarca(const QString& argTipRaport, QDate DataProgram, const QString& Soc) {
     m_private->requireIdle();
@@ -157,12 +165,12 @@ void RptStoc::Incarca(const QString& argTipRaport, QDate DataProgram, const QStr
     const QScopedValueRollback settingUp(m_private->isSettingUp, true);
     m_private->loaded->endStanding();
     m_private->loaded->setUp({argTipRaport, DataProgram, Soc});
-    if (m_private->runner.isClosing()) throw base::Cancelled();
+    if (m_private->activity.isClosing()) throw base::Cancelled();
 }
 
 void RptStoc::CloseForm() {
-    if (m_private->isSettingUp || m_private->runner.isRunning()) {
-        m_private->runner.requestClose();
+    if (m_private->isSettingUp || m_private->activity.isRunning()) {
+        m_private->activity.close();
     } else {
         m_private->unload();
     }

@@ -3,6 +3,7 @@
 #include "db/row_store.h"
 #include "filters/codes.h"
 #include "form/activate_window.h"
+#include "form/activity.h"
 #include "form/setup_values.h"
 #include "form/surroundings.h"
 
@@ -41,7 +42,7 @@ public:
 private:
     void forgetReport() { m_members.bRaportIncarcat = false; }
     void show();
-    void makeMessages() { m_members.objMesaje = m_context.surroundings.newMesaje(); }
+    void makeMessages();
     void keepKind() { m_members.sTipRaport = m_arguments.argTipRaport; }
     void readYear();
     void keepPrefix() { m_members.sSoc = m_arguments.Soc; }
@@ -73,7 +74,14 @@ void Setup::run() {
         &Setup::setPartnerCaptions, &Setup::fillReportList, &Setup::fillSelection,  &Setup::fillSortList,
         &Setup::fillWarehouses,     &Setup::setPeriod,      &Setup::fillCategories, &Setup::setWindowCaption,
     };
-    for (const auto step : kSteps) (this->*step)();
+    for (const auto step : kSteps) {
+        (this->*step)();
+        if (m_context.activity.isClosing()) throw base::Cancelled();
+    }
+}
+
+void Setup::makeMessages() {
+    m_context.activity.callHost([this] { m_members.objMesaje = m_context.surroundings.newMesaje(); });
 }
 
 void Setup::show() {

@@ -7,7 +7,7 @@
 
 namespace velcoran::form {
 
-std::unique_ptr<IOutput> Surroundings::newOutput(QWidget&) { return nullptr; }
+std::unique_ptr<IOutput> Surroundings::newOutput(QWidget&, Activity&) { return nullptr; }
 
 void Surroundings::showPlainMessage(QWidget& window, const QString& text) {
     QMessageBox box(QMessageBox::NoIcon, QGuiApplication::applicationDisplayName(), text, QMessageBox::Ok, &window);

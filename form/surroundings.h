@@ -12,6 +12,7 @@ class QWidget;
 
 namespace velcoran::form {
 
+class Activity;
 class IOutput;
 
 /// What the window needs of the process it lives in. Whoever makes the window provides it; it outlives the window.
@@ -27,7 +28,8 @@ public:
     virtual com::Ref<IPrinterSetupDialog> newPrinterSetupDialog() = 0;
     /// Printing and exporting for one loading of the window; null where the component is built without: the commands
     /// then do nothing.
-    virtual std::unique_ptr<IOutput> newOutput(QWidget& window);
+    /// @param activity  of the window, and lives as long
+    virtual std::unique_ptr<IOutput> newOutput(QWidget& window, Activity& activity);
     /// The platform's plain message box: OK alone, no icon, the application's name for a title.
     virtual void showPlainMessage(QWidget& window, const QString& text);
 };

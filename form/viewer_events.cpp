@@ -1,6 +1,7 @@
 #include "form/viewer_events.h"
 
 #include "form/activate_window.h"
+#include "form/activity.h"
 #include "form/surroundings.h"
 #include "form/wait_state.h"
 #include "report/output.h"
@@ -12,17 +13,12 @@ namespace velcoran::form {
 using viewer::ReportViewer;
 
 ViewerEvents::ViewerEvents(const Context& context, WaitState& waitState)
-    : m_context(context), m_waitState(waitState), m_output(context.surroundings.newOutput(context.window)) {
+    : m_context(context), m_waitState(waitState), m_output(context.surroundings.newOutput(context.window, context.activity)) {
     connectButtons();
     connectViewer();
 }
 
 ViewerEvents::~ViewerEvents() = default;
-
-void ViewerEvents::detach() {
-    m_isDetached = true;
-    if (m_output) m_output->stop();
-}
 
 void ViewerEvents::connectButtons() {
     struct Command {
@@ -64,6 +60,9 @@ void ViewerEvents::connectViewer() {
 
 bool ViewerEvents::isPickerOpen() const { return !m_context.controls.widget(Ctl::fraGrid).isHidden(); }
 
+/// A screen reader presses buttons while something runs, too.
+bool ViewerEvents::isUsable() const { return m_output && !m_context.activity.isRunning(); }
+
 OutputSubject ViewerEvents::subject() const {
     return {m_context.controls.viewer().shownReport(), m_context.controls.viewer()};
 }
@@ -85,20 +84,21 @@ void ViewerEvents::showFilters() {
 
 void ViewerEvents::setUpPrinter() {
     ReportViewer& viewer = m_context.controls.viewer();
-    if (viewer.isBusy() || !m_context.members.bRaportIncarcat || isPickerOpen() || !m_output) return;
+    if (viewer.isBusy() || !m_context.members.bRaportIncarcat || isPickerOpen() || !isUsable()) return;
     m_output->printerSetup(subject());
+    if (m_context.activity.isClosing()) return;
     viewer.refreshEx(false);
 }
 
 void ViewerEvents::print() {
-    if (!m_output) return;
+    if (!isUsable()) return;
     try {
         m_output->printOut(subject());
     } catch (const base::Cancelled&) {
         // The user gave up, or stopped it.
     } catch (...) {
         const base::Error error = base::currentError();
-        if (m_isDetached) return;  // closed from outside while the dialog was open
+        if (m_context.activity.isClosing()) return;
         if (report::isPrinterSetupNeeded(error)) return setUpPrinter();
         showPlainMessage(report::printFailureText(error));
     }
@@ -107,14 +107,14 @@ void ViewerEvents::print() {
 /// The plain box gives the focus back to what had it; not every platform does that by itself.
 void ViewerEvents::showPlainMessage(const QString& text) {
     const QPointer<QWidget> focused = m_context.window.focusWidget();
-    m_context.surroundings.showPlainMessage(m_context.window, text);
-    if (m_isDetached || !focused) return;
+    m_context.activity.callHost([&] { m_context.surroundings.showPlainMessage(m_context.window, text); });
+    if (m_context.activity.isClosing() || !focused) return;
     activateWindow(m_context.window);
     focused->setFocus();
 }
 
 void ViewerEvents::exportReport() {
-    if (!m_output) return;
+    if (!isUsable()) return;
     try {
         exportChosen();
     } catch (const base::Cancelled&) {
@@ -122,7 +122,7 @@ void ViewerEvents::exportReport() {
     } catch (...) {
         m_output->resetExportOptions();
         const report::Message message = report::exportFailureMessage(base::currentError());
-        m_context.members.show(message.text, message.style, message.title);
+        m_context.show(message.text, message.style, message.title);
     }
 }
 
@@ -136,7 +136,7 @@ void ViewerEvents::exportChosen() {
 /// The viewer's own answer to the click stays as it set it.
 void ViewerEvents::showFieldValue(const QStringList& fields) {
     const auto message = report::fieldValueMessage(fields, m_context.window.windowTitle());
-    if (message.has_value()) m_context.members.show(message->text, message->style, message->title);
+    if (message.has_value()) m_context.show(message->text, message->style, message->title);
 }
 
 }  // namespace velcoran::form

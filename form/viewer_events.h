@@ -15,9 +15,6 @@ public:
     ViewerEvents(const Context& context, WaitState& waitState);
     ~ViewerEvents();
 
-    /// The window closes: a command whose dialog is still open does nothing more.
-    void detach();
-
 private:
     void connectButtons();
     void connectViewer();
@@ -29,6 +26,7 @@ private:
     void exportReport();
     void exportChosen();
     void showFieldValue(const QStringList& fields);
+    [[nodiscard]] bool isUsable() const;
     [[nodiscard]] OutputSubject subject() const;
     [[nodiscard]] bool isPickerOpen() const;
 
@@ -36,7 +34,6 @@ private:
     WaitState& m_waitState;
     std::unique_ptr<IOutput> m_output;
     controls::SecondPressGuard m_secondPress;
-    bool m_isDetached = false;
 };
 
 }  // namespace velcoran::form

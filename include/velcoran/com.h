@@ -163,8 +163,13 @@ public:
         std::swap(m_object, other.m_object);
         return *this;
     }
+    /// An exception that an object lets out of its Release ends here.
     ~Ref() {
-        if (m_object != nullptr) m_object->Release();
+        if (m_object == nullptr) return;
+        try {
+            m_object->Release();
+        } catch (...) {
+        }
     }
     /// Takes over a count that the caller owns.
     static Ref adopt(T* object) {

@@ -98,7 +98,7 @@ private:
     struct State;
     std::unique_ptr<State> m_state;
     std::shared_ptr<Run> m_run;
-    std::optional<db::Worker> m_worker;  ///< of m_run
+    std::optional<system::Worker> m_worker;  ///< of m_run
 };
 
 }  // namespace velcoran::engine

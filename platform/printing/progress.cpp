@@ -2,11 +2,10 @@
 
 #include "platform/printing/dialog_language.h"
 
-#include <QCloseEvent>
-#include <QCoreApplication>
+#include "system/live_wait.h"
+
 #include <QDialog>
 #include <QDialogButtonBox>
-#include <QEventLoop>
 #include <QLabel>
 #include <QLocale>
 #include <QProgressBar>
@@ -16,10 +15,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <exception>
-#include <optional>
-#include <system_error>
-#include <thread>
 
 namespace velcoran::printing {
 
@@ -79,105 +74,26 @@ private:
     bool m_isStopping = false;
 };
 
-/// Keeps the user's input from the window while the work runs. Closing it stops the work.
-class InputShield final : public QObject {
-public:
-    InputShield(QWidget& window, std::atomic_bool& stop) : m_window(window), m_stop(stop) {
-        QCoreApplication::instance()->installEventFilter(this);
-    }
-
-protected:
-    bool eventFilter(QObject* receiver, QEvent* event) override {
-        const auto* widget = qobject_cast<const QWidget*>(receiver);
-        if (widget == nullptr || widget->window() != &m_window) return false;
-        switch (event->type()) {
-            case QEvent::Hide:
-            case QEvent::Close:
-                // A minimised window is hidden from outside; that stops nothing.
-                if (widget == &m_window && !(event->type() == QEvent::Hide && event->spontaneous())) m_stop = true;
-                return false;
-            case QEvent::KeyPress:
-            case QEvent::KeyRelease:
-            case QEvent::Shortcut:
-            case QEvent::ShortcutOverride:
-            case QEvent::MouseButtonPress:
-            case QEvent::MouseButtonRelease:
-            case QEvent::MouseButtonDblClick:
-            case QEvent::Wheel:
-            case QEvent::ContextMenu:
-                return true;
-            default:
-                return false;
-        }
-    }
-
-private:
-    QWidget& m_window;
-    std::atomic_bool& m_stop;
-};
-
-/// The work's thread; joined in the destructor.
-class Worker {
-public:
-    Worker(QEventLoop& loop, const std::function<void()>& work)
-        : m_thread([this, &loop, &work] {
-              try {
-                  work();
-              } catch (...) {
-                  m_failure = std::current_exception();
-              }
-              m_isDone = true;
-              QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
-          }) {}
-    ~Worker() {
-        if (m_thread.joinable()) m_thread.join();
-    }
-    Worker(const Worker&) = delete;
-    Worker& operator=(const Worker&) = delete;
-
-    [[nodiscard]] bool isDone() const { return m_isDone; }
-    void finish() {
-        m_thread.join();
-        if (m_failure) std::rethrow_exception(m_failure);
-    }
-
-private:
-    std::exception_ptr m_failure;
-    std::atomic_bool m_isDone{false};
-    std::thread m_thread;
-};
-
 }  // namespace
 
-void runWithProgress(QWidget& window, const QString& what, const WorkProgress& progress, std::atomic_bool& stop,
+void runWithProgress(QWidget& window, system::IWaiting& waiting, const QString& what, const WorkProgress& progress,
                      const std::function<void()>& work) {
     const DialogLanguage language;
-    const InputShield shield(window, stop);
     ProgressDialog dialog(window, what);
-    dialog.stopped = [&stop] { stop = true; };
-    QEventLoop loop;
+    dialog.stopped = [&waiting] { waiting.stop(); };
     QTimer beat;
     QObject::connect(&beat, &QTimer::timeout, &dialog, [&] { dialog.follow(progress); });
     QTimer patience;
     patience.setSingleShot(true);
     patience.setTimerType(Qt::PreciseTimer);
     QObject::connect(&patience, &QTimer::timeout, &dialog, [&] {
-        if (stop) return;
+        if (waiting.isUnwanted()) return;
         dialog.follow(progress);
         dialog.setVisible(true);
         beat.start(kBeat);
     });
-    std::optional<Worker> worker;
-    try {
-        worker.emplace(loop, work);
-    } catch (const std::system_error&) {
-        return work();  // no thread to be had: the window waits
-    }
     patience.start(kPatience);
-    loop.exec();
-    // A loop that ended for another reason belongs to a program that is leaving.
-    if (!worker->isDone()) stop = true;
-    worker->finish();
+    static_cast<void>(system::runLive(waiting, {work, {}, std::nullopt}));
 }
 
 }  // namespace velcoran::printing

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "system/waiting.h"
+
 #include <QString>
 
 #include <atomic>
@@ -16,11 +18,12 @@ struct WorkProgress {
 };
 
 /// Does a work on a thread of its own while the window stays alive, and returns when it has ended. The window takes no
-/// input meanwhile; after half a second a dialog shows how far the work is. Its button, Esc and closing the window set
-/// the stop flag; the work answers that by throwing Cancelled.
-/// @param what  what is being done, as the dialog says it
+/// input meanwhile; after half a second a dialog shows how far the work is. Its button, Esc and closing the window ask
+/// the work to end; it answers that by throwing Cancelled.
+/// @param waiting  what the window waits as; its cancel reaches the work
+/// @param what     what is being done, as the dialog says it
 /// @throws what the work throws
-void runWithProgress(QWidget& window, const QString& what, const WorkProgress& progress, std::atomic_bool& stop,
+void runWithProgress(QWidget& window, system::IWaiting& waiting, const QString& what, const WorkProgress& progress,
                      const std::function<void()>& work);
 
 }  // namespace velcoran::printing

@@ -21,8 +21,8 @@ struct Stuck {
     std::shared_ptr<int> owned = std::make_shared<int>(0);
     std::weak_ptr<int> seen = owned;
 
-    db::Worker start() {
-        return db::Worker([gate = std::make_shared<std::future<void>>(answer.get_future()), mine = std::move(owned)] {
+    system::Worker start() {
+        return system::Worker([gate = std::make_shared<std::future<void>>(answer.get_future()), mine = std::move(owned)] {
             gate->wait();
         });
     }
@@ -44,7 +44,7 @@ TEST(Worker, keepsWhatTheCallThrowsWhateverItIs) {
         {"a foreign type", [] { throw 42; }},
     };
     for (const auto& [name, call] : kCases) {
-        const db::Worker worker(call);
+        const system::Worker worker(call);
         ASSERT_TRUE(worker.waitFor(10s)) << name;
         EXPECT_ANY_THROW(worker.rethrow()) << name;
     }
@@ -54,7 +54,7 @@ TEST(Worker, letsGoOfWhatTheCallOwnsBeforeItsEndIsSeen) {
     const auto owned = std::make_shared<int>(0);
     std::atomic<long> ownersAtEnd = 0;
     std::function<void()> call = [owned] {};
-    db::Worker worker(std::move(call), [&] { ownersAtEnd = owned.use_count(); });
+    system::Worker worker(std::move(call), [&] { ownersAtEnd = owned.use_count(); });
     ASSERT_TRUE(worker.waitFor(10s));
     ASSERT_TRUE(comesTrue([&] { return ownersAtEnd == 1; }));
 }

@@ -92,8 +92,8 @@ public:
     com::Ref<IPrinterSetupDialog> newPrinterSetupDialog() override {
         return com::Ref<IPrinterSetupDialog>(com::makeObject<ScriptedSetup>(answers).get());
     }
-    std::unique_ptr<form::IOutput> newOutput(QWidget& window) override {
-        return std::make_unique<form::ReportOutput>(window, *this, memory);
+    std::unique_ptr<form::IOutput> newOutput(QWidget& window, form::Activity& activity) override {
+        return std::make_unique<form::ReportOutput>(window, activity, *this, memory);
     }
     void showPlainMessage(QWidget& window, const QString& text) override {
         plain.append(text);

@@ -8,7 +8,7 @@
 #include <mutex>
 #include <thread>
 
-namespace velcoran::db {
+namespace velcoran::system {
 
 /// A call on a thread of its own. The call owns everything that it touches: a worker whose call does not come back may
 /// be left to the keeper, and then outlives whoever started it.
@@ -43,4 +43,4 @@ private:
     std::thread m_thread;
 };
 
-}  // namespace velcoran::db
+}  // namespace velcoran::system

@@ -1,8 +1,8 @@
-#include "db/worker.h"
+#include "system/worker.h"
 
 #include <utility>
 
-namespace velcoran::db {
+namespace velcoran::system {
 
 Worker::Worker(std::function<void()> call, std::function<void()> over)
     : m_state(std::make_shared<State>()),
@@ -41,4 +41,4 @@ void Worker::abandon() noexcept {
     if (m_thread.joinable()) m_thread.detach();
 }
 
-}  // namespace velcoran::db
+}  // namespace velcoran::system
