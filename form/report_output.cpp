@@ -30,22 +30,18 @@ using printing::WorkProgress;
 
 namespace {
 
-/// A text that goes into a dialog's choice and may come back as another one. Both are ours to free.
+/// A text that goes into a dialog's choice and may come back as another one: whoever replaces it frees the first, and
+/// what stands at last is ours.
 class ChoiceText {
 public:
-    ChoiceText(const QString& text, com::Bstr& place) : m_given(com::toText(text)), m_place(place) {
-        m_place = m_given.get();
-    }
-    ~ChoiceText() {
-        if (m_place != m_given.get()) com::freeText(m_place);
-    }
+    ChoiceText(const QString& text, com::Bstr& place) : m_place(place) { m_place = com::toText(text).release(); }
+    ~ChoiceText() { com::freeText(m_place); }
     ChoiceText(const ChoiceText&) = delete;
     ChoiceText& operator=(const ChoiceText&) = delete;
 
     [[nodiscard]] QString text() const { return com::toQString(m_place); }
 
 private:
-    com::Text m_given;
     com::Bstr& m_place;
 };
 

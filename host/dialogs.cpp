@@ -32,6 +32,12 @@ private:
     std::shared_ptr<DialogScript> m_script;
 };
 
+/// Puts a text into a choice; what stood there is freed by whoever replaces it.
+void replace(com::Bstr& place, const QString& text) {
+    com::freeText(place);
+    place = com::toText(text).release();
+}
+
 class ExportDialog final : public com::Object<IExportDialog> {
 public:
     explicit ExportDialog(std::shared_ptr<DialogScript> script) : m_script(std::move(script)) {}
@@ -68,7 +74,7 @@ public:
             const auto answer = m_script->open(u"print"_s);
             if (!answer) return com::kFalse;
             if (answer->contains(u"file"_s))
-                choice->file = com::toText(system::fullName(answer->value(u"file"_s).toString())).release();
+                replace(choice->file, system::fullName(answer->value(u"file"_s).toString()));
             choice->firstPage = answer->value(u"from"_s, 1).toInt();
             choice->lastPage = answer->value(u"to"_s, 0).toInt();
             choice->copies = answer->value(u"copies"_s, 1).toInt();
@@ -88,8 +94,7 @@ public:
         return com::guarded([&]() -> com::HResult {
             const auto answer = m_script->open(u"printersetup"_s);
             if (!answer) return com::kFalse;
-            if (answer->contains(u"paper"_s))
-                setup->paper = com::toText(answer->value(u"paper"_s).toString()).release();
+            if (answer->contains(u"paper"_s)) replace(setup->paper, answer->value(u"paper"_s).toString());
             const QString orientation = answer->value(u"orientation"_s).toString();
             if (!orientation.isEmpty()) setup->orientation = orientation == u"landscape" ? kLandscape : kPortrait;
             return com::kOk;

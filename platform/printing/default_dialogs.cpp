@@ -11,6 +11,12 @@ namespace velcoran::printing {
 
 namespace {
 
+/// Puts a text into a choice; what stood there is freed by whoever replaces it.
+void replace(com::Bstr& place, const QString& text) {
+    com::freeText(place);
+    place = com::toText(text).release();
+}
+
 class OwnExportDialog final : public com::Object<IExportDialog> {
 public:
     com::HResult Choose(std::uintptr_t window, const velcoran::ExportFormat* formats, std::uint32_t formatCount,
@@ -42,12 +48,12 @@ public:
                                  choice->copies,
                                  choice->isCollated != 0};
             if (!choosePrint(widgetOf(window), pageCount, request)) return com::kFalse;
-            *choice = {com::toText(request.printer).release(),
-                       com::toText(request.file).release(),
-                       request.firstPage,
-                       request.lastPage,
-                       request.copies,
-                       request.isCollated ? 1 : 0};
+            replace(choice->printer, request.printer);
+            replace(choice->file, request.file);
+            choice->firstPage = request.firstPage;
+            choice->lastPage = request.lastPage;
+            choice->copies = request.copies;
+            choice->isCollated = request.isCollated ? 1 : 0;
             return com::kOk;
         });
     }
@@ -68,13 +74,13 @@ public:
                                       defaultPrinterName(), start);
             if (!runDialog(dialog)) return com::kFalse;
             const engine::PageSetup chosen = dialog.setup();
-            *setup = {com::toText(dialog.printer()).release(),
-                      com::toText(chosen.paper).release(),
-                      chosen.isLandscape ? kLandscape : kPortrait,
-                      chosen.left.value,
-                      chosen.top.value,
-                      chosen.right.value,
-                      chosen.bottom.value};
+            replace(setup->printer, dialog.printer());
+            replace(setup->paper, chosen.paper);
+            setup->orientation = chosen.isLandscape ? kLandscape : kPortrait;
+            setup->left = chosen.left.value;
+            setup->top = chosen.top.value;
+            setup->right = chosen.right.value;
+            setup->bottom = chosen.bottom.value;
             return com::kOk;
         });
     }

@@ -1,14 +1,73 @@
 #include "db/sqlite/database.h"
-#include "form/faulty_connection.h"
 #include "form/form_fixture.h"
+#include "form/watched_connection.h"
 #include "platform/viewer/report_viewer.h"
 
 #include <QLabel>
 #include <QTimer>
 
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
 namespace velcoran::tests {
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+/// What goes wrong with a call.
+enum class Fault { none, delay, stall, fail, lose };
+
+/// Counts the calls; at one of them the fault happens, so also "after every block": a delay goes on, a stall ends with a
+/// cancel, a failure is that call's alone, a lost connection stays lost.
+class FaultyConnection final : public WatchedConnection {
+public:
+    FaultyConnection(com::Ref<IConnection> real, int faultAt, Fault fault)
+        : WatchedConnection(std::move(real)), m_faultAt(faultAt), m_fault(fault) {}
+
+    [[nodiscard]] int calls() const { return m_calls; }
+    [[nodiscard]] bool isStalled() const { return m_isStalled; }
+
+    com::HResult Cancel() override {
+        {
+            const std::scoped_lock lock(m_mutex);
+            m_isCancelled = true;
+        }
+        m_changed.notify_all();
+        return WatchedConnection::Cancel();
+    }
+    void beginCall(const char*) override {
+        const bool isHere = m_calls++ == m_faultAt;
+        if (isHere && m_fault == Fault::delay) std::this_thread::sleep_for(450ms);  // longer than the silent wait
+        if (isHere && m_fault == Fault::stall) stall();
+        if (isHere && m_fault == Fault::lose) m_isLost = true;
+        if (m_isLost) throw base::Error(base::kProviderFailure, u"Communication link failure"_s);
+        if (isHere && m_fault == Fault::fail) throw base::Error(base::kStatementError, u"Deadlock victim"_s);
+    }
+
+protected:
+    [[nodiscard]] bool answersTo(const com::Guid& id) const override { return id == IFreeThreadedConnection::kId; }
+
+private:
+    void stall() {
+        std::unique_lock lock(m_mutex);
+        m_isStalled = true;
+        m_changed.wait(lock, [this] { return m_isCancelled; });
+        m_isStalled = false;
+        throw base::Cancelled();
+    }
+
+    int m_faultAt;
+    Fault m_fault;
+    std::atomic<int> m_calls{0};
+    std::atomic<bool> m_isLost{false};
+    std::atomic<bool> m_isStalled{false};
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    bool m_isCancelled = false;
+};
 
 /// A user's session with a connection that goes wrong at one call: opens, looks a group up and picks it, reports. What
 /// the user is told is kept; a stall is answered by closing the window.

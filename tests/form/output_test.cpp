@@ -56,6 +56,8 @@ public:
         m_answers.opened.append(u"print %1"_s.arg(pageCount));
         if (m_answers.whileOpen) m_answers.whileOpen();
         if (!m_answers.print) return com::kFalse;
+        com::freeText(choice->printer);  // of a name, the rule is: whoever replaces it frees it
+        com::freeText(choice->file);
         *choice = *m_answers.print;
         choice->file = com::toText(m_answers.printFile).release();
         return com::kOk;
