@@ -1,5 +1,6 @@
 #pragma once
 
+#include "component/host_events.h"
 #include "form/report_output.h"
 #include "form/surroundings.h"
 
@@ -15,13 +16,19 @@ namespace velcoran::component {
 class HostSurroundings final : public form::Surroundings {
 public:
     /// @param objects  outlives this
-    explicit HostSurroundings(const com::HostObjects& objects) : m_objects(objects) {}
+    /// @param events   the same
+    HostSurroundings(const com::HostObjects& objects, HostEvents& events) : m_objects(objects), m_events(events) {}
 
     com::Ref<IMesaje> newMesaje() override;
     com::Ref<IExportDialog> newExportDialog() override;
     com::Ref<IPrintDialog> newPrintDialog() override;
     com::Ref<IPrinterSetupDialog> newPrinterSetupDialog() override;
     std::unique_ptr<form::IOutput> newOutput(QWidget& window, form::Activity& activity) override;
+    void windowClosed() override { m_events.queueClosed(); }
+    [[nodiscard]] bool opensDocuments() const override { return m_events.hasListener(); }
+    void openDocument(const QString& number, const QString& kind, const QString& partner) override {
+        m_events.openDocument(number, kind, partner);
+    }
     /// Lets go of the library of the messages; nothing of it may be in use.
     void releaseLibraries() { m_installedMesaje.reset(); }
 
@@ -29,6 +36,7 @@ private:
     com::Ref<IMesaje> newInstalledMesaje();
 
     const com::HostObjects& m_objects;
+    HostEvents& m_events;
     form::OutputMemory m_outputMemory;
     std::optional<com::ActivatedClass> m_installedMesaje;  ///< once it was found
 };

@@ -2,6 +2,7 @@
 
 #include "component/class_velcoran.h"
 #include "component/component.h"
+#include "db/fence.h"
 
 namespace velcoran::component {
 
@@ -10,8 +11,12 @@ VelcoranFactory::VelcoranFactory()
 
 com::HResult VelcoranFactory::QueryInterface(const com::Guid& id, void** object) {
     if (object == nullptr) return com::kNullPointer;
-    if (id != com::IHostObjects::kId) return ClassFactory::QueryInterface(id, object);
-    *object = static_cast<com::IHostObjects*>(this);
+    if (id == com::IHostObjects::kId)
+        *object = static_cast<com::IHostObjects*>(this);
+    else if (id == IReportWindow::kId)
+        *object = static_cast<IReportWindow*>(this);
+    else
+        return ClassFactory::QueryInterface(id, object);
     AddRef();
     return com::kOk;
 }
@@ -23,6 +28,26 @@ com::HResult VelcoranFactory::Register(const com::Guid& classId, com::IClassFact
 
 com::HResult VelcoranFactory::Revoke(const com::Guid& classId) {
     return com::guarded([&] { return component().hostObjects.remove(classId) ? com::kOk : com::kFalse; });
+}
+
+com::HResult VelcoranFactory::Advise(IWindowEvents* events) {
+    return com::guarded([&] { component().window.advise(com::Ref<IWindowEvents>(events)); });
+}
+
+com::HResult VelcoranFactory::Close() {
+    return com::guarded([] { return component().window.close() ? com::kOk : com::kFalse; });
+}
+
+com::HResult VelcoranFactory::Dispatch(std::uint32_t milliseconds) {
+    return com::guarded(
+        [=] { return component().window.dispatch(std::chrono::milliseconds(milliseconds)) ? com::kOk : com::kFalse; });
+}
+
+com::HResult VelcoranFactory::Fence(IConnection* connection, IConnection** fenced) {
+    if (fenced == nullptr) return com::kNullPointer;
+    *fenced = nullptr;
+    if (connection == nullptr) return com::kInvalidArgument;
+    return com::guarded([&] { *fenced = db::fenceConnection(com::Ref<IConnection>(connection)).release(); });
 }
 
 }  // namespace velcoran::component

@@ -6,8 +6,10 @@
 
 #include "base/error.h"
 
+#include <QAbstractEventDispatcher>
 #include <QApplication>
 #include <QThread>
+#include <QTimer>
 
 #include <clocale>
 #include <string>
@@ -43,17 +45,29 @@ private:
 
 }  // namespace
 
-WindowThread::WindowThread(const com::HostObjects& hostObjects) : m_surroundings(hostObjects) {}
+WindowThread::WindowThread(const com::HostObjects& hostObjects)
+    : m_surroundings(hostObjects, m_events), m_connections([mailbox = m_events.mailbox()](IConnection* connection) {
+          HostEvents::queueReleased(*mailbox, connection);
+      }) {}
 
 void WindowThread::destroyWindow() { delete std::exchange(m_window, nullptr); }
 
-void WindowThread::dropWindow() { component().window.destroyWindow(); }
+/// The host's application object goes.
+void WindowThread::dropWindow() {
+    WindowThread& self = component().window;
+    self.destroyWindow();
+    self.m_events.tellNews();
+    self.m_events.end();
+}
 
 bool WindowThread::release() {
     if (m_window == nullptr && m_application == nullptr) return true;
     if (isInUse() || QCoreApplication::instance()->thread() != QThread::currentThread()) return false;
     qRemovePostRoutine(&WindowThread::dropWindow);
     destroyWindow();
+    m_events.tellNews();
+    if (m_window != nullptr) return false;  // the host has answered with a call
+    m_events.end();
     m_surroundings.releaseLibraries();
     delete std::exchange(m_application, nullptr);
     return true;
@@ -79,6 +93,7 @@ void WindowThread::provideApplication() {
 void WindowThread::provideWindow() {
     if (m_window != nullptr) return;
     m_window = new form::RptStoc(m_surroundings);
+    m_events.begin();
     qAddPostRoutine(&WindowThread::dropWindow);
 }
 
@@ -86,10 +101,44 @@ void WindowThread::incarca(const QString& kind, const com::Ref<IConnection>& con
                            const QString& prefix) {
     provideApplication();
     provideWindow();
-    m_window->setPriza(db::Connection(connection));
+    m_window->setPriza(db::Connection(m_connections.watch(connection)));
     m_window->Incarca(kind, date, prefix);
 }
 
-bool WindowThread::isInUse() const { return m_window != nullptr && m_window->isInUse(); }
+bool WindowThread::isInUse() const { return m_events.isTelling() || (m_window != nullptr && m_window->isInUse()); }
+
+void WindowThread::requireThread() {
+    const QCoreApplication* application = QCoreApplication::instance();
+    if (application != nullptr && application->thread() != QThread::currentThread())
+        refuse(u"Fereastra raportului este pe alt fir de execuție."_s);
+}
+
+void WindowThread::advise(com::Ref<IWindowEvents> events) {
+    requireThread();
+    m_events.setListener(std::move(events));
+}
+
+bool WindowThread::close() {
+    requireThread();
+    if (m_window != nullptr && m_window->isLoaded()) m_window->CloseForm();
+    return m_window == nullptr || !m_window->isLoaded();
+}
+
+bool WindowThread::dispatch(std::chrono::milliseconds wait) {
+    constexpr std::chrono::minutes kLongest(1);
+    requireThread();
+    if (wait > kLongest) refuse(u"Așteptarea este prea lungă."_s);
+    QAbstractEventDispatcher* dispatcher = QAbstractEventDispatcher::instance();
+    if (dispatcher == nullptr) return false;
+    QCoreApplication::sendPostedEvents();
+    if (!dispatcher->processEvents(QEventLoop::AllEvents) && wait.count() > 0) {
+        QTimer end;
+        end.setSingleShot(true);
+        end.start(wait);
+        dispatcher->processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+    }
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);  // as an event loop does when it comes round
+    return m_window != nullptr && m_window->isLoaded();
+}
 
 }  // namespace velcoran::component

@@ -1,11 +1,15 @@
 #pragma once
 
+#include "component/host_events.h"
 #include "component/surroundings.h"
+#include "db/release_watch.h"
 
 #include <velcoran/connection.h>
 
 #include <QDate>
 #include <QString>
+
+#include <chrono>
 
 class QApplication;
 
@@ -35,14 +39,26 @@ public:
     /// @return false, with everything as it was, while the window is in use or on another thread than the window's
     bool release();
 
+    /// Who hears of the window; null for nobody. This and the two below refuse on another thread than the window's.
+    /// @throws Error kInvalidProcedureCall
+    void advise(com::Ref<IWindowEvents> events);
+    /// @return true when the window is closed; false when the close follows
+    bool close();
+    /// Does what waits for the window. @param wait  for something to do, where nothing waits
+    /// @return true while the window is open @throws also kInvalidProcedureCall for a wait of more than a minute
+    bool dispatch(std::chrono::milliseconds wait);
+
 private:
     [[nodiscard]] bool isInUse() const;
+    static void requireThread();
     void provideApplication();
     void provideWindow();
     void destroyWindow();
     static void dropWindow();
 
+    HostEvents m_events;
     HostSurroundings m_surroundings;
+    db::ReleaseWatch m_connections;
     QApplication* m_application = nullptr;  ///< owned; only where the host has none
     form::RptStoc* m_window = nullptr;      ///< owned
 };

@@ -10,8 +10,8 @@ namespace velcoran::form {
 
 /// What keeps the window from beginning anything else: a statement, an export, a print job, or a call into the host on
 /// the window's own thread (its message object, its dialogs, the state of its connection). A host may dispatch events
-/// inside its own calls, so all of them are treated alike: input for the window is dropped, a second call of the host is
-/// refused, and a close follows when what runs has returned.
+/// inside its own calls, so all of them are treated alike: input for the window is dropped, a second call of the host
+/// is refused, and a close follows when what runs has returned.
 class Activity final : public system::IWaiting {
 public:
     /// @param window  outlives this

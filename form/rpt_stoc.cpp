@@ -91,8 +91,9 @@ void RptStoc::Private::load() {
     m_window.resize(kDesignedWidth.toPixels(density), kDesignedHeight.toPixels(density));
     loaded =
         std::make_unique<LoadedWindow>(std::make_unique<ControlTree>(m_window, density), [this](ControlTree& controls) {
-            return Context{m_window,     members,  controls,  activity, runner,
-                           surroundings, handlers, hourglass, [this] { m_window.CloseForm(); }};
+            return Context{m_window, members,   controls,
+                           activity, runner,    surroundings,
+                           handlers, hourglass, [this] { m_window.CloseForm(); }};
         });
     loaded->controls().followSize(m_window.size());
     m_heldKeys.emplace(
@@ -107,6 +108,7 @@ void RptStoc::Private::unload() {
     old->detach();
     hourglass.reset();
     m_window.hide();
+    surroundings.windowClosed();
     members.release();
     m_retired.push_back(std::move(old));
     QCoreApplication::postEvent(&m_window, new QEvent(kDestroyControls));

@@ -30,6 +30,14 @@ public:
     /// then do nothing.
     /// @param activity  of the window, and lives as long
     virtual std::unique_ptr<IOutput> newOutput(QWidget& window, Activity& activity);
+    /// The window has been closed. Called in the middle of it: the host is to hear of it later.
+    virtual void windowClosed() {}
+    /// Whether the host opens the document behind a row of the report.
+    [[nodiscard]] virtual bool opensDocuments() const { return false; }
+    /// @param kind  the report kind as the host gave it @param partner  its code; may be empty
+    virtual void openDocument(const QString& number, const QString& kind, const QString& partner) {
+        static_cast<void>(number), static_cast<void>(kind), static_cast<void>(partner);
+    }
     /// The platform's plain message box: OK alone, no icon, the application's name for a title.
     virtual void showPlainMessage(QWidget& window, const QString& text);
 };

@@ -13,7 +13,9 @@ namespace velcoran::form {
 using viewer::ReportViewer;
 
 ViewerEvents::ViewerEvents(const Context& context, WaitState& waitState)
-    : m_context(context), m_waitState(waitState), m_output(context.surroundings.newOutput(context.window, context.activity)) {
+    : m_context(context),
+      m_waitState(waitState),
+      m_output(context.surroundings.newOutput(context.window, context.activity)) {
     connectButtons();
     connectViewer();
 }
@@ -52,6 +54,11 @@ void ViewerEvents::connectViewer() {
     QObject::connect(
         viewer, &ReportViewer::objectClicked, viewer,
         [this, &handlers](int, int, const QStringList& fields) { handlers.run([&] { showFieldValue(fields); }); });
+    viewer->setOpensDocuments([this] { return m_context.surroundings.opensDocuments(); });
+    QObject::connect(viewer, &ReportViewer::documentRequested, viewer,
+                     [this, &handlers](const QString& number, const QString& partner) {
+                         handlers.run([&] { openDocument(number, partner); });
+                     });
     QObject::connect(viewer, &ReportViewer::downloadStarted, viewer,
                      [this, &handlers] { handlers.run([this] { m_waitState.showReading(); }); });
     QObject::connect(viewer, &ReportViewer::downloadFinished, viewer,
@@ -131,6 +138,12 @@ void ViewerEvents::exportChosen() {
     m_output->promptForExportOptions(subject());
     if (report::isRefusedFormat(m_output->formatType())) return m_output->resetExportOptions();
     m_output->exportReport(subject());
+}
+
+void ViewerEvents::openDocument(const QString& number, const QString& partner) {
+    const auto report = m_context.controls.viewer().shownReport();
+    if (!report || m_context.activity.isRunning()) return;
+    m_context.activity.callHost([&] { m_context.surroundings.openDocument(number, report->kind(), partner); });
 }
 
 /// The viewer's own answer to the click stays as it set it.

@@ -26,6 +26,7 @@ private:
     void exportReport();
     void exportChosen();
     void showFieldValue(const QStringList& fields);
+    void openDocument(const QString& number, const QString& partner);
     [[nodiscard]] bool isUsable() const;
     [[nodiscard]] OutputSubject subject() const;
     [[nodiscard]] bool isPickerOpen() const;

@@ -25,6 +25,7 @@ void setTexts(engine::Report& report, const QList<TextReplacement>& replacements
 HandOver planHandOver(const filters::FilterState& state, QStringView dateSeparator, const QString& caption) {
     HandOver plan;
     plan.fileTitle = caption;
+    plan.kind = state.sTipRaport;
     if (isPartnerEntry(state.cmbTipRaport)) {
         plan.definition = u"CRFacturiImport"_s;
         plan.isClient = state.cmbTipRaport == u"Client";
@@ -55,6 +56,7 @@ void handOver(const HandOver& plan, const db::Connection& priza, const db::Comma
     rptFacturi->setFilterLines(plan.filtersInForce);
     rptFacturi->setClient(plan.isClient);
     rptFacturi->setFileTitle(plan.fileTitle);
+    rptFacturi->setKind(plan.kind);
     if (plan.option != 0) rptFacturi->setOption(plan.option);
 }
 

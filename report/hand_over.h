@@ -36,6 +36,7 @@ struct HandOver {
     QList<TextReplacement> titleTexts;         ///< after the fields are bound
     QStringList filtersInForce;                ///< lines for the exports
     QString fileTitle;                         ///< what files of the report are called: the window's caption
+    QString kind;                              ///< the report kind, as the host gave it
     int option = 0;                            ///< 1 for a total report; 0 leaves the option alone
 };
 

@@ -15,8 +15,8 @@ namespace velcoran::system {
 class InputShield final : public QObject {
 public:
     enum class Others {
-        kept,    ///< input of the host's windows, and a quit, waits until the shield goes: delivered inside our call, it
-                 ///< would come back into the host
+        kept,  ///< input of the host's windows, and a quit, waits until the shield goes: delivered inside our call, it
+               ///< would come back into the host
         passed,  ///< a host that dispatches events inside its own call keeps its windows alive
     };
 

@@ -80,7 +80,8 @@ private:
         m_waiting.cancel();
     }
     [[nodiscard]] bool isOver(const Worker& worker) const {
-        const bool isLate = m_live.patience && m_sinceStop.isValid() && m_sinceStop.hasExpired(m_live.patience->count());
+        const bool isLate =
+            m_live.patience && m_sinceStop.isValid() && m_sinceStop.hasExpired(m_live.patience->count());
         return isLate || worker.isDone();
     }
 

@@ -228,6 +228,7 @@ constexpr VariantType kText = 8;
 constexpr VariantType kDispatch = 9;
 constexpr VariantType kError = 10;
 constexpr VariantType kBool = 11;
+constexpr VariantType kVariant = 12;  ///< by reference alone
 constexpr VariantType kUnknown = 13;
 constexpr VariantType kByReference = 0x4000;
 

@@ -1,6 +1,10 @@
 /// The connection that a host hands to the component: our providers implement it, and so may a host over a connection
 /// of its own. Rows travel in column blocks, never cell by cell.
 ///
+/// A host may turn its event loop inside a call on the window's thread: the window takes no input then, Incarca is
+/// refused with 5, and a close of the window follows when the call has returned. From a connection without
+/// IFreeThreadedConnection every call but those of the report engine comes on that thread.
+///
 /// Every call is synchronous. Cancel may be called from any thread at any time; all other functions are called by one
 /// thread at a time, which is not always the same one: from Raporteaza to the end of loading, the report engine uses
 /// the connection from a thread of its own.
@@ -86,7 +90,8 @@ constexpr std::int32_t kLockOptimistic = 3;
 struct IConnection : com::IUnknown {
     static constexpr com::Guid kId{0x5E1D3B74, 0x2A64, 0x4C0B, {0x9E, 0x11, 0x3C, 0x77, 0x42, 0xD0, 0xA8, 0x01}};
 
-    /// kStateOpen or kStateClosed. Any thread.
+    /// kStateOpen or kStateClosed. Asked on the window's thread before each run of a report, which a closed connection
+    /// ends with 3709, and at no other time. Any thread.
     virtual std::int32_t State() = 0;
     /// Runs a statement. @param rows  its rows, counted
     virtual com::HResult Execute(com::Bstr text, IRows** rows) = 0;

@@ -10,8 +10,16 @@ namespace {
 
 const QDate kFirstDay(1899, 12, 30);
 
-/// What an argument holds once a reference is followed; a reference to nothing is empty.
-Variant dereferenced(const Variant& variant) {
+/// The variant that an argument refers to, or the argument itself. One step: a variant that refers to another one may
+/// only be referred to by an argument.
+const Variant& referredVariant(const Variant& variant) {
+    const bool isReference = variant.type == (kVariant | kByReference) && variant.value.reference != nullptr;
+    return isReference ? *static_cast<const Variant*>(variant.value.reference) : variant;
+}
+
+/// What an argument holds once references are followed; a reference to nothing is empty.
+Variant dereferenced(const Variant& argument) {
+    const Variant& variant = referredVariant(argument);
     if ((variant.type & kByReference) == 0) return variant;
     Variant value;
     const void* target = variant.value.reference;

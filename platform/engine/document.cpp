@@ -74,6 +74,17 @@ QString Document::wholeValue(base::PageNumber number, qsizetype item) const {
     return isField ? page.items[item].fullText : QString();
 }
 
+QString Document::textOfRow(qint64 row, ColumnRole role) const {
+    const RowStore& store = m_layout->data->content().store;
+    if (row < 0 || row >= store.rowCount)
+        throw base::Error(base::kInvalidProcedureCall, QStringLiteral("Rândul nu există."));
+    if (isAmount(role)) return {};
+    const auto at = static_cast<std::uint32_t>(row);
+    const std::u16string_view text =
+        role == ColumnRole::NumarFactura ? store.numarFactura.at(at) : store.text(role).at(at);
+    return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
+}
+
 QStringList Document::pageLines(base::PageNumber number) const {
     if (number.value < 1 || number.value > pageCount()) return {};
     return engine::pageLines(page(number));

@@ -19,6 +19,7 @@ namespace velcoran::engine {
 
 class Definition;
 class Report;
+enum class ColumnRole : std::uint8_t;
 
 /// What an instance of a definition says at one moment: the snapshot that a document is laid out from.
 struct ReportTexts {
@@ -61,6 +62,9 @@ public:
     /// @param item  index into Page::items @return the empty text for what is no field
     /// @throws Error kInvalidProcedureCall for a number outside 1 to pageCount()
     [[nodiscard]] QString wholeValue(base::PageNumber number, qsizetype item) const;
+    /// Text of a column in a row of the data, as it came; empty for null, and for an amount.
+    /// @param row  as PageItem::row has it @throws Error kInvalidProcedureCall for a row that is none
+    [[nodiscard]] QString textOfRow(qint64 row, ColumnRole role) const;
     /// Texts of a page line by line, cells separated by a tab; empty for no such page.
     [[nodiscard]] QStringList pageLines(base::PageNumber number) const;
 

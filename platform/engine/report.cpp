@@ -57,6 +57,7 @@ struct Report::State {
     QMap<QString, QString> unboundTexts;
     QStringList filterLines;
     QString fileTitle;
+    QString reportKind;
     bool isClient = false;
     int option = 0;
     db::Connection connection;
@@ -279,6 +280,10 @@ void Report::setClient(bool isClient) { m_state->isClient = isClient; }
 void Report::setFileTitle(const QString& title) { m_state->fileTitle = title; }
 
 QString Report::fileTitle() const { return m_state->fileTitle; }
+
+void Report::setKind(const QString& kind) { m_state->reportKind = kind; }
+
+QString Report::kind() const { return m_state->reportKind; }
 
 void Report::setOption(int option) {
     if (option != 0 && option != 1) throw base::Error(base::kInvalidProcedureCall, u"Opțiunea este 0 sau 1."_s);

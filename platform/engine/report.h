@@ -81,6 +81,10 @@ public:
     void setFileTitle(const QString& title);
     [[nodiscard]] QString fileTitle() const;
 
+    /// What the report is of, in the words of whoever made it: it comes back with a document that is to be opened.
+    void setKind(const QString& kind);
+    [[nodiscard]] QString kind() const;
+
     /// What a document is laid out from.
     [[nodiscard]] ReportTexts snapshot() const;
 

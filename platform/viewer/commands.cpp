@@ -27,6 +27,7 @@ constexpr CommandRow kRows[] = {
     {Command::Help, nullptr, u"Taste", u"F1", Needs::Report},
     {Command::Close, nullptr, u"Închide raportul", u"Ctrl+W", Needs::Report},
     {Command::Copy, nullptr, u"Copiază valoarea", u"Ctrl+C", Needs::Selection},
+    {Command::OpenDocument, u"openDocument", u"Deschide documentul", u"Enter", Needs::Document},
     {Command::SwitchPane, nullptr, u"Treci între grupuri și pagini", u"F6", Needs::Report},
 };
 
@@ -60,6 +61,8 @@ constexpr KeyRow kKeys[] = {
     {Qt::NoModifier, Qt::Key_F1, Command::Help},
     {Qt::ControlModifier, Qt::Key_W, Command::Close},
     {Qt::ControlModifier, Qt::Key_C, Command::Copy},
+    {Qt::NoModifier, Qt::Key_Return, Command::OpenDocument},
+    {Qt::NoModifier, Qt::Key_Enter, Command::OpenDocument},
     {Qt::NoModifier, Qt::Key_F6, Command::SwitchPane},
 };
 

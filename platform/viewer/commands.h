@@ -29,11 +29,12 @@ enum class Command {
     Close,
     GoTo,
     Copy,
+    OpenDocument,
     SwitchPane,
 };
 
 /// When a command can be used.
-enum class Needs { Report, Loading, Source, Selection };
+enum class Needs { Report, Loading, Source, Selection, Document };
 
 struct CommandRow {
     Command command;

@@ -86,6 +86,8 @@ QString PageMarks::selectedValue() {
     return m_selection ? page(m_selection->page).items[m_selection->item].fullText : QString();
 }
 
+qint64 PageMarks::selectedDataRow() { return m_selection ? page(m_selection->page).items[m_selection->item].row : -1; }
+
 QString PageMarks::selectedRow() {
     if (!m_selection) return {};
     const engine::Page& objects = page(m_selection->page);

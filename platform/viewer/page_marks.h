@@ -51,6 +51,8 @@ public:
     [[nodiscard]] QStringList fieldValues(const Selection& object);
     /// The chosen object's full text; empty without one.
     [[nodiscard]] QString selectedValue();
+    /// Row of the data that the chosen object shows; -1 for none.
+    [[nodiscard]] qint64 selectedDataRow();
     /// Texts of the chosen object's record, separated by tabs; empty when it belongs to none.
     [[nodiscard]] QString selectedRow();
 

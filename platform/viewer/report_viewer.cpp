@@ -82,6 +82,10 @@ QVariantList formatValues() {
 
 }  // namespace
 
+void ReportViewer::setOpensDocuments(std::function<bool()> opensDocuments) {
+    m_private->m_opensDocuments = std::move(opensDocuments);
+}
+
 QVariant ReportViewer::act(const QString& action, const QVariantMap& arguments) {
     if (action == u"goto") {
         m_private->m_pages->goToPage(arguments.value(QStringLiteral("page")).toInt());

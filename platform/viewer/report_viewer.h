@@ -3,6 +3,7 @@
 #include <QVariantMap>
 #include <QWidget>
 
+#include <functional>
 #include <memory>
 
 namespace velcoran::engine {
@@ -50,6 +51,9 @@ public:
     [[nodiscard]] std::shared_ptr<engine::Report> shownReport() const;
     /// The failure of the last load, as "number" and "description"; an invalid variant when it did not fail.
     Q_INVOKABLE QVariant failure() const;
+    /// Whether somebody opens the document behind a row, asked when it matters. Nobody does at first: the command is
+    /// neither in the menu nor has it a key then.
+    void setOpensDocuments(std::function<bool()> opensDocuments);
     /// Stops a running load, as the stop button does; downloadFinished follows. Nothing happens when none runs.
     void stopLoading();
     /// What is shown; null without a report. Shared with printing and exports.
@@ -72,9 +76,9 @@ public:
     /// Number of pages; 0 without a report.
     Q_INVOKABLE int pageCount() const;
     /// Presses a button of the toolbar by its name: export, print, first, previous, next, last, zoomIn, zoomOut, stop,
-    /// tree; "goto" with a page; "search" with a text (answers the map {"page": n} or an invalid variant); "object"
-    /// with {page, field, record} (answers whether there is such an object); "formats" (answers the export formats, a
-    /// list of {type, name, extension}). What the toolbar does not offer just now does nothing.
+    /// tree, openDocument; "goto" with a page; "search" with a text (answers the map {"page": n} or an invalid
+    /// variant); "object" with {page, field, record} (answers whether there is such an object); "formats" (answers the
+    /// export formats, a list of {type, name, extension}). What the toolbar does not offer just now does nothing.
     /// @return an invalid variant where there is nothing to answer
     Q_INVOKABLE QVariant act(const QString& action, const QVariantMap& arguments);
 
@@ -87,6 +91,8 @@ signals:
     /// an
     ///     object without fields
     void objectClicked(int x, int y, const QStringList& fields, bool* useDefault);
+    /// The user asks for the document of the chosen row. @param number, partner  NumarFactura and CodClient of the row
+    void documentRequested(const QString& number, const QString& partner);
     /// The statement has answered. @param loadingType  always 0
     void downloadStarted(int loadingType);
     void downloadFinished(int loadingType);

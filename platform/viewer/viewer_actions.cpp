@@ -5,6 +5,8 @@
 #include "platform/viewer/search_bar.h"
 #include "platform/viewer/toolbar.h"
 
+#include "platform/engine/report_content.h"
+
 #include <QApplication>
 #include <QClipboard>
 #include <QGuiApplication>
@@ -32,10 +34,10 @@ constexpr PartRow kParts[] = {
     {Command::FindPrevious, Part::Search}, {Command::Stop, Part::StopButton},
 };
 
-QString helpText() {
+QString helpText(bool isDocumentOpened) {
     QString rows;
     for (const CommandRow& row : commandRows()) {
-        if (row.key == nullptr) continue;
+        if (row.key == nullptr || (row.needs == Needs::Document && !isDocumentOpened)) continue;
         rows += QStringLiteral("<tr><td>%1</td><td>&nbsp;&nbsp;&nbsp;</td><td>%2</td></tr>")
                     .arg(QString::fromUtf16(row.key), QString::fromUtf16(row.caption));
     }
@@ -59,11 +61,17 @@ bool ReportViewer::Private::isUsable(Command command) const {
             return m_source != nullptr && !m_isBusy;
         case Needs::Selection:
             return m_marks.selection().has_value();
+        case Needs::Document:
+            return m_marks.selection().has_value() && opensDocuments();
     }
     return false;
 }
 
+/// Enter belongs to the viewer's boxes and buttons while one of them has the focus.
 std::optional<Command> ReportViewer::Private::usableCommand(const QKeyEvent& event) const {
+    if (m_toolbar->isAncestorOf(QApplication::focusWidget()) &&
+        commandOfKey(event.key(), event.modifiers()) == Command::OpenDocument)
+        return std::nullopt;
     const std::optional<Command> command = commandOfKey(event.key(), event.modifiers());
     return command && isUsable(*command) ? command : std::nullopt;
 }
@@ -122,6 +130,8 @@ void ReportViewer::Private::perform(Command command) {
             return findAgain(true);
         case Command::Copy:
             return copyToClipboard(m_marks.selectedValue());
+        case Command::OpenDocument:
+            return openDocument();
         case Command::SwitchPane:
             if (m_tree->isVisible() && !m_tree->hasFocus()) return m_tree->setFocus();
             return m_pages->setFocus();
@@ -195,7 +205,21 @@ void ReportViewer::Private::showMenu(QPoint place) {
                                      [this] { copyToClipboard(m_marks.selectedRow()); });
     value->setEnabled(!m_marks.selectedValue().isEmpty());
     row->setEnabled(!m_marks.selectedRow().isEmpty());
+    if (opensDocuments()) {
+        QAction* open = m_menu->addAction(QStringLiteral("Deschide documentul\tEnter"), &m_viewer,
+                                          [this] { run(Command::OpenDocument); });
+        open->setEnabled(m_marks.selectedDataRow() >= 0);
+    }
     m_menu->popup(place);
+}
+
+bool ReportViewer::Private::opensDocuments() const { return m_opensDocuments && m_opensDocuments(); }
+
+void ReportViewer::Private::openDocument() {
+    const qint64 row = m_marks.selectedDataRow();
+    if (row < 0) return;
+    emit m_viewer.documentRequested(m_document->textOfRow(row, engine::ColumnRole::NumarFactura),
+                                    m_document->textOfRow(row, engine::ColumnRole::CodClient));
 }
 
 void ReportViewer::Private::showHelp() {
@@ -204,8 +228,8 @@ void ReportViewer::Private::showHelp() {
         help = new QLabel(&m_viewer, Qt::Popup);
         help->setObjectName(QStringLiteral("crwHelpText"));
         help->setMargin(12);
-        help->setText(helpText());
     }
+    help->setText(helpText(opensDocuments()));
     help->adjustSize();
     help->move(m_pages->mapToGlobal(QPoint(24, 24)));
     help->show();

@@ -67,6 +67,7 @@ public:
     PageArea* m_pages = nullptr;
     QMenu* m_menu = nullptr;
     QTimer m_tick;
+    std::function<bool()> m_opensDocuments;
 
 private:
     void perform(Command command);
@@ -88,6 +89,8 @@ private:
     void showMenu(QPoint place);
     void showHelp();
     void copyToClipboard(const QString& text) const;
+    [[nodiscard]] bool opensDocuments() const;
+    void openDocument();
 };
 
 }  // namespace velcoran::viewer

@@ -72,8 +72,9 @@ def constant(text, name):
 
 
 def main():
-    headers = text_of("include/velcoran/connection.h", "include/velcoran/velcoran.h")
-    definitions = text_of("component/connection.idl", "component/velcoran.idl")
+    headers = text_of("include/velcoran/connection.h", "include/velcoran/velcoran.h",
+                      "include/velcoran/window.h")
+    definitions = text_of("component/connection.idl", "component/velcoran.idl", "component/window.idl")
     marks = re.findall(r"uuid\(([^)]*)\)[^\]]*\]\s*(library|coclass|interface) (\w+)", definitions)
     identifiers = {name: identifier.replace("-", "").upper() for identifier, _, name in marks}
     wrong = []
@@ -91,8 +92,8 @@ def main():
     expect("structures", structs(definitions, {}), {
         name: fields for name, fields in structs(headers, TYPES).items() if name not in of_header})
     expect("column types", values(definitions), values(headers))
-    expect("versions", re.findall(r"version\(([^)]*)\)", definitions), ["1.0", "1.0"])
-    libraries = re.search(r"library Velcoran\s*\{(.*)\}", definitions, re.S)[1]
+    expect("versions", re.findall(r"version\(([^)]*)\)", definitions), ["1.0"] * 3)
+    libraries = re.search(r"library Velcoran\s*\{(.*)\}", text_of("component/velcoran.idl"), re.S)[1]
     expect("libraries referred to", re.findall(r'importlib\("(.*?)"\)', libraries), ["stdole2.tlb", "connection.tlb"])
     expect("types of the class's library", re.findall(r"(?:interface|coclass|struct|enum) (\w+)\s*[:{]", libraries),
            ["_clsVelcoran", "clsVelcoran"])

@@ -20,8 +20,8 @@ using namespace std::chrono_literals;
 /// What goes wrong with a call.
 enum class Fault { none, delay, stall, fail, lose };
 
-/// Counts the calls; at one of them the fault happens, so also "after every block": a delay goes on, a stall ends with a
-/// cancel, a failure is that call's alone, a lost connection stays lost.
+/// Counts the calls; at one of them the fault happens, so also "after every block": a delay goes on, a stall ends with
+/// a cancel, a failure is that call's alone, a lost connection stays lost.
 class FaultyConnection final : public WatchedConnection {
 public:
     FaultyConnection(com::Ref<IConnection> real, int faultAt, Fault fault)

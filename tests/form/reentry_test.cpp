@@ -81,8 +81,8 @@ private:
     HostCalls& m_calls;
     QString m_name;
 };
-using ExportGivenUp = GivenUp<IExportDialog, std::uintptr_t, const ExportFormat*, std::uint32_t, com::Bstr,
-                              std::int32_t*, com::Bstr*>;
+using ExportGivenUp =
+    GivenUp<IExportDialog, std::uintptr_t, const ExportFormat*, std::uint32_t, com::Bstr, std::int32_t*, com::Bstr*>;
 using PrintGivenUp = GivenUp<IPrintDialog, std::uintptr_t, std::int32_t, PrintChoice*>;
 using SetupGivenUp = GivenUp<IPrinterSetupDialog, std::uintptr_t, PrinterSetup*>;
 
@@ -189,9 +189,7 @@ private:
     void print() { press(u"print"_s); }
     void setUpPrinter() { click("Command1"_L1); }
     void exportIt() { press(u"export"_s); }
-    void press(const QString& action) {
-        viewer()->act(action, {});
-    }
+    void press(const QString& action) { viewer()->act(action, {}); }
     void click(QLatin1StringView name) { QTest::mouseClick(control(name), Qt::LeftButton); }
 };
 

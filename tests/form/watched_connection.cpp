@@ -68,7 +68,7 @@ com::HResult WatchedConnection::Execute(com::Bstr text, IRows** rows) {
 }
 
 com::HResult WatchedConnection::OpenRowset(com::Bstr text, std::int32_t cursorLocation, std::int32_t cursorType,
-                                          std::int32_t lockType, IRows** rows) {
+                                           std::int32_t lockType, IRows** rows) {
     enterCall("OpenRowset");
     return com::guarded([&] {
         beginCall("OpenRowset");

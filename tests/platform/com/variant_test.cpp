@@ -32,6 +32,16 @@ TEST(Variant, textsAreReadFromWhatCallersPass) {
     Variant reference;
     reference.type = kByReference | kDouble;
     reference.value.reference = &date;
+    const auto referenceTo = [](Variant& target) {
+        Variant made;
+        made.type = kByReference | kVariant;
+        made.value.reference = &target;
+        return made;
+    };
+    Variant named = text.get();
+    Variant toReference = referenceTo(reference);
+    Variant toItself;
+    toItself = referenceTo(toItself);
     struct Case {
         Variant variant;
         HResult result;
@@ -45,6 +55,9 @@ TEST(Variant, textsAreReadFromWhatCallersPass) {
         {variantOf(kDouble, 1.5), kOk, u"1.5"_s},
         {variantOf(kBool, std::int64_t{-1}), kOk, u"True"_s},
         {reference, kOk, u"46096.5"_s},
+        {referenceTo(named), kOk, u"Import"_s},
+        {toReference, kOk, u"46096.5"_s},
+        {toItself, kTypeMismatch, QString()},
         {variantOf(kNull, std::int64_t{0}), kTypeMismatch, QString()},
         {variantOf(kUnknown, std::int64_t{0}), kTypeMismatch, QString()},
         {variantOf(kDate, 1.0), kTypeMismatch, QString()},

@@ -56,9 +56,8 @@ TEST_F(Progress, workRunsOnAThreadOfItsOwnAndItsFailureComesBack) {
 TEST_F(Progress, aShortWorkShowsNothing) {
     bool wasDialog = false;
     QTimer look;
-    QObject::connect(&look, &QTimer::timeout, [&] {
-        wasDialog = wasDialog || QApplication::activeModalWidget() != nullptr;
-    });
+    QObject::connect(&look, &QTimer::timeout,
+                     [&] { wasDialog = wasDialog || QApplication::activeModalWidget() != nullptr; });
     look.start(10);
     run([] { std::this_thread::sleep_for(450ms); });
     EXPECT_FALSE(wasDialog);
