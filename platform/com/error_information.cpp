@@ -56,7 +56,8 @@ void setThreadError(const base::Error& error) {
 void clearThreadError() { threadErrors().set(nullptr); }
 
 HResult keepCurrentException() noexcept {
-    const base::Error error = base::currentError();
+    base::Error error = base::currentError();
+    if (error.source().isEmpty()) error = base::Error(error.number(), error.description(), QStringLiteral("Velcoran"));
     setThreadError(error);
     return error.number() == base::kOutOfMemory ? kOutOfMemory : resultOfNumber(error.number());
 }

@@ -22,9 +22,8 @@ struct Stuck {
     std::weak_ptr<int> seen = owned;
 
     system::Worker start() {
-        return system::Worker([gate = std::make_shared<std::future<void>>(answer.get_future()), mine = std::move(owned)] {
-            gate->wait();
-        });
+        return system::Worker([gate = std::make_shared<std::future<void>>(answer.get_future()),
+                               mine = std::move(owned)] { gate->wait(); });
     }
 };
 
