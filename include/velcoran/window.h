@@ -1,5 +1,5 @@
-/// What a host can ask of the report window beside Incarca, and what it can hear of it. The class factory of clsVelcoran
-/// answers to IReportWindow.
+/// What a host can ask of the report window beside Incarca, and what it can hear of it. The class factory of
+/// clsVelcoran answers to IReportWindow.
 ///
 /// There is one window at most, on one thread; every function is called on that thread, and so is every function of
 /// IWindowEvents, from the event loop or from Dispatch, never inside another call of the component but OpenDocument.
