@@ -42,11 +42,10 @@ public:
 };
 
 int callLibrary(const char* entryPoint) {
-    const com::Library library(libraryBesideProgram());
-    const com::HResult result = library.call(entryPoint);
+    const com::ActivatedClass component = com::findClass(QString::fromUtf16(kProgIdVelcoran), libraryBesideProgram());
+    const com::HResult result = component.library->call(entryPoint);
     if (com::succeeded(result)) return kStatusDone;
-    throw base::Error(com::numberOfResult(result),
-                      u"%1: %2 failed"_s.arg(library.path(), QString::fromLatin1(entryPoint)));
+    throw db::errorOf(result, component.factory.get());
 }
 
 }  // namespace

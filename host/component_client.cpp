@@ -1,6 +1,7 @@
 #include "host/component_client.h"
 
 #include "db/connection.h"
+#include "platform/com/error_information.h"
 #include "platform/com/variant.h"
 
 #include <QCoreApplication>
@@ -16,7 +17,7 @@ ComponentClient::ComponentClient(const QString& libraryPath)
                              libraryPath.isEmpty() ? libraryBesideProgram() : libraryPath)),
       m_hostObjects(m_class.factory.as<com::IHostObjects>()) {
     if (!m_hostObjects)
-        throw base::Error(com::kCannotCreateObject, m_class.library->path() + u" takes no objects of a host"_s);
+        throw base::Error(base::kClassNotRegistered, m_class.library->path() + u" takes no objects of a host"_s);
 }
 
 void ComponentClient::incarca(const QString& kind, const com::Ref<IConnection>& connection, QDate date,

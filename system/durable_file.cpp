@@ -55,12 +55,6 @@ constexpr struct {
     {ESTALE, u"fișierul a fost înlocuit între timp"},
 };
 
-QString wordsOf(int error) {
-    for (const auto& one : kSystemWords)
-        if (one.error == error) return one.words.toString();
-    return qt_error_string(error);
-}
-
 QByteArray folderOf(const QByteArray& path) {
     const qsizetype slash = path.lastIndexOf('/');
     if (slash < 0) return ".";
@@ -113,6 +107,12 @@ void removeFresh(int descriptors, const char* descriptor) {
 }
 
 }  // namespace
+
+QString wordsOf(int error) {
+    for (const auto& one : kSystemWords)
+        if (one.error == error) return one.words.toString();
+    return qt_error_string(error);
+}
 
 void removeUnfinishedFiles() noexcept {
     DIR* descriptors = ::opendir("/proc/self/fd");

@@ -8,6 +8,9 @@
 
 namespace velcoran::system {
 
+/// The system's words for a number of errno, in Romanian where there are such.
+[[nodiscard]] QString wordsOf(int error);
+
 /// @throws Error kPathAccess, always: the path and the system's words for a number of errno, in Romanian
 [[noreturn]] void failToWrite(const QString& file, int error);
 

@@ -3,12 +3,12 @@
 #include "base/error.h"
 #include "platform/com/guid_text.h"
 #include "platform/com/registry.h"
+#include "system/file_name.h"
 
 #include <velcoran/velcoran.h>
 
-#include <QFile>
-
-#include <dlfcn.h>
+#include <utility>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
@@ -16,98 +16,71 @@ namespace velcoran::com {
 
 namespace {
 
-[[noreturn]] void fail(const QString& words) { throw base::Error(kCannotCreateObject, words, u"activation"_s); }
+using Attempts = std::vector<activation::Attempt>;
 
-/// Class and library of an identifier. With a library given, the class of our own identifier is known without a
-/// registration.
-RegistryEntry resolve(const QString& progId, const QString& libraryPath) {
-    if (libraryPath.isEmpty()) {
-        auto entry = findEntry(progId);
-        if (!entry) fail(progId + u" is not registered"_s);
-        return *entry;
-    }
-    if (progId.compare(QString::fromUtf16(kProgIdVelcoran), Qt::CaseInsensitive) == 0)
-        return {progId, kClassVelcoran, libraryPath, kTypeLibraryVelcoran, {}};
-    auto entry = findEntry(progId);
+[[noreturn]] void fail(const QString& words) { throw base::Error(base::kClassNotRegistered, words, u"activation"_s); }
+
+QString lookedAt(const Attempts& attempts) {
+    return system::nameText(QByteArray::fromStdString(activation::wordsOf(attempts)).replace("\n", "; "));
+}
+
+/// The class of an identifier in a library that is given. Our own is known without a registration.
+Guid classOf(const QString& progId) {
+    if (progId.compare(QString::fromUtf16(kProgIdVelcoran), Qt::CaseInsensitive) == 0) return kClassVelcoran;
+    const auto entry = findEntry(progId);
     if (!entry) fail(progId + u" is not registered"_s);
-    entry->library = libraryPath;
-    return *entry;
+    return entry->classId;
 }
 
-/// The part of a program file's head that says what machine it is for: width of addresses, order of bytes, processor.
-/// Empty for what is no program file.
-QByteArray architectureOf(const QString& path) {
-    constexpr qsizetype kHeadSize = 20, kWidthAt = 4, kProcessorAt = 18;
-    QFile file(path);
-    const QByteArray head = file.open(QIODevice::ReadOnly) ? file.read(kHeadSize) : QByteArray();
-    if (head.size() < kHeadSize || !head.startsWith("\177ELF")) return {};
-    return head.sliced(kWidthAt, 2) + head.sliced(kProcessorAt, 2);
+ActivatedClass activated(activation::Class found) {
+    Ref<IClassFactory> factory = found.takeFactory();
+    return {std::make_shared<const Library>(std::move(found)), std::move(factory)};
 }
 
-/// Why a library did not load. The loader calls a library for another machine missing.
-QString loadFailure(const QString& path, const QString& loaderWords) {
-    const QByteArray architecture = architectureOf(path);
-    if (!architecture.isEmpty() && architecture != architectureOf(u"/proc/self/exe"_s))
-        return path + u" is built for another architecture"_s;
-    return loaderWords;
-}
-
-ActivatedClass load(const RegistryEntry& entry) {
-    auto library = std::make_shared<const Library>(entry.library);
-    Ref<IClassFactory> factory = library->classFactory(entry.classId);
-    return {std::move(library), std::move(factory)};
+template <class Name>
+ActivatedClass findRegistered(const Name& name, const QString& words) {
+    Attempts attempts;
+    activation::Class found = activation::find(name, attempts);
+    if (!found) fail(u"%1 is not registered, or not where it should be: %2"_s.arg(words, lookedAt(attempts)));
+    return activated(std::move(found));
 }
 
 ActivatedObject create(const ActivatedClass& found, const QString& name) {
-    ActivatedObject activated{found.library, {}};
-    if (failed(found.factory->CreateInstance(nullptr, IUnknown::kId, activated.object.receiveVoid())))
+    ActivatedObject made{found.library, {}};
+    if (failed(found.factory->CreateInstance(nullptr, IUnknown::kId, made.object.receiveVoid())))
         fail(name + u" cannot be created"_s);
-    return activated;
+    return made;
 }
 
 }  // namespace
 
-Library::Library(const QString& path) : m_path(path) {
-    m_handle = dlopen(QFile::encodeName(path).constData(), RTLD_NOW | RTLD_LOCAL);
-    if (m_handle == nullptr) fail(loadFailure(path, QString::fromLocal8Bit(dlerror())));
-}
-
-Library::~Library() {
-    using CanUnload = HResult (*)();
-    const auto canUnload = reinterpret_cast<CanUnload>(dlsym(m_handle, "DllCanUnloadNow"));
-    if (canUnload == nullptr || canUnload() == kOk) dlclose(m_handle);
-}
-
-void* Library::symbol(const char* name) const {
-    void* address = dlsym(m_handle, name);
-    if (address == nullptr) fail(u"%1 lacks the entry point %2"_s.arg(m_path, QString::fromLatin1(name)));
-    return address;
-}
+Library::Library(activation::Class loaded)
+    : m_loaded(std::move(loaded)), m_path(system::nameText(QByteArray::fromStdString(m_loaded.library()))) {}
 
 Ref<IClassFactory> Library::classFactory(const Guid& classId) const {
-    using GetClassObject = HResult (*)(const Guid&, const Guid&, void**);
-    const auto getClassObject = reinterpret_cast<GetClassObject>(symbol("DllGetClassObject"));
+    const auto getClassObject = m_loaded.function<HResult(const Guid&, const Guid&, void**)>("DllGetClassObject");
     Ref<IClassFactory> factory;
-    const HResult result = getClassObject(classId, IClassFactory::kId, factory.receiveVoid());
-    if (failed(result))
-        fail(u"%1: no class factory (0x%2)"_s.arg(m_path, QString::number(static_cast<std::uint32_t>(result), 16)));
+    if (getClassObject == nullptr || failed(getClassObject(classId, IClassFactory::kId, factory.receiveVoid())))
+        fail(u"%1 has no class %2"_s.arg(m_path, guidText(classId)));
     return factory;
 }
 
 HResult Library::call(const char* entryPoint) const {
-    using EntryPoint = HResult (*)();
-    return reinterpret_cast<EntryPoint>(symbol(entryPoint))();
+    const auto function = m_loaded.function<HResult()>(entryPoint);
+    if (function == nullptr) fail(u"%1 lacks the entry point %2"_s.arg(m_path, QString::fromLatin1(entryPoint)));
+    return function();
 }
 
 ActivatedClass findClass(const QString& progId, const QString& libraryPath) {
-    return load(resolve(progId, libraryPath));
+    if (libraryPath.isEmpty()) return findRegistered(progId.toUtf8().toStdString(), progId);
+    Attempts attempts;
+    activation::Class found =
+        activation::Class::load(system::nameBytes(libraryPath).toStdString(), classOf(progId), attempts);
+    if (!found) fail(lookedAt(attempts));
+    return activated(std::move(found));
 }
 
-ActivatedClass findClass(const Guid& classId) {
-    const auto entry = findEntry(classId);
-    if (!entry) fail(guidText(classId) + u" is not registered"_s);
-    return load(*entry);
-}
+ActivatedClass findClass(const Guid& classId) { return findRegistered(classId, guidText(classId)); }
 
 ActivatedObject createObject(const QString& progId, const QString& libraryPath) {
     return create(findClass(progId, libraryPath), progId);

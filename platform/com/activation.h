@@ -1,7 +1,6 @@
 #pragma once
 
-#include "platform/com/object.h"
-
+#include <velcoran/activation.h>
 #include <velcoran/com.h>
 
 #include <QString>
@@ -10,31 +9,22 @@
 
 namespace velcoran::com {
 
-/// Number of the published run-time error "component can't create object".
-constexpr std::int32_t kCannotCreateObject = 429;
-
 /// A loaded library with the standard entry points. It leaves the process with its last owner, provided that it has no
 /// living object; otherwise it stays for the rest of the process.
 class Library {
 public:
-    /// @throws Error kCannotCreateObject with the loader's words, or when an entry point is missing
-    explicit Library(const QString& path);
-    ~Library();
-    Library(const Library&) = delete;
-    Library& operator=(const Library&) = delete;
+    explicit Library(activation::Class loaded);
 
     [[nodiscard]] const QString& path() const { return m_path; }
-    /// @throws Error kCannotCreateObject when the library has no such class
+    /// @throws Error kClassNotRegistered when the library has no such class
     [[nodiscard]] Ref<IClassFactory> classFactory(const Guid& classId) const;
     /// Calls an entry point without arguments: "DllRegisterServer", "DllUnregisterServer".
-    /// @throws Error kCannotCreateObject when the library lacks it
+    /// @throws Error kClassNotRegistered when the library lacks it
     [[nodiscard]] HResult call(const char* entryPoint) const;
 
 private:
-    [[nodiscard]] void* symbol(const char* name) const;
-
+    activation::Class m_loaded;
     QString m_path;
-    void* m_handle = nullptr;
 };
 
 /// A class by its programmatic identifier: its library and its factory. The library outlives the factory.
@@ -50,13 +40,13 @@ struct ActivatedObject {
 };
 
 /// Finds a class by its programmatic identifier: in the library at libraryPath when one is given, otherwise where a
-/// registry file says.
-/// @throws Error kCannotCreateObject
+/// registry file says (velcoran/activation.h).
+/// @throws Error kClassNotRegistered, which says what was looked at
 [[nodiscard]] ActivatedClass findClass(const QString& progId, const QString& libraryPath = {});
-/// Finds a class by its own identifier, where a registry file says. @throws Error kCannotCreateObject
+/// Finds a class by its own identifier, where a registry file says. @throws Error kClassNotRegistered
 [[nodiscard]] ActivatedClass findClass(const Guid& classId);
 
-/// Creates an object as findClass finds its class. @throws Error kCannotCreateObject
+/// Creates an object as findClass finds its class. @throws Error kClassNotRegistered
 [[nodiscard]] ActivatedObject createObject(const QString& progId, const QString& libraryPath = {});
 [[nodiscard]] ActivatedObject createObject(const Guid& classId);
 

@@ -1,9 +1,8 @@
 #include "platform/com/guid_text.h"
 
-#include <QUuid>
+#include <velcoran/activation.h>
 
-#include <algorithm>
-#include <iterator>
+#include <QUuid>
 
 namespace velcoran::com {
 
@@ -14,12 +13,6 @@ QString guidText(const Guid& id) {
         .toUpper();
 }
 
-std::optional<Guid> guidFromText(const QString& text) {
-    const QUuid parsed = QUuid::fromString(text);
-    if (parsed.isNull()) return std::nullopt;
-    Guid id{parsed.data1, parsed.data2, parsed.data3, {}};
-    std::copy(std::begin(parsed.data4), std::end(parsed.data4), std::begin(id.data4));
-    return id;
-}
+std::optional<Guid> guidFromText(const QString& text) { return activation::guidOf(text.toStdString()); }
 
 }  // namespace velcoran::com

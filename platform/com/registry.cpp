@@ -2,14 +2,17 @@
 
 #include "base/error.h"
 #include "platform/com/guid_text.h"
+#include "system/durable_file.h"
+#include "system/file_name.h"
 
-#include <QDir>
+#include <velcoran/activation.h>
+
 #include <QFile>
 #include <QFileInfo>
 #include <QLockFile>
-#include <QSaveFile>
-#include <QStringList>
 
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -18,93 +21,102 @@ namespace velcoran::com {
 
 namespace {
 
-const QString kFileName = u"velcoran/registry.ini"_s;
+constexpr int kLockPatience = 5000;  // milliseconds
 
-/// The lines of a file by section; what stands before the first section has an empty name. Lines that are neither
-/// entries nor comments are what a broken writer has left: they are not kept.
-struct Section {
-    QString name;
-    QStringList lines;
-};
+std::string bytesOf(const QString& name) { return system::nameBytes(name).toStdString(); }
 
-QList<Section> readSections(const QString& path) {
-    QList<Section> sections{{QString(), {}}};
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) return sections;
-    const QStringList lines = QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
-    for (const QString& line : lines) {
-        const QString text = line.trimmed();
-        if (text.startsWith(u'[') && text.endsWith(u']'))
-            sections.append({text.sliced(1, text.size() - 2), {}});
-        else if (text.contains(u'=') || text.startsWith(u'#') || text.startsWith(u';'))
-            sections.last().lines.append(text);
-    }
-    return sections;
-}
+std::string_view viewOf(const QByteArray& bytes) { return {bytes.constData(), static_cast<std::size_t>(bytes.size())}; }
 
-void writeSections(const QString& path, const QList<Section>& sections) {
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) throw base::Error(base::kPathAccess, path + u": "_s + file.errorString());
-    for (const Section& section : sections) {
-        if (!section.name.isEmpty()) file.write(u"[%1]\n"_s.arg(section.name).toUtf8());
-        for (const QString& line : section.lines) file.write((line + u'\n').toUtf8());
-    }
-    if (!file.commit()) throw base::Error(base::kPathAccess, path + u": "_s + file.errorString());
-}
+QString textOf(const std::string& name) { return system::nameText(QByteArray::fromStdString(name)); }
 
-/// Reads, lets a change happen and writes, while no other process does the same.
-template <class Change>
-void changeSections(const QString& path, Change change) {
-    if (!QDir().mkpath(QFileInfo(path).path()))
-        throw base::Error(base::kPathAccess, QFileInfo(path).path() + u": cannot be created"_s);
-    QLockFile lock(path + u".lock"_s);
-    if (!lock.tryLock(5000)) throw base::Error(base::kPathAccess, path + u": is locked"_s);
-    QList<Section> sections = readSections(path);
-    change(sections);
-    const bool isEmpty = sections.size() == 1 && sections.first().lines.isEmpty();
-    if (!isEmpty) return writeSections(path, sections);
-    if (QFile::exists(path) && !QFile::remove(path))
-        throw base::Error(base::kPathAccess, path + u": cannot be removed"_s);
-}
-
-QString valueOf(const Section& section, const QString& key) {
-    for (const QString& line : section.lines)
-        if (line.startsWith(key + u'=')) return line.sliced(key.size() + 1);
-    return {};
-}
-
-/// Nothing when the section lacks its class or library.
-std::optional<RegistryEntry> entryOf(const Section& section) {
-    const auto classId = guidFromText(valueOf(section, u"ClassId"_s));
-    const QString library = valueOf(section, u"Library"_s);
-    if (!classId || library.isEmpty()) return std::nullopt;
-    const auto typeLibrary = guidFromText(valueOf(section, u"TypeLibrary"_s));
-    return RegistryEntry{section.name, *classId, library, typeLibrary.value_or(Guid{}),
-                         valueOf(section, u"TypeLibraryVersion"_s)};
+RegistryEntry textsOf(const activation::Entry& entry) {
+    return {textOf(entry.progId), entry.classId, textOf(entry.library),
+            activation::guidOf(entry.typeLibrary).value_or(Guid{}), textOf(entry.typeLibraryVersion)};
 }
 
 template <class Condition>
 std::optional<RegistryEntry> firstEntry(const QString& path, Condition isWanted) {
-    for (const Section& section : readSections(path))
-        if (auto entry = entryOf(section); entry && isWanted(*entry)) return entry;
+    for (const activation::Entry& each : activation::readEntries(bytesOf(path)))
+        if (RegistryEntry entry = textsOf(each); isWanted(entry)) return entry;
     return std::nullopt;
 }
 
-QString dataHome() {
-    const QString home = qEnvironmentVariable("XDG_DATA_HOME");
-    return QDir::isAbsolutePath(home) ? home : QDir::homePath() + u"/.local/share"_s;
+/// The lines of a file, each with its end. A last line that was not finished and means nothing is none.
+QList<QByteArray> linesOf(const QString& path) {
+    QFile file(system::nameText(system::nameBytes(path)));
+    if (!file.exists()) return {};
+    if (!file.open(QIODevice::ReadOnly)) system::failToWrite(path, QFileInfo(path).isDir() ? EISDIR : EACCES);
+    QList<QByteArray> lines;
+    while (!file.atEnd()) lines.append(file.readLine());
+    if (lines.isEmpty() || lines.last().endsWith('\n')) return lines;
+    const std::string_view last = activation::trimmed(viewOf(lines.last()));
+    const bool isWhole = activation::sectionName(last).has_value() || last.find('=') != std::string_view::npos ||
+                         last.starts_with('#') || last.starts_with(';');
+    if (isWhole)
+        lines.last() += '\n';
+    else
+        lines.removeLast();
+    return lines;
+}
+
+/// Takes the sections out that are named so and that a condition on their lines wants gone.
+template <class Condition>
+void removeSections(QList<QByteArray>& lines, const QString& name, Condition isUnwanted) {
+    const std::string wanted = bytesOf(name);
+    for (qsizetype start = 0; start < lines.size(); ++start) {
+        const auto found = activation::sectionName(viewOf(lines[start]));
+        if (!found || !activation::isSame(*found, wanted)) continue;
+        qsizetype end = start + 1;
+        while (end < lines.size() && !activation::sectionName(viewOf(lines[end]))) ++end;
+        if (!isUnwanted(lines.mid(start, end - start))) continue;
+        lines.remove(start, end - start);
+        --start;
+    }
+}
+
+void writeLines(const QString& path, const QList<QByteArray>& lines) {
+    system::DurableFile file(path);
+    for (const QByteArray& line : lines) file.write(line);
+    file.commit();
+}
+
+void makeFolder(const QString& path) {
+    std::error_code error;
+    const std::filesystem::path folder = std::filesystem::path(bytesOf(path)).parent_path();
+    std::filesystem::create_directories(folder, error);
+    if (!error) return;
+    throw base::Error(base::kPathAccess, u"Dosarul %1 nu poate fi creat: %2"_s.arg(textOf(folder.string()),
+                                                                                   system::wordsOf(error.value())));
+}
+
+/// Reads, lets a change happen and writes, while no other process does the same.
+template <class Change>
+void changeLines(const QString& path, Change change) {
+    makeFolder(path);
+    QLockFile lock(path + u".lock"_s);
+    if (!lock.tryLock(kLockPatience)) {
+        const bool isTaken = lock.error() == QLockFile::LockFailedError;
+        system::failToWrite(path, isTaken ? EBUSY : lock.error() == QLockFile::PermissionError ? EACCES : ENOSPC);
+    }
+    const QList<QByteArray> old = linesOf(path);
+    QList<QByteArray> lines = old;
+    change(lines);
+    if (lines == old) return;
+    const bool isEmpty = std::all_of(lines.begin(), lines.end(),
+                                     [](const QByteArray& each) { return activation::trimmed(viewOf(each)).empty(); });
+    if (!isEmpty) return writeLines(path, lines);
+    std::error_code error;
+    std::filesystem::remove(bytesOf(path), error);
+    if (error) system::failToWrite(path, error.value());
 }
 
 }  // namespace
 
-QString userRegistryPath() { return dataHome() + u'/' + kFileName; }
+QString userRegistryPath() { return textOf(activation::userRegistryFile()); }
 
 QStringList registryPaths() {
-    QStringList paths{userRegistryPath()};
-    QString folders = qEnvironmentVariable("XDG_DATA_DIRS");
-    if (folders.isEmpty()) folders = u"/usr/local/share:/usr/share"_s;
-    for (const QString& folder : folders.split(u':', Qt::SkipEmptyParts))
-        if (QDir::isAbsolutePath(folder)) paths.append(folder + u'/' + kFileName);
+    QStringList paths;
+    for (const std::string& file : activation::registryFiles()) paths.append(textOf(file));
     return paths;
 }
 
@@ -127,19 +139,34 @@ std::optional<RegistryEntry> findEntry(const Guid& classId) {
 }
 
 void writeEntry(const QString& path, const RegistryEntry& entry) {
-    changeSections(path, [&entry](QList<Section>& sections) {
-        sections.removeIf([&entry](const Section& each) { return each.name == entry.progId; });
-        sections.append(
-            {entry.progId,
-             {u"ClassId="_s + guidText(entry.classId), u"Library="_s + entry.library, u"ThreadingModel=Apartment"_s,
-              u"TypeLibrary="_s + guidText(entry.typeLibrary), u"TypeLibraryVersion="_s + entry.typeLibraryVersion}});
+    changeLines(path, [&entry](QList<QByteArray>& lines) {
+        removeSections(lines, entry.progId, [](const QList<QByteArray>&) { return true; });
+        const auto append = [&lines](const QString& line) { lines.append(system::nameBytes(line) + '\n'); };
+        append(u"[%1]"_s.arg(entry.progId));
+        append(u"ClassId="_s + guidText(entry.classId));
+        append(u"Library="_s + system::fullName(entry.library));
+        append(u"ThreadingModel=Apartment"_s);
+        append(u"TypeLibrary="_s + guidText(entry.typeLibrary));
+        append(u"TypeLibraryVersion="_s + entry.typeLibraryVersion);
     });
 }
 
-void removeEntry(const QString& path, const QString& progId) {
+void removeEntry(const QString& path, const QString& progId, const QString& library) {
     if (!QFile::exists(path)) return;
-    changeSections(path, [&progId](QList<Section>& sections) {
-        sections.removeIf([&progId](const Section& each) { return each.name == progId; });
+    const std::string folder = std::filesystem::path(bytesOf(path)).parent_path().string();
+    const std::string ours = bytesOf(library);
+    changeLines(path, [&](QList<QByteArray>& lines) {
+        removeSections(lines, progId, [&](const QList<QByteArray>& section) {
+            for (const QByteArray& line : section) {
+                const std::string_view text = viewOf(line);
+                const std::size_t equals = text.find('=');
+                if (equals == std::string_view::npos) continue;
+                if (!activation::isSame(activation::trimmed(text.substr(0, equals)), "Library")) continue;
+                const std::string_view value = activation::trimmed(text.substr(equals + 1));
+                return activation::fullPath(std::string(activation::unquoted(value)), folder) == ours;
+            }
+            return false;
+        });
     });
 }
 

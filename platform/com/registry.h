@@ -29,12 +29,13 @@ struct RegistryEntry {
 [[nodiscard]] std::optional<RegistryEntry> findEntry(const QString& progId);
 [[nodiscard]] std::optional<RegistryEntry> findEntry(const Guid& classId);
 
-/// Writes an entry in place of what the file had for the identifier; other entries stay as they are. The file is
-/// replaced whole or not at all, and by one process at a time; what a broken writer has left in it goes.
-/// @throws Error kPathAccess
+/// Writes an entry in place of what the file had for the identifier; all else stays byte for byte. The file is replaced
+/// whole or not at all, and by one process at a time; a last line that a broken writer has left goes.
+/// @throws Error kPathAccess with the file and the reason
 void writeEntry(const QString& path, const RegistryEntry& entry);
-/// Removes an entry and, with the last one, the file. Nothing to remove is no error.
-/// @throws Error kPathAccess
-void removeEntry(const QString& path, const QString& progId);
+/// Removes the entry of a library for an identifier and, with the last one, the file. Another library's stays; nothing
+/// to remove is no error.
+/// @throws Error kPathAccess with the file and the reason
+void removeEntry(const QString& path, const QString& progId, const QString& library);
 
 }  // namespace velcoran::com

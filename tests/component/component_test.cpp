@@ -189,6 +189,31 @@ TEST_F(Component, registersItselfAndIsFoundByItsNameAndItsClassAlone) {
     EXPECT_TRUE(com::createObject(kClassVelcoran).object);
     ASSERT_EQ(activated.library->call("DllUnregisterServer"), com::kOk);
     EXPECT_FALSE(com::findEntry(kProgId).has_value());
+
+    // An entry that leads nowhere does not hide a good one behind it.
+    const com::RegistryEntry stale{kProgId, kClassVelcoran, u"/nowhere/lib.so"_s, kTypeLibraryVelcoran, u"1.0"_s};
+    com::RegistryEntry good = stale;
+    good.library = kLibrary;
+    qputenv("XDG_DATA_DIRS", QFile::encodeName(registry.folder.filePath(u"dirs"_s)));
+    com::writeEntry(com::userRegistryPath(), stale);
+    EXPECT_THROW((void)com::createObject(kProgId), base::Error);
+    com::writeEntry(registry.folder.filePath(u"dirs/velcoran/registry.ini"_s), good);
+    EXPECT_TRUE(com::createObject(kProgId).object);
+    EXPECT_TRUE(com::createObject(kClassVelcoran).object);
+}
+
+/// Registering has no object that could be asked, so the class factory of the same library answers.
+TEST_F(Component, saysWhyItCannotBeRegistered) {
+    const OwnRegistry registry;
+    qputenv("XDG_DATA_HOME", "/proc");
+    const auto factory = activated.library->classFactory(kClassVelcoran);
+    EXPECT_EQ(com::numberOfResult(activated.library->call("DllRegisterServer")), base::kPathAccess);
+    std::int32_t number = 0;
+    com::Text description, source;
+    (void)factory.as<com::IErrorSource>()->LastError(&number, description.receive(), source.receive());
+    EXPECT_EQ(number, base::kPathAccess);
+    EXPECT_TRUE(com::toQString(description.get()).contains(u"/proc/velcoran"_s));
+    EXPECT_FALSE(com::toQString(source.get()).isEmpty());
 }
 
 /// Presses Raporteaza in a window without a connection, which fails with a message.

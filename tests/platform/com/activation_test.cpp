@@ -5,10 +5,13 @@
 #include "base/error.h"
 #include "support/test_data.h"
 
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
+
+#include <dlfcn.h>
 
 using namespace Qt::StringLiterals;
 
@@ -35,20 +38,24 @@ TEST(Activation, saysWhyNothingCanBeCreated) {
     struct Case {
         QString progId, library, words;
     };
+    Dl_info loaded{};
+    ASSERT_NE(dladdr(dlsym(RTLD_DEFAULT, "malloc"), &loaded), 0);
     const Case cases[] = {
         {u"Velcoran.clsVelcoran"_s, QString(), u"is not registered"_s},
+        {u"Velcoran.clsVelcoran"_s, QString(), folder.filePath(u"velcoran/registry.ini: it does not name"_s)},
         {u"Nobody.Knows"_s, u"/nowhere/lib.so"_s, u"is not registered"_s},
-        {u"Velcoran.clsVelcoran"_s, u"/nowhere/lib.so"_s, u"/nowhere/lib.so"_s},
-        {u"Velcoran.clsVelcoran"_s, u"libm.so.6"_s, u"lacks the entry point DllGetClassObject"_s},
+        {u"Velcoran.clsVelcoran"_s, u"/nowhere/lib.so"_s, u"/nowhere/lib.so: there is no such file"_s},
+        {u"Velcoran.clsVelcoran"_s, u"nowhere.so"_s, QDir::currentPath() + u"/nowhere.so"_s},
+        {u"Velcoran.clsVelcoran"_s, QString::fromUtf8(loaded.dli_fname), u"lacks the entry point DllGetClassObject"_s},
         {u"Velcoran.clsVelcoran"_s, foreignProgram(folder.filePath(u"other.so"_s)), u"for another architecture"_s},
-        {u"Velcoran.clsVelcoran"_s, folder.path(), u"directory"_s},
+        {u"Velcoran.clsVelcoran"_s, folder.path(), u"cannot read file data"_s},
     };
     for (const Case& each : cases) {
         try {
             (void)createObject(each.progId, each.library);
             ADD_FAILURE() << qPrintable(each.words);
         } catch (const base::Error& error) {
-            EXPECT_EQ(error.number(), kCannotCreateObject);
+            EXPECT_EQ(error.number(), base::kClassNotRegistered);
             EXPECT_TRUE(error.description().contains(each.words)) << error.what();
         }
     }

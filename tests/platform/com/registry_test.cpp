@@ -48,7 +48,8 @@ TEST(Registry, removesExactlyWhatItWrote) {
     const QTemporaryDir folder;
     const QString path = folder.filePath(u"a/registry.ini"_s);
     const QByteArray foreign =
-        "# kept by hand\n[Other.Class]\nClassId={00000000-0000-0000-0000-000000000001}\nLibrary=/o.so\n";
+        "\r\n  # kept by hand "
+        "\n[Other.Class]\r\nnonsense\n\nClassId={00000000-0000-0000-0000-000000000001}\nLibrary=/o.so\n";
     writeText(path, foreign);
     writeEntry(path, entryOf(u"Velcoran.clsVelcoran"_s, u"/old/lib.so"_s));
     writeEntry(path, entryOf(u"Velcoran.clsVelcoran"_s, u"/nou/bibliotecă = 2.so"_s));
@@ -58,17 +59,51 @@ TEST(Registry, removesExactlyWhatItWrote) {
     EXPECT_EQ(entry->classId, kClassVelcoran);
     EXPECT_EQ(entry->typeLibrary, kTypeLibraryVelcoran);
     EXPECT_TRUE(readText(path).contains("ThreadingModel=Apartment\n"));
-    removeEntry(path, u"Velcoran.clsVelcoran"_s);
+    removeEntry(path, u"Velcoran.clsVelcoran"_s, u"/nou/bibliotecă = 2.so"_s);
     EXPECT_EQ(readText(path), foreign);
+}
+
+TEST(Registry, anothersLibraryUnderTheSameNameStays) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"registry.ini"_s);
+    const QByteArray others =
+        "[velcoran.clsvelcoran]\nClassId={7B2C9D40-61E5-4F3A-8C52-0D9A6E1733F4}\nLibrary = \"/alt/lib.so\"\n";
+    writeText(path, others);
+    removeEntry(path, u"Velcoran.clsVelcoran"_s, u"/lib.so"_s);
+    EXPECT_EQ(readText(path), others);
+    removeEntry(path, u"Velcoran.clsVelcoran"_s, u"/alt/lib.so"_s);
+    EXPECT_FALSE(QFile::exists(path));
+}
+
+TEST(Registry, isReadAsPeopleWriteIt) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"a/registry.ini"_s);
+    const struct {
+        const char* text;
+        QString library;
+    } kCases[] = {
+        {"[A.B]\nClassId={7B2C9D40-61E5-4F3A-8C52-0D9A6E1733F4}\nLibrary=/l.so\n", u"/l.so"_s},
+        {"\xEF\xBB\xBF[ A.B ]\r\n classid = 7b2c9d40-61e5-4f3a-8c52-0d9a6e1733f4 \r\n LIBRARY = \"/l m.so\" \r\n",
+         u"/l m.so"_s},
+        {"; [A.B]\n[A.B]\nLibrary='/l.so'\nClassId=\"{7B2C9D40-61E5-4F3A-8C52-0D9A6E1733F4}\"", u"/l.so"_s},
+        {"[A.B]\nClassId={7B2C9D40-61E5-4F3A-8C52-0D9A6E1733F4}\nLibrary=l.so\n", folder.filePath(u"a/l.so"_s)},
+    };
+    for (const auto& each : kCases) {
+        writeText(path, each.text);
+        const auto entry = readEntry(path, u"a.b"_s);
+        ASSERT_TRUE(entry.has_value()) << each.text;
+        EXPECT_EQ(entry->library, each.library) << each.text;
+        EXPECT_EQ(entry->classId, kClassVelcoran);
+    }
 }
 
 TEST(Registry, theFileGoesWithItsLastEntry) {
     const QTemporaryDir folder;
     const QString path = folder.filePath(u"registry.ini"_s);
-    removeEntry(path, u"A.B"_s);
+    removeEntry(path, u"A.B"_s, u"/l.so"_s);
     writeEntry(path, entryOf(u"A.B"_s, u"/l.so"_s));
     ASSERT_TRUE(QFile::exists(path));
-    removeEntry(path, u"A.B"_s);
+    removeEntry(path, u"A.B"_s, u"/l.so"_s);
     EXPECT_FALSE(QFile::exists(path));
 }
 
@@ -90,7 +125,7 @@ TEST(Registry, aHalfWrittenFileIsRepaired) {
         writeText(path, good + rest);
         writeEntry(path, entryOf(u"A.B"_s, u"/l.so"_s));
         EXPECT_EQ(readEntry(path, u"A.B"_s)->library, u"/l.so"_s);
-        removeEntry(path, u"A.B"_s);
+        removeEntry(path, u"A.B"_s, u"/l.so"_s);
         EXPECT_EQ(readText(path), good);
     }
 }
@@ -136,14 +171,23 @@ TEST(Registry, theUsersFileComesBeforeTheSystems) {
     qunsetenv("XDG_DATA_DIRS");
 }
 
-TEST(Registry, aPlaceThatCannotBeWrittenIsAnError) {
+TEST(Registry, aPlaceThatCannotBeWrittenIsAnErrorWithItsReason) {
     const QTemporaryDir folder;
     writeText(folder.filePath(u"file"_s), "x");
-    try {
-        writeEntry(folder.filePath(u"file/registry.ini"_s), entryOf(u"A.B"_s, u"/l.so"_s));
-        FAIL();
-    } catch (const base::Error& error) {
-        EXPECT_EQ(error.number(), base::kPathAccess);
+    QDir(folder.path()).mkpath(u"folder/registry.ini"_s);
+    const std::pair<QString, QString> kCases[] = {
+        {folder.filePath(u"file/registry.ini"_s), u"dosarul nu există"_s},
+        {folder.filePath(u"folder/registry.ini"_s), u"este un dosar"_s},
+        {u"/proc/velcoran/registry.ini"_s, u"/proc/velcoran"_s},
+    };
+    for (const auto& [path, words] : kCases) {
+        try {
+            writeEntry(path, entryOf(u"A.B"_s, u"/l.so"_s));
+            ADD_FAILURE() << qPrintable(path);
+        } catch (const base::Error& error) {
+            EXPECT_EQ(error.number(), base::kPathAccess);
+            EXPECT_TRUE(error.description().contains(words)) << error.what();
+        }
     }
 }
 
