@@ -13,6 +13,8 @@ namespace velcoran::component {
 
 namespace {
 
+const QString kSource = QString::fromUtf16(kProgIdVelcoran);
+
 constexpr std::int32_t kIncarcaMember = 1;
 constexpr const char16_t* kIncarcaParameters[] = {u"argTipRaport", u"bConn", u"DataProgram", u"Soc"};
 const std::array<com::MethodRow, 1> kMethods{{{kIncarcaMember, u"Incarca", kIncarcaParameters}}};
@@ -74,7 +76,7 @@ com::HResult ClassVelcoran::invokeIncarca(const com::CallArguments* arguments, c
 }
 
 com::HResult ClassVelcoran::Incarca(com::Bstr argTipRaport, IConnection* bConn, com::Date DataProgram, com::Bstr Soc) {
-    return com::guarded([&] {
+    return com::guardedAs(kSource, [&] {
         const QDate date = com::dayOf(DataProgram);
         if (!date.isValid()) throw base::Error(base::kInvalidProcedureCall, u"Data programului nu este validă."_s);
         component().window.incarca(com::toQString(argTipRaport), com::Ref<IConnection>(bConn), date,

@@ -11,6 +11,8 @@
 
 namespace com = velcoran::com;
 
+static QString source() { return QString::fromUtf16(velcoran::kProgIdVelcoran); }
+
 __attribute__((visibility("default"))) com::HResult DllGetClassObject(const com::Guid& classId, const com::Guid& id,
                                                                       void** object) {
     if (object == nullptr) return com::kNullPointer;
@@ -29,9 +31,9 @@ __attribute__((visibility("default"))) com::HResult DllCanUnloadNow() {
 }
 
 __attribute__((visibility("default"))) com::HResult DllRegisterServer() {
-    return com::guarded([] { velcoran::component::registerComponent(); });
+    return com::guardedAs(source(), [] { velcoran::component::registerComponent(); });
 }
 
 __attribute__((visibility("default"))) com::HResult DllUnregisterServer() {
-    return com::guarded([] { velcoran::component::unregisterComponent(); });
+    return com::guardedAs(source(), [] { velcoran::component::unregisterComponent(); });
 }

@@ -6,6 +6,12 @@
 
 namespace velcoran::component {
 
+namespace {
+
+const QString kSource = QString::fromUtf16(kProgIdVelcoran);
+
+}  // namespace
+
 VelcoranFactory::VelcoranFactory()
     : ClassFactory([] { return com::makeObject<ClassVelcoran>().as<com::IUnknown>(); }) {}
 
@@ -31,11 +37,11 @@ com::HResult VelcoranFactory::Revoke(const com::Guid& classId) {
 }
 
 com::HResult VelcoranFactory::Advise(IWindowEvents* events) {
-    return com::guarded([&] { component().window.advise(com::Ref<IWindowEvents>(events)); });
+    return com::guardedAs(kSource, [&] { component().window.advise(com::Ref<IWindowEvents>(events)); });
 }
 
 com::HResult VelcoranFactory::Close() {
-    return com::guarded([] { return component().window.close() ? com::kOk : com::kFalse; });
+    return com::guardedAs(kSource, [] { return component().window.close() ? com::kOk : com::kFalse; });
 }
 
 com::HResult VelcoranFactory::Dispatch(std::uint32_t milliseconds) {
@@ -47,7 +53,7 @@ com::HResult VelcoranFactory::Fence(IConnection* connection, IConnection** fence
     if (fenced == nullptr) return com::kNullPointer;
     *fenced = nullptr;
     if (connection == nullptr) return com::kInvalidArgument;
-    return com::guarded([&] { *fenced = db::fenceConnection(com::Ref<IConnection>(connection)).release(); });
+    return com::guardedAs(kSource, [&] { *fenced = db::fenceConnection(com::Ref<IConnection>(connection)).release(); });
 }
 
 }  // namespace velcoran::component

@@ -55,9 +55,17 @@ void setThreadError(const base::Error& error) {
 
 void clearThreadError() { threadErrors().set(nullptr); }
 
+void nameErrorSource(const QString& source) {
+    const base::Error* error = threadError();
+    if (error == nullptr || !error->source().isEmpty()) return;
+    try {
+        setThreadError(base::Error(error->number(), error->description(), source));
+    } catch (const std::bad_alloc&) {  // number and words are worth more
+    }
+}
+
 HResult keepCurrentException() noexcept {
-    base::Error error = base::currentError();
-    if (error.source().isEmpty()) error = base::Error(error.number(), error.description(), QStringLiteral("Velcoran"));
+    const base::Error error = base::currentError();
     setThreadError(error);
     return error.number() == base::kOutOfMemory ? kOutOfMemory : resultOfNumber(error.number());
 }

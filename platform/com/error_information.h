@@ -16,11 +16,22 @@ namespace velcoran::com {
 void setThreadError(const base::Error& error);
 void clearThreadError();
 
+/// Gives the thread's error a source where it has none.
+void nameErrorSource(const QString& source);
+
 /// Runs the body of an exported function: nothing gets out but a result code, and what was thrown is kept as the
 /// thread's error information. Cancelled becomes the error kStopped.
 /// @param body  returns an HResult, or nothing for kOk
 template <class Body>
 HResult guarded(Body body) noexcept;
+
+/// The same for what hosts call: an error whose source nobody named has the given one.
+template <class Body>
+HResult guardedAs(const QString& source, Body body) noexcept {
+    const HResult result = guarded(body);
+    if (failed(result)) nameErrorSource(source);
+    return result;
+}
 
 /// Turns the exception in flight into a code and the thread's error information.
 HResult keepCurrentException() noexcept;

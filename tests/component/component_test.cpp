@@ -71,6 +71,10 @@ TEST_F(Component, answersToItsInterfacesAlone) {
 
 TEST_F(Component, opensTheWindowBeforeItFailsWithoutAConnection) {
     EXPECT_EQ(com::numberOfResult(object->Incarca(com::Text(u"Export").get(), nullptr, kDay, nullptr)), 91);
+    std::int32_t number = 0;
+    com::Text description, source;
+    (void)object.as<com::IErrorSource>()->LastError(&number, description.receive(), source.receive());
+    EXPECT_EQ(com::toQString(source.get()), kProgId);
     ASSERT_NE(reportWindow(), nullptr);
     EXPECT_TRUE(reportWindow()->isVisible());
     EXPECT_EQ(activated.library->call("DllCanUnloadNow"), com::kFalse);
