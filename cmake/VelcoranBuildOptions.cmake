@@ -6,6 +6,26 @@ target_compile_options(velcoran_build_options INTERFACE
     -fvisibility=hidden -fvisibility-inlines-hidden)
 target_compile_definitions(velcoran_build_options INTERFACE
     QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH)
+
+# Hardened as Debian builds, whoever builds: hosts load the library into a process that holds a day's work.
+include(CheckCXXCompilerFlag)
+include(CheckPIESupported)
+check_pie_supported(LANGUAGES CXX)
+foreach(flag -fstack-protector-strong -fstack-clash-protection -fcf-protection -mbranch-protection=standard)
+    string(MAKE_C_IDENTIFIER "VELCORAN_HAS${flag}" has_flag)
+    check_cxx_compiler_flag("-Werror ${flag}" ${has_flag})
+    if(${has_flag})
+        target_compile_options(velcoran_build_options INTERFACE ${flag})
+    endif()
+endforeach()
+target_compile_options(velcoran_build_options INTERFACE -Wformat -Werror=format-security)
+target_link_options(velcoran_build_options INTERFACE LINKER:-z,relro LINKER:-z,now)
+if(NOT VELCORAN_SANITIZE)
+    # The checks need the optimiser; a definition of the environment's own gives way.
+    target_compile_options(velcoran_build_options INTERFACE
+        $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE> $<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=2>)
+endif()
+
 if(VELCORAN_SANITIZE)
     # The toolkit's headers compare empty lists through null pointers of length 0.
     target_compile_options(velcoran_build_options INTERFACE

@@ -1,5 +1,7 @@
 #include "host/command_line.h"
 
+#include "host/version_text.h"
+
 #include "system/file_name.h"
 
 #include <CLI/CLI.hpp>
@@ -161,7 +163,7 @@ std::vector<std::string> argumentsOf(int argc, const char* const* argv) {
 std::variant<Options, int> readCommandLine(int argc, const char* const* argv) {
     Options options;
     CLI::App app("Host of the foreign-trade invoice reports", "velcoran-host");
-    app.set_version_flag("--version", VELCORAN_VERSION);
+    app.set_version_flag("--version", [] { return versionText(); });
     app.require_subcommand(1);
     app.failure_message([](const CLI::App*, const CLI::Error& error) {
         return "velcoran-host: " + std::string(error.what()) + " (--help tells more)\n";

@@ -11,11 +11,13 @@
 
 #include "base/error.h"
 #include "host/sample_data/sample_data.h"
+#include "system/file_name.h"
 
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QPixmap>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 
 #include <cstdio>
@@ -77,7 +79,9 @@ void produceReport(DialogScript& dialogs, const QDir& folder, const QString& nam
 
 /// Both reports without anybody in front of the window.
 int produceFiles(ComponentClient& component, const com::Ref<IConnection>& connection, QDate date, const QString& out) {
-    const QDir folder(QDir::current().absoluteFilePath(out.isEmpty() ? u"build/demo"_s : out));
+    const QDir folder(out.isEmpty()
+                          ? QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/velcoran/demo"_s
+                          : system::fullName(out));
     if (!folder.mkpath(u"."_s)) fail(folder.path() + u" cannot be created"_s);
     const auto dialogs = std::make_shared<DialogScript>();
     registerDialogs(component.hostObjects(), dialogs);

@@ -48,9 +48,15 @@ int complain(const velcoran::base::Error& error) {
     return complain(QStringLiteral("%1 (%2)").arg(error.description()).arg(error.number()));
 }
 
+/// What Qt notes for developers is nothing that a scheduled report should mail to anybody.
+void passFailures(QtMsgType type, const QMessageLogContext&, const QString& words) {
+    if (type == QtCriticalMsg || type == QtFatalMsg) std::fprintf(stderr, "velcoran-host: %s\n", qPrintable(words));
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
+    qInstallMessageHandler(passFailures);
     // A reader that goes and a file that grows too large are failures of a write, which says so.
     for (const int number : {SIGPIPE, SIGXFSZ}) std::signal(number, SIG_IGN);
     const auto read = velcoran::host::readCommandLine(argc, argv);
