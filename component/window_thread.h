@@ -1,13 +1,12 @@
 #pragma once
 
+#include "component/own_application.h"
 #include "component/surroundings.h"
 
 #include <velcoran/connection.h>
 
 #include <QDate>
 #include <QString>
-
-class QApplication;
 
 namespace velcoran::form {
 class RptStoc;
@@ -16,7 +15,8 @@ class RptStoc;
 namespace velcoran::component {
 
 /// The report window of the thread that can have windows: one object, made by the first call and reused by every later
-/// one. In a process without an application object the first call makes one, on its thread.
+/// one. In a process without an application object the first call makes one, on its thread; that thread may end while
+/// the window is open, and nobody else is given one then.
 ///
 /// Both go when the component is asked whether it may be unloaded and nothing of it is in use, or with the host's
 /// application object. A process that ends with its window open ends without them: by then the toolkit's own globals
@@ -43,8 +43,8 @@ private:
     static void dropWindow();
 
     HostSurroundings m_surroundings;
-    QApplication* m_application = nullptr;  ///< owned; only where the host has none
-    form::RptStoc* m_window = nullptr;      ///< owned
+    OwnApplication m_application;       ///< open only where the host has none
+    form::RptStoc* m_window = nullptr;  ///< owned
 };
 
 }  // namespace velcoran::component
