@@ -137,6 +137,7 @@ def serving(listener, answer):
     try:
         yield
     finally:
+        listener.shutdown(socket.SHUT_RDWR)  # a thread that waits in it would go on to listen
         listener.close()
 
 
