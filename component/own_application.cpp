@@ -105,6 +105,7 @@ constexpr ProblemRow kProblems[] = {
     {DisplayProblem::NoServer, u"niciun server grafic la această adresă"},
     {DisplayProblem::NoAnswer, u"serverul grafic nu răspunde"},
     {DisplayProblem::Refusal, u"serverul grafic refuză conexiunea"},
+    {DisplayProblem::BrokenOff, u"serverul grafic întrerupe conexiunea"},
     {DisplayProblem::NoScreen, u"serverul grafic nu are unde arăta o fereastră"},
     {DisplayProblem::ForeignRights, u"procesul rulează cu drepturile altui utilizator"},
     {DisplayProblem::NoDescriptors, u"procesul are prea multe fișiere deschise"},
@@ -178,8 +179,12 @@ void OwnApplication::open() {
     }
     // The process belongs to the host: closing the report window does not end it.
     QApplication::setQuitOnLastWindowClosed(false);
+    m_exitStop.watch(m_application);
 }
 
-void OwnApplication::close() { delete std::exchange(m_application, nullptr); }
+void OwnApplication::close() {
+    m_exitStop.leave();
+    delete std::exchange(m_application, nullptr);
+}
 
 }  // namespace velcoran::component

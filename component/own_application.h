@@ -1,5 +1,7 @@
 #pragma once
 
+#include "component/exit_stop.h"
+
 class QApplication;
 
 namespace velcoran::component {
@@ -14,11 +16,16 @@ public:
     /// @throws Error kInvalidProcedureCall where no window can be shown, or on another thread than the one that Qt is
     ///               bound to; Qt is then as it was before
     void open();
+    /// After each call of the host's, on the thread of open().
+    void renewExitStop() noexcept { m_exitStop.renew(); }
+    /// On the thread that ends the process.
+    void stopAtExit() { m_exitStop.stopThread(); }
     /// On the thread of open().
     void close();
 
 private:
     QApplication* m_application = nullptr;  ///< owned
+    ExitStop m_exitStop;
 };
 
 }  // namespace velcoran::component

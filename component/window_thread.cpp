@@ -20,6 +20,15 @@ namespace {
     throw base::Error(base::kInvalidProcedureCall, words, u"Velcoran.clsVelcoran"_s);
 }
 
+/// A set-up that fails has shown its window all the same.
+struct RenewedExitStop {
+    explicit RenewedExitStop(OwnApplication& own) : application(own) { application.renewExitStop(); }
+    ~RenewedExitStop() { application.renewExitStop(); }
+    RenewedExitStop(const RenewedExitStop&) = delete;
+    RenewedExitStop& operator=(const RenewedExitStop&) = delete;
+    OwnApplication& application;
+};
+
 }  // namespace
 
 WindowThread::WindowThread(const com::HostObjects& hostObjects) : m_surroundings(hostObjects) {}
@@ -66,6 +75,7 @@ void WindowThread::incarca(const QString& kind, const com::Ref<IConnection>& con
                            const QString& prefix) {
     provideApplication();
     provideWindow();
+    const RenewedExitStop renewed(m_application);
     m_window->setPriza(db::Connection(connection));
     m_window->Incarca(kind, date, prefix);
 }

@@ -34,6 +34,8 @@ public:
     /// library.
     /// @return false, with everything as it was, while the window is in use or on another thread than the window's
     bool release();
+    /// Holds the window's thread while another one ends the process.
+    void stopAtExit() { m_application.stopAtExit(); }
 
 private:
     [[nodiscard]] bool isInUse() const;

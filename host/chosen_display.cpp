@@ -25,6 +25,7 @@ constexpr ProblemRow kProblems[] = {
     {DisplayProblem::NoServer, u"nobody listens there"},
     {DisplayProblem::NoAnswer, u"the server does not answer"},
     {DisplayProblem::Refusal, u"the server refuses the connection"},
+    {DisplayProblem::BrokenOff, u"the server breaks the connection off"},
     {DisplayProblem::NoScreen, u"the server has nowhere to show a window"},
     {DisplayProblem::ForeignRights, u"the process runs with another user's rights"},
     {DisplayProblem::NoDescriptors, u"the process has too many open files"},

@@ -14,6 +14,7 @@ enum class DisplayProblem : std::uint8_t {
     NoServer,         ///< nobody listens at its address, or the address is none
     NoAnswer,         ///< the server is silent for two seconds
     Refusal,          ///< the server takes no such client
+    BrokenOff,        ///< the server ends the connection before it answered
     NoScreen,         ///< the server has nothing to show a window on
     ForeignRights,    ///< the process runs with another user's rights, with which Qt ends it
     NoDescriptors,    ///< the process has too few descriptors left for a connection
@@ -29,7 +30,7 @@ struct DisplayAnswer {
 [[nodiscard]] inline bool isPast(Deadline deadline) { return std::chrono::steady_clock::now() >= deadline; }
 /// What a server that broke off, or said nothing until the deadline, did.
 [[nodiscard]] inline DisplayProblem unanswered(Deadline deadline) {
-    return isPast(deadline) ? DisplayProblem::NoAnswer : DisplayProblem::Refusal;
+    return isPast(deadline) ? DisplayProblem::NoAnswer : DisplayProblem::BrokenOff;
 }
 
 }  // namespace velcoran::system

@@ -7,6 +7,7 @@
 #include <array>
 #include <cstring>
 #include <memory>
+#include <thread>
 
 #include <netinet/in.h>
 #include <sys/socket.h>
@@ -31,6 +32,9 @@ constexpr qsizetype kSetUpHead = 8;
 constexpr qsizetype kLengthPlace = 6;    // in units of four bytes
 constexpr qsizetype kScreensPlace = 20;  // behind the head: the number of screens
 constexpr char kAccepted = 1;
+// A server that begins anew after its last client breaks off whoever comes in that moment.
+constexpr int kMaxAttempts = 8;
+constexpr std::chrono::milliseconds kResetTime{50};
 // A request whose answer changes nothing, and the units in which answers and events come.
 constexpr char kGetInputFocus = 43;
 constexpr qsizetype kPacket = 32;
@@ -172,10 +176,14 @@ std::optional<XAddress> readXAddress(const QByteArray& name) {
 DisplayAnswer askXServer(const QByteArray& name, Deadline deadline) {
     const auto address = readXAddress(name);
     if (!address) return {{}, DisplayProblem::NoServer};
-    auto socket = connectTo(*address, deadline);
-    if (!socket) return {{}, isPast(deadline) ? DisplayProblem::NoAnswer : DisplayProblem::NoServer};
-    if (const auto problem = setUp(*socket, *address, deadline)) return {{}, *problem};
-    return {std::move(socket), {}};
+    for (int attempt = 1;; ++attempt) {
+        auto socket = connectTo(*address, deadline);
+        if (!socket) return {{}, isPast(deadline) ? DisplayProblem::NoAnswer : DisplayProblem::NoServer};
+        const auto problem = setUp(*socket, *address, deadline);
+        if (!problem) return {std::move(socket), {}};
+        if (*problem != DisplayProblem::BrokenOff || attempt == kMaxAttempts) return {{}, *problem};
+        std::this_thread::sleep_for(kResetTime);
+    }
 }
 
 }  // namespace velcoran::system

@@ -130,18 +130,29 @@ void callFromSecondThread(const char* library) {
     component.unload(library);
 }
 
-/// The window's thread goes on handling events while another one ends the process.
-void exitBeside(const char* library) {
+/// The window's thread goes on while another one ends the process, at no moment in particular.
+void exitBeside(const char* library, void (*work)(const LoadedComponent&)) {
     static LoadedComponent component(library);
     static std::atomic<bool> isOpen = false;
-    std::thread([] {
+    std::thread([work] {
         open(component);
         isOpen = true;
-        while (true) handleEvents();
+        while (true) work(component);
     }).detach();
     while (!isOpen) std::this_thread::yield();
-    std::this_thread::sleep_for(std::chrono::milliseconds(getpid() % 40));
+    std::this_thread::sleep_for(std::chrono::milliseconds(getpid() % 97));
     std::exit(0);
+}
+
+void exitBesideLoop(const char* library) {
+    exitBeside(library, [](const LoadedComponent&) { handleEvents(); });
+}
+
+void exitBesideWork(const char* library) {
+    exitBeside(library, [](const LoadedComponent& component) {
+        open(component);
+        closeWindow();
+    });
 }
 
 void exitInside(const char* library) {
@@ -158,10 +169,11 @@ struct EndingRow {
 };
 
 constexpr EndingRow kEndings[] = {
-    {"unload-and-end", unloadAndEnd},   {"unload-and-come-back", unloadAndComeBack},
-    {"end-with-window", endWithWindow}, {"end-without-unload", endWithoutUnload},
-    {"call-meanwhile", callMeanwhile},  {"call-from-second-thread", callFromSecondThread},
-    {"exit-beside", exitBeside},        {"exit-inside", exitInside},
+    {"unload-and-end", unloadAndEnd},     {"unload-and-come-back", unloadAndComeBack},
+    {"end-with-window", endWithWindow},   {"end-without-unload", endWithoutUnload},
+    {"call-meanwhile", callMeanwhile},    {"call-from-second-thread", callFromSecondThread},
+    {"exit-beside-loop", exitBesideLoop}, {"exit-beside-work", exitBesideWork},
+    {"exit-inside", exitInside},
 };
 
 }  // namespace

@@ -4,8 +4,8 @@
 // NUMBER is the error that the call is to fail with: 5 where no window can be shown, 91 where one was, since no
 // connection is handed over. With "handlers" the host has handlers of X errors of its own; with "begun" Qt has got as
 // far as to open things that stay.
-#include "hosts/loaded_component.h"
-#include "hosts/process_facts.h"
+#include "loaded_component.h"
+#include "process_facts.h"
 
 #include <chrono>
 #include <string_view>

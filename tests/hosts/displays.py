@@ -1,7 +1,7 @@
 """Every way in which a display can be missing: the component fails with 5, velcoran-host ends with status 1 and one line
 on standard error, and neither process is ended by Qt. Where a display answers, the window opens.
 
-    displays.py HOST LIBRARY VELCORAN_HOST DATABASE
+    displays.py HOST LIBRARY VELCORAN_HOST
 
 The servers that misbehave are this test's own sockets; the X servers that work are Xvfb on displays of its own.
 """
@@ -18,8 +18,10 @@ import tempfile
 import threading
 import time
 
-HOST, LIBRARY, PROGRAM, DATABASE = sys.argv[1:5]
-FIRST_DISPLAY = int(os.environ.get("VELCORAN_TEST_DISPLAY", "4100"))
+from xvfb import FIRST_DISPLAY, xvfb
+
+HOST, LIBRARY, PROGRAM = sys.argv[1:4]
+DATABASE = "displays.db"  # in the working folder
 OPENS, FAILS = 91, 5
 PATIENCE = 2  # seconds that a silent server is given
 TIMEOUT = 30
@@ -150,7 +152,7 @@ def listener_at(path):
 
 def tcp_listener():
     """A listener that a display's number names, and that number."""
-    for number in range(FIRST_DISPLAY, FIRST_DISPLAY + 1000):
+    for number in range(FIRST_DISPLAY + 100, FIRST_DISPLAY + 1000):  # apart from those of the servers that work
         listener = socket.socket()
         try:
             listener.bind(("127.0.0.1", 6000 + number))
@@ -158,29 +160,6 @@ def tcp_listener():
         except OSError:
             listener.close()
     raise SystemExit("no free port")
-
-
-@contextlib.contextmanager
-def xvfb(*options):
-    """An X server of its own, which resets itself after its last client unless told otherwise; its display's number."""
-    for number in range(FIRST_DISPLAY, FIRST_DISPLAY + 9):
-        if os.path.exists(f"/tmp/.X11-unix/X{number}"):
-            continue
-        ready, told = os.pipe()
-        server = subprocess.Popen(["Xvfb", f":{number}", "-screen", "0", "1280x900x24", "-displayfd", str(told), *options],
-                                  stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, pass_fds=[told])
-        os.close(told)
-        with os.fdopen(ready) as pipe:
-            is_ready = pipe.readline() != ""
-        try:
-            if is_ready:
-                yield number, server
-                return
-        finally:
-            server.send_signal(signal.SIGCONT)
-            server.terminate()
-            server.wait()
-    raise SystemExit("no X server can be started")
 
 
 # --- what is tried
@@ -363,6 +342,7 @@ def try_resetting_server():
 def main():
     with tempfile.TemporaryDirectory() as name:
         folder = pathlib.Path(name)
+        subprocess.run([PROGRAM, "sample-db", DATABASE, "--documents", "10"], check=True)
         try_named_displays(folder)
         try_bad_servers(folder)
         try_working_displays(folder)
