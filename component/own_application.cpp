@@ -182,6 +182,10 @@ void OwnApplication::open() {
     m_exitStop.watch(m_application);
 }
 
+bool OwnApplication::canClose() const {
+    return m_application == nullptr || !QGuiApplication::platformName().startsWith("wayland"_L1);
+}
+
 void OwnApplication::close() {
     m_exitStop.leave();
     delete std::exchange(m_application, nullptr);

@@ -20,6 +20,9 @@ public:
     void renewExitStop() noexcept { m_exitStop.renew(); }
     /// On the thread that ends the process.
     void stopAtExit() { m_exitStop.stopThread(); }
+    /// False where Qt may never come back from its destructor: on Wayland, where two threads of its own can wait for
+    /// each other.
+    [[nodiscard]] bool canClose() const;
     /// On the thread of open().
     void close();
 

@@ -39,7 +39,8 @@ void WindowThread::dropWindow() { component().window.destroyWindow(); }
 
 bool WindowThread::release() {
     if (m_window == nullptr && !m_application.isOpen()) return true;
-    if (isInUse() || QCoreApplication::instance()->thread() != QThread::currentThread()) return false;
+    if (isInUse() || !m_application.canClose() || QCoreApplication::instance()->thread() != QThread::currentThread())
+        return false;
     qRemovePostRoutine(&WindowThread::dropWindow);
     destroyWindow();
     m_surroundings.releaseLibraries();

@@ -32,7 +32,8 @@ public:
     void incarca(const QString& kind, const com::Ref<IConnection>& connection, QDate date, const QString& prefix);
     /// Destroys the window object and the component's own application object, and lets go of the host's message
     /// library.
-    /// @return false, with everything as it was, while the window is in use or on another thread than the window's
+    /// @return false, with everything as it was, while the window is in use, on another thread than the window's, or
+    ///         where the application object cannot safely go
     bool release();
     /// Holds the window's thread while another one ends the process.
     void stopAtExit() { m_application.stopAtExit(); }
