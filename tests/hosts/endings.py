@@ -11,13 +11,14 @@ from xvfb import xvfb
 
 HOST, LIBRARY, PROCESSES = sys.argv[1], sys.argv[2], int(sys.argv[3])
 TIMEOUT = 60
+ENVIRONMENT = {**os.environ, "ASAN_OPTIONS": "detect_leaks=0"}  # a process that is ended leaves things behind
 
 
 def failures_of(ending, surroundings):
     """What the failed processes of an ending said, with how often each said it."""
     said = collections.Counter()
     for _ in range(PROCESSES):
-        ended = subprocess.run([HOST, LIBRARY, ending], env={**os.environ, **surroundings}, timeout=TIMEOUT,
+        ended = subprocess.run([HOST, LIBRARY, ending], env={**ENVIRONMENT, **surroundings}, timeout=TIMEOUT,
                                capture_output=True, text=True, check=False)
         if ended.returncode != 0:
             said[f"status {ended.returncode}: {ended.stderr.strip()}"] += 1
