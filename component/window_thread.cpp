@@ -1,7 +1,6 @@
 #include "component/window_thread.h"
 
 #include "component/component.h"
-#include "component/display.h"
 #include "form/rpt_stoc.h"
 
 #include "base/error.h"
@@ -11,8 +10,6 @@
 #include <QThread>
 #include <QTimer>
 
-#include <clocale>
-#include <string>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -21,27 +18,18 @@ namespace velcoran::component {
 
 namespace {
 
-// The application object keeps references to both for its lifetime.
-int argumentCount = 1;
-char argumentName[] = "velcoran";
-char* arguments[] = {argumentName, nullptr};
-
-/// An application object takes over the locale of the user's environment for the whole process, which is the host's to
-/// decide: its numbers would change their decimal sign.
-class KeptLocale {
-public:
-    KeptLocale() : m_locale(std::setlocale(LC_ALL, nullptr)) {}
-    ~KeptLocale() { std::setlocale(LC_ALL, m_locale.c_str()); }
-    KeptLocale(const KeptLocale&) = delete;
-    KeptLocale& operator=(const KeptLocale&) = delete;
-
-private:
-    std::string m_locale;
-};
-
 [[noreturn]] void refuse(const QString& words) {
     throw base::Error(base::kInvalidProcedureCall, words, u"Velcoran.clsVelcoran"_s);
 }
+
+/// A set-up that fails has shown its window all the same.
+struct RenewedExitStop {
+    explicit RenewedExitStop(OwnApplication& own) : application(own) { application.renewExitStop(); }
+    ~RenewedExitStop() { application.renewExitStop(); }
+    RenewedExitStop(const RenewedExitStop&) = delete;
+    RenewedExitStop& operator=(const RenewedExitStop&) = delete;
+    OwnApplication& application;
+};
 
 }  // namespace
 
@@ -61,33 +49,35 @@ void WindowThread::dropWindow() {
 }
 
 bool WindowThread::release() {
-    if (m_window == nullptr && m_application == nullptr) return true;
-    if (isInUse() || QCoreApplication::instance()->thread() != QThread::currentThread()) return false;
+    if (m_window == nullptr && !m_application.isOpen()) return true;
+    if (isInUse() || !m_application.canClose() || QCoreApplication::instance()->thread() != QThread::currentThread())
+        return false;
     qRemovePostRoutine(&WindowThread::dropWindow);
     destroyWindow();
     m_events.tellNews();
     if (m_window != nullptr) return false;  // the host has answered with a call
     m_events.end();
     m_surroundings.releaseLibraries();
-    delete std::exchange(m_application, nullptr);
+    m_application.close();
     return true;
 }
 
 void WindowThread::provideApplication() {
     QCoreApplication* application = QCoreApplication::instance();
-    if (application == nullptr) {
-        if (!hasDisplay()) refuse(u"Nu există un ecran: fereastra raportului nu se poate deschide."_s);
-        const KeptLocale kept;
-        m_application = new QApplication(argumentCount, arguments);
-        // The process belongs to the host: closing the report window does not end it.
-        QApplication::setQuitOnLastWindowClosed(false);
-        return;
-    }
+    if (application == nullptr) return m_application.open();
     if (qobject_cast<QApplication*>(application) == nullptr)
         refuse(u"Programul gazdă nu are ferestre: fereastra raportului nu se poate deschide."_s);
-    if (application->thread() != QThread::currentThread())
+    if (application->thread() == QThread::currentThread()) return;
+    if (!m_application.isOpen())
         refuse(
             u"Fereastra raportului se poate deschide numai pe firul de execuție al ferestrelor programului gazdă."_s);
+    if (application->thread()->isFinished())
+        refuse(
+            u"Firul de execuție al ferestrei raportului s-a încheiat, iar Qt îngăduie un singur fir cu ferestre "
+            "într-un proces: fereastra nu se mai poate deschide."_s);
+    refuse(
+        u"Fereastra raportului ține de alt fir de execuție, iar Qt îngăduie un singur fir cu ferestre într-un "
+        "proces: fereastra se poate deschide numai pe acela."_s);
 }
 
 void WindowThread::provideWindow() {
@@ -101,6 +91,7 @@ void WindowThread::incarca(const QString& kind, const com::Ref<IConnection>& con
                            const QString& prefix) {
     provideApplication();
     provideWindow();
+    const RenewedExitStop renewed(m_application);
     m_window->setPriza(db::Connection(m_connections.watch(connection)));
     m_window->Incarca(kind, date, prefix);
 }

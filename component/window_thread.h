@@ -1,6 +1,7 @@
 #pragma once
 
 #include "component/host_events.h"
+#include "component/own_application.h"
 #include "component/surroundings.h"
 #include "db/release_watch.h"
 
@@ -11,8 +12,6 @@
 
 #include <chrono>
 
-class QApplication;
-
 namespace velcoran::form {
 class RptStoc;
 }
@@ -20,7 +19,8 @@ class RptStoc;
 namespace velcoran::component {
 
 /// The report window of the thread that can have windows: one object, made by the first call and reused by every later
-/// one. In a process without an application object the first call makes one, on its thread.
+/// one. In a process without an application object the first call makes one, on its thread; that thread may end while
+/// the window is open, and nobody else is given one then.
 ///
 /// Both go when the component is asked whether it may be unloaded and nothing of it is in use, or with the host's
 /// application object. A process that ends with its window open ends without them: by then the toolkit's own globals
@@ -36,8 +36,11 @@ public:
     void incarca(const QString& kind, const com::Ref<IConnection>& connection, QDate date, const QString& prefix);
     /// Destroys the window object and the component's own application object, and lets go of the host's message
     /// library.
-    /// @return false, with everything as it was, while the window is in use or on another thread than the window's
+    /// @return false, with everything as it was, while the window is in use, on another thread than the window's, or
+    ///         where the application object cannot safely go
     bool release();
+    /// Holds the window's thread while another one ends the process.
+    void stopAtExit() { m_application.stopAtExit(); }
 
     /// Who hears of the window; null for nobody. This and the two below refuse on another thread than the window's.
     /// @throws Error kInvalidProcedureCall
@@ -59,8 +62,8 @@ private:
     HostEvents m_events;
     HostSurroundings m_surroundings;
     db::ReleaseWatch m_connections;
-    QApplication* m_application = nullptr;  ///< owned; only where the host has none
-    form::RptStoc* m_window = nullptr;      ///< owned
+    OwnApplication m_application;       ///< open only where the host has none
+    form::RptStoc* m_window = nullptr;  ///< owned
 };
 
 }  // namespace velcoran::component

@@ -50,12 +50,6 @@ int callLibrary(const char* entryPoint) {
 
 }  // namespace
 
-bool hasDisplay() {
-    const QString platform = qEnvironmentVariable("QT_QPA_PLATFORM");
-    if (!platform.isEmpty()) return platform != u"offscreen" && platform != u"minimal";
-    return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
-}
-
 int runOpen(const Options& options) {
     EndWatch end;
     const OpenedConnection source = openSource(options.source, openTrace(options.trace));

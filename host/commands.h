@@ -14,7 +14,4 @@ namespace velcoran::host {
 [[nodiscard]] int runRegister(const Options& options);
 [[nodiscard]] int runUnregister(const Options& options);
 
-/// True when a window could be shown to somebody: there is a display and the platform is not the offscreen one.
-[[nodiscard]] bool hasDisplay();
-
 }  // namespace velcoran::host

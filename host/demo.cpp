@@ -1,3 +1,4 @@
+#include "host/chosen_display.h"
 #include "host/commands.h"
 #include "host/demo_window.h"
 #include "host/dialogs.h"

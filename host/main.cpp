@@ -1,3 +1,4 @@
+#include "host/chosen_display.h"
 #include "host/command_line.h"
 #include "host/commands.h"
 
@@ -14,23 +15,23 @@
 namespace {
 
 using velcoran::host::Command;
+using velcoran::host::DisplayNeed;
 using velcoran::host::Options;
 
 struct CommandRow {
     Command command;
     int (*run)(const Options&);
-    bool needsDisplay;
-    bool isOffscreen;  ///< never shows itself
+    DisplayNeed display;
 };
 
 constexpr CommandRow kCommands[] = {
-    {Command::Demo, velcoran::host::runDemo, false, false},
-    {Command::Open, velcoran::host::runOpen, true, false},
-    {Command::Export, velcoran::host::runExport, false, true},
-    {Command::Drive, velcoran::host::runDriveCommand, false, false},
-    {Command::SampleDatabase, velcoran::host::runSampleDatabase, false, true},
-    {Command::Register, velcoran::host::runRegister, false, true},
-    {Command::Unregister, velcoran::host::runUnregister, false, true},
+    {Command::Demo, velcoran::host::runDemo, DisplayNeed::Useful},
+    {Command::Open, velcoran::host::runOpen, DisplayNeed::Needed},
+    {Command::Export, velcoran::host::runExport, DisplayNeed::None},
+    {Command::Drive, velcoran::host::runDriveCommand, DisplayNeed::Useful},
+    {Command::SampleDatabase, velcoran::host::runSampleDatabase, DisplayNeed::None},
+    {Command::Register, velcoran::host::runRegister, DisplayNeed::None},
+    {Command::Unregister, velcoran::host::runUnregister, DisplayNeed::None},
 };
 
 const CommandRow& rowOf(Command command) {
@@ -63,13 +64,10 @@ int main(int argc, char** argv) {
     if (const int* status = std::get_if<int>(&read)) return *status;
     const auto& options = std::get<Options>(read);
     const CommandRow& row = rowOf(options.command);
-    const bool hasDisplay = velcoran::host::hasDisplay();
-    const bool isPlatformChosen = !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
-    if (row.needsDisplay && !hasDisplay && !isPlatformChosen)
-        return complain(QStringLiteral("there is no display; export and drive work without one"));
-    if (row.isOffscreen || (!hasDisplay && !isPlatformChosen)) qputenv("QT_QPA_PLATFORM", "offscreen");
     try {
-        QApplication application(argc, argv);
+        velcoran::host::ChosenDisplay display(row.display, argv[0]);
+        QApplication application(display.argumentCount(), display.arguments());
+        display.confirm();
         QApplication::setApplicationName(QStringLiteral("velcoran-host"));
         return row.run(options);
     } catch (const velcoran::base::Error& error) {

@@ -57,10 +57,11 @@ public:
         if (com::failed(result)) std::fprintf(stderr, "error %d\n", com::numberOfResult(result));
         expect(com::succeeded(result), "the window opens");
     }
+    void release() { m_object = nullptr; }
     /// Releases the object and takes the library out of the process.
     void unload(const std::string& file) {
         expect(!canUnload(), "the object keeps the library");
-        m_object = nullptr;
+        release();
         expect(canUnload(), "nothing keeps the library");
         expect(dlclose(m_library) == 0, "the library closes");
         expect(!isMapped(file), "the library is gone");
