@@ -142,6 +142,11 @@ QThread* threadOfQt() {
     return thread;
 }
 
+constexpr const char* kUsers = "velcoranUsers";
+
+/// Copies of the library that have a window object.
+int userCount() { return QCoreApplication::instance()->property(kUsers).toInt(); }
+
 /// Qt frees what it binds to the thread of its application object once with the thread and once with the process. When
 /// the thread ends first, objects of Qt's own are left with nothing. An object of the thread that is never destroyed
 /// keeps it; Qt owns it, for it outlives this library.
@@ -185,6 +190,14 @@ void OwnApplication::open() {
 bool OwnApplication::canClose() const {
     return m_application == nullptr || !QGuiApplication::platformName().startsWith("wayland"_L1);
 }
+
+void OwnApplication::join() { QCoreApplication::instance()->setProperty(kUsers, userCount() + 1); }
+
+void OwnApplication::leave() {
+    if (QCoreApplication* application = QCoreApplication::instance()) application->setProperty(kUsers, userCount() - 1);
+}
+
+bool OwnApplication::isShared() { return userCount() > 1; }
 
 void OwnApplication::close() {
     m_exitStop.leave();

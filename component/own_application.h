@@ -26,6 +26,13 @@ public:
     /// On the thread of open().
     void close();
 
+    /// A process may load the library twice, from two files: the copy that made the application object keeps it until
+    /// every other one has left it. Counted where all copies see it, at the object itself.
+    static void join();
+    static void leave();
+    /// True while another copy uses the application object.
+    [[nodiscard]] static bool isShared();
+
 private:
     QApplication* m_application = nullptr;  ///< owned
     ExitStop m_exitStop;

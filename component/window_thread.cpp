@@ -52,8 +52,12 @@ bool WindowThread::release() {
     if (m_window == nullptr && !m_application.isOpen()) return true;
     if (isInUse() || !m_application.canClose() || QCoreApplication::instance()->thread() != QThread::currentThread())
         return false;
-    qRemovePostRoutine(&WindowThread::dropWindow);
-    destroyWindow();
+    if (m_application.isOpen() && OwnApplication::isShared()) return false;
+    if (m_window != nullptr) {
+        qRemovePostRoutine(&WindowThread::dropWindow);
+        destroyWindow();
+        OwnApplication::leave();
+    }
     m_events.tellNews();
     if (m_window != nullptr) return false;  // the host has answered with a call
     m_events.end();
@@ -83,6 +87,7 @@ void WindowThread::provideApplication() {
 void WindowThread::provideWindow() {
     if (m_window != nullptr) return;
     m_window = new form::RptStoc(m_surroundings);
+    OwnApplication::join();
     m_events.begin();
     qAddPostRoutine(&WindowThread::dropWindow);
 }

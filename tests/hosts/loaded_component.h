@@ -2,6 +2,7 @@
 #pragma once
 
 #include <velcoran/velcoran.h>
+#include <velcoran/window.h>
 
 #include <cstdio>
 #include <cstdlib>
@@ -49,6 +50,14 @@ public:
     [[nodiscard]] bool canUnload() const {
         return entryPoint<decltype(DllCanUnloadNow)>("DllCanUnloadNow")() == com::kOk;
     }
+    /// The window's own interface; let go of it before the library.
+    [[nodiscard]] com::Ref<velcoran::IReportWindow> window() const {
+        com::Ref<velcoran::IReportWindow> window;
+        expect(entryPoint<decltype(DllGetClassObject)>("DllGetClassObject")(
+                   velcoran::kClassVelcoran, velcoran::IReportWindow::kId, window.receiveVoid()) == com::kOk,
+               "the window's interface");
+        return window;
+    }
     /// Calls the component as a host does, and ends the host's program when the call fails.
     void open(const char16_t* kind, velcoran::IConnection* connection) const {
         constexpr com::Date kWorkingDate = 46096;  // 15 March 2026
@@ -62,6 +71,10 @@ public:
     void unload(const std::string& file) {
         expect(!canUnload(), "the object keeps the library");
         release();
+        leave(file);
+    }
+    /// Takes the library out of the process, its object released before.
+    void leave(const std::string& file) {
         expect(canUnload(), "nothing keeps the library");
         expect(dlclose(m_library) == 0, "the library closes");
         expect(!isMapped(file), "the library is gone");
