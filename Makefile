@@ -4,7 +4,7 @@ BUILD ?= build/release
 JOBS ?= 2
 PREFIX ?= /usr/local
 
-.PHONY: all run test faults bench format lint lint-fast lint-deep asan golden pictures typelib install package clean
+.PHONY: all run test faults acceptance bench format lint lint-fast lint-deep asan golden pictures typelib install package clean
 
 all: $(BUILD)/build.ninja
 	cmake --build $(BUILD) --parallel $(JOBS)
@@ -29,6 +29,12 @@ faults: $(BUILD)/build.ninja
 	tools/install-packages build run test
 	cmake --build $(BUILD) --parallel $(JOBS) --target velcoran-host velcoran
 	python3 tests/faults/faults.py $(BUILD)/bin/velcoran-host
+
+## Heavy things against an installation: hosts in other toolkits and in Python, a thousand rounds, a hundred processes.
+acceptance: $(BUILD)/build.ninja
+	tools/install-packages build run test acceptance
+	cmake --build $(BUILD) --parallel $(JOBS) --target velcoran-host velcoran
+	tools/run-acceptance $(BUILD) build/acceptance
 
 ## Benchmarks, each beside its floor.
 bench:
