@@ -84,13 +84,15 @@ typelib:
 install: $(BUILD)/build.ninja
 	tools/install-packages build run
 	cmake --build $(BUILD) --parallel $(JOBS) --target velcoran velcoran-host
-	DESTDIR=$(DESTDIR) cmake --install $(BUILD) --prefix $(PREFIX)
+	umask 022 && DESTDIR=$(DESTDIR) cmake --install $(BUILD) --prefix $(PREFIX)
 
 ## A Debian package in build/release/package.
 package: $(BUILD)/build.ninja
 	tools/install-packages build run package
 	cmake --build $(BUILD) --parallel $(JOBS) --target velcoran velcoran-host
+	rm -f $(BUILD)/package/*.deb
 	cd $(BUILD) && cpack
+	packaging/check-package $(BUILD)/package/*.deb $(BUILD)
 
 clean:
 	rm -rf build

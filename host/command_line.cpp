@@ -73,7 +73,8 @@ CLI::App* addDemo(CLI::App& app, Options& options) {
     CLI::App* demo = app.add_subcommand("demo", "Window on the embedded sample database (the default command)");
     addKind(*demo, options);
     addDate(*demo, "--date", options.date, "working date of the host");
-    addFile(*demo, "--out", options.out, "folder for the files of a run without a display [build/demo]")
+    addFile(*demo, "--out", options.out,
+            "folder for the files of a run without a display [$XDG_DATA_HOME/velcoran/demo]")
         ->type_name("FOLDER");
     addTrace(*demo, options);
     demo->footer("Without a display both reports are produced offscreen; the PDF files and pictures are named.");
