@@ -9,6 +9,9 @@
 #include "system/file_name.h"
 
 #include <QFileInfo>
+#include <QRegularExpression>
+
+#include <velcoran/mesaje.h>
 
 #include <stdexcept>
 
@@ -23,11 +26,22 @@ bool isOwnFormat(int type) { return type == 1 || type == 33; }
 
 [[noreturn]] void fail(const QString& words) { throw base::Error(base::kPathAccess, words); }
 
+/// A failed run says its number and its description run together.
+[[noreturn]] void fail(const RecordedMessage& message) {
+    static const QRegularExpression kNumberFirst(uR"(^(-?\d{1,10})(\D.*)$)"_s,
+                                                 QRegularExpression::DotMatchesEverythingOption);
+    const QString words = message.text.simplified();
+    const QRegularExpressionMatch match = kNumberFirst.match(words);
+    if (message.style == kStilError && match.hasMatch())
+        throw base::Error(match.captured(1).toInt(), match.captured(2).trimmed());
+    throw std::runtime_error(system::nameBytes(words).toStdString());
+}
+
 }  // namespace
 
 void failOnMessage(DialogScript& dialogs) {
-    for (const RecordedMessage& message : dialogs.takeMessages())
-        throw std::runtime_error(system::nameBytes(message.text.simplified()).toStdString());
+    const QList<RecordedMessage> messages = dialogs.takeMessages();
+    if (!messages.isEmpty()) fail(messages.first());
 }
 
 void exportFile(DialogScript& dialogs, const QString& path) {

@@ -4,6 +4,7 @@
     quiet.py PROGRAM
 """
 import os
+import sqlite3
 import subprocess
 import sys
 import tempfile
@@ -34,6 +35,12 @@ def main(program):
         done = run(program, "export", "--db", base, "--kind", "Import", "--from", "2026-01-01", "--to", "2026-12-31",
                    "--out", "/proc/raport.pdf", HOME=folder)
         require(done.returncode == 1 and done.stderr.count("\n") == 1, "a failure has one line", done)
+        with sqlite3.connect(base) as connection:
+            connection.execute("ALTER TABLE CapDocIntE RENAME TO Altceva")
+        done = run(program, "export", "--db", base, "--kind", "Import", "--from", "2026-01-01", "--to", "2026-12-31",
+                   "--out", os.path.join(folder, "raport.pdf"), HOME=folder)
+        require((done.returncode, done.stderr) == (1, "velcoran-host: no such table: CapDocIntE (-2147217865)\n"),
+                "a report that fails says number and description", done)
         done = run(program, "demo", HOME=folder, XDG_DATA_HOME=data)
         named = done.stdout.splitlines()
         require(done.returncode == 0 and done.stderr == "" and len(named) == 6, "the demo names its files alone", done)
