@@ -9,12 +9,23 @@
 
 namespace hosts {
 
-/// Ends the program when a fact is another than before.
+/// True when every entry of a list ("17 ; 23 ; ") stands in another one.
+inline bool isWithin(const std::string& entries, const std::string& others) {
+    for (std::size_t start = 0; start < entries.size();) {
+        const std::size_t end = entries.find("; ", start) + 2;
+        if (("; " + others).find("; " + entries.substr(start, end - start)) == std::string::npos) return false;
+        start = end;
+    }
+    return true;
+}
+
+/// Ends the program when a fact is another than before. Threads of the host's own toolkit may end when they like.
 inline void expectSame(const std::map<std::string, std::string>& before,
                        const std::map<std::string, std::string>& after) {
     for (const auto& [name, value] : after) {
         const auto old = before.find(name);
         const std::string& was = old == before.end() ? std::string() : old->second;
+        if (name == "threads" && isWithin(value, was)) continue;
         if (was != value) std::fprintf(stderr, "%s\n  was %s\n  is  %s\n", name.c_str(), was.c_str(), value.c_str());
         expect(was == value, "the process is as it was");
     }
