@@ -207,6 +207,21 @@ TEST_F(WindowInterface, dispatchDoesWhatWaitsAndWaitsNoLonger) {
     EXPECT_EQ(listener->heard.first(), u"closed"_s);
 }
 
+/// A host may turn its event loop inside its own call, and there let go of what it called.
+TEST_F(WindowInterface, theClassMayBeReleasedInsideACallOfIt) {
+    com::HResult unload = com::kOk;
+    connection->setFreeThreaded(false);
+    connection->answer(u"SELECT An FROM An"_s, {.columns = {{u"An"_s}}, .rows = {{u"2026"_s}}, .meanwhile = [&] {
+                                                    object = nullptr;
+                                                    unload = library.library->call("DllCanUnloadNow");
+                                                }});
+    _clsVelcoran* called = object.get();
+    EXPECT_EQ(called->Incarca(com::Text(u"Import").get(), connection->asConnection().get(), kDay, nullptr), com::kOk);
+    EXPECT_EQ(unload, com::kFalse);
+    EXPECT_FALSE(object);
+    EXPECT_TRUE(window()->isVisible());
+}
+
 TEST_F(WindowInterface, theFenceStandsAroundAHostsConnection) {
     com::Ref<IConnection> fenced;
     EXPECT_EQ(control->Fence(nullptr, fenced.receive()), com::kInvalidArgument);
