@@ -1,5 +1,7 @@
 #include "component/message_dialog.h"
 
+#include "platform/desktop/own_look.h"
+
 #include <QApplication>
 #include <QMessageBox>
 #include <QPushButton>
@@ -27,8 +29,12 @@ com::HResult MessageDialog::Afiseaza(com::Bstr Text, std::int16_t Stil, std::int
                                      std::int32_t, std::int32_t* rezultat) {
     return com::guarded([&] {
         constexpr std::int32_t kOkButton = 1;
-        QMessageBox box(iconOf(Stil), com::toQString(Titlu), com::toQString(Text), QMessageBox::Ok,
-                        QApplication::activeWindow());
+        QMessageBox box(QApplication::activeWindow());
+        const desktop::OwnLook look(box);  // its parent may be a window of the host
+        box.setIcon(iconOf(Stil));
+        box.setWindowTitle(com::toQString(Titlu));
+        box.setText(com::toQString(Text));
+        box.setStandardButtons(QMessageBox::Ok);
         box.setTextFormat(Qt::PlainText);
         box.button(QMessageBox::Ok)->setText(u"OK"_s);
         box.exec();

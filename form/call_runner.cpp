@@ -7,10 +7,18 @@
 #include "system/input_shield.h"
 #include "system/live_wait.h"
 
+#include <chrono>
 #include <optional>
 #include <utility>
 
 namespace velcoran::form {
+
+namespace {
+
+/// Almost every statement is done by then.
+constexpr std::chrono::milliseconds kQuietTime{333};
+
+}  // namespace
 
 void CallRunner::run(const db::Connection& connection, std::function<void()> call) {
     const db::Connection used = connection;  // the window may get another one meanwhile
@@ -30,7 +38,7 @@ void CallRunner::make(const db::Connection& connection, const std::function<void
         return call();
     }
     std::optional<Hourglass> hourglass;
-    const system::LiveCall live{[connection, call] { call(); }, [&hourglass] { hourglass.emplace().set(); },
+    const system::LiveCall live{[connection, call] { call(); }, [&hourglass] { hourglass.emplace().set(); }, kQuietTime,
                                 db::kCancelPatience};
     std::optional<system::Worker> left = system::runLive(m_activity, live);
     if (left) db::keeper().keep(std::move(*left), connection.interface().get());

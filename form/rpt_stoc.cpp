@@ -9,6 +9,7 @@
 #include "form/surroundings.h"
 #include "form/window_icon.h"
 #include "platform/controls/second_press.h"
+#include "platform/desktop/own_look.h"
 #include "report/output.h"
 
 #include <QCloseEvent>
@@ -36,6 +37,7 @@ class RptStoc::Private {
 public:
     Private(RptStoc& owner, Surroundings& outside)
         : m_window(owner),
+          m_look(owner),
           surroundings(outside),
           handlers([this](const base::Error& error) { showFailure(error); }, [this] { onIdle(); }),
           activity(owner),
@@ -53,6 +55,7 @@ public:
 
 private:
     RptStoc& m_window;
+    desktop::OwnLook m_look;
 
 public:
     Surroundings& surroundings;

@@ -16,8 +16,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Almost every call is done by then.
-constexpr auto kQuietTime = 333ms;
 constexpr auto kCancelInterval = 50ms;
 
 /// Ends a loop from another thread, as long as there is one.
@@ -56,7 +54,7 @@ public:
         }
     }
     void wait(const Worker& worker) {
-        if (worker.waitFor(kQuietTime)) return;
+        if (worker.waitFor(m_live.quietTime)) return;
         dispatch(worker);
         // A loop that ends early belongs to an application that quits: the call is stopped.
         if (!isOver(worker)) m_waiting.stop();

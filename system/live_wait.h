@@ -15,13 +15,14 @@ struct LiveCall {
     std::function<void()> call;
     /// Called on the waiting thread when events begin to be dispatched; may be empty.
     std::function<void()> dispatching;
+    /// How long nothing is dispatched at first.
+    std::chrono::milliseconds quietTime{0};
     /// How long the call may go on after it was asked to end; nothing: until it ends.
     std::optional<std::chrono::milliseconds> patience;
 };
 
-/// Makes a call on a thread of its own while the window stays alive: a third of a second nothing is dispatched, almost
-/// every call is done by then; after that events are, under an InputShield that keeps what the host's windows get.
-/// Where the system has no thread to give, the call is made here.
+/// Makes a call on a thread of its own while the window stays alive: after the quiet time events are dispatched, under
+/// an InputShield that keeps what the host's windows get. Where the system has no thread to give, the call is made here.
 /// @return nothing when the call has ended; its worker when the patience was over before
 /// @throws what the call throws
 [[nodiscard]] std::optional<Worker> runLive(IWaiting& waiting, const LiveCall& live);

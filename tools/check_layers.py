@@ -16,6 +16,7 @@ ORDER = [
     "db/sqlite",
     "db/odbc",
     "platform/engine",
+    "platform/desktop",
     "platform/printing",
     "platform/viewer",
     "platform/controls",

@@ -1,6 +1,7 @@
 #include "platform/controls/control.h"
 
 #include "platform/controls/painting.h"
+#include "platform/desktop/own_style.h"
 
 #include <QFocusEvent>
 #include <QKeyEvent>
@@ -11,8 +12,8 @@ using namespace Qt::StringLiterals;
 
 namespace velcoran::controls {
 
-Control::Control(QWidget* widget) : m_widget(widget), m_style(sharedStyle()) {
-    widget->setStyle(m_style.get());
+Control::Control(QWidget* widget) : m_widget(widget), m_style(desktop::ownStyle()) {
+    desktop::keepStyle(*widget, *m_style);
     widget->setAutoFillBackground(false);
 }
 

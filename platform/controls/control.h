@@ -78,7 +78,7 @@ protected:
     [[nodiscard]] QColor textColour(QRgb fallback) const;
     /// backColor and foreColor, where set.
     [[nodiscard]] QVariantMap colourState() const;
-    [[nodiscard]] QStyle* controlStyle() const { return m_style.get(); }
+    [[nodiscard]] QStyle& controlStyle() const { return *m_style; }
 
 private:
     void applyFont();

@@ -4,6 +4,7 @@
 #include "platform/controls/accessibility.h"
 #include "platform/controls/painting.h"
 #include "platform/controls/typed_text.h"
+#include "platform/desktop/own_style.h"
 
 #include <QAccessible>
 #include <QCalendarWidget>
@@ -32,7 +33,9 @@ QString isoText(QDate date) { return date.toString(Qt::ISODate); }
 /// The open calendar, a window of its own that closes on a press outside.
 class DatePicker::CalendarPopup : public QFrame {
 public:
-    explicit CalendarPopup(DatePicker* owner) : QFrame(owner, Qt::Popup), m_calendar(new QCalendarWidget(this)) {
+    explicit CalendarPopup(DatePicker* owner) : QFrame(owner, Qt::Popup) {
+        setFont(makeFont({}));  // the calendar makes fonts of its own from it at once
+        m_calendar = new QCalendarWidget(this);
         auto* layout = new QVBoxLayout(this);
         layout->setContentsMargins(1, 1, 1, 1);
         layout->addWidget(m_calendar);
@@ -41,10 +44,10 @@ public:
         m_calendar->setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
         m_calendar->setDateEditEnabled(false);
         for (auto* view : m_calendar->findChildren<QTableView*>()) view->setTabKeyNavigation(false);
-        setStyle(owner->controlStyle());
+        desktop::keepStyle(*this, owner->controlStyle());
         setPalette(systemPalette());
         for (QWidget* part : findChildren<QWidget*>()) {
-            part->setStyle(owner->controlStyle());
+            desktop::keepStyle(*part, owner->controlStyle());
             part->setPalette(systemPalette());
         }
     }
@@ -60,7 +63,7 @@ protected:
     }
 
 private:
-    QCalendarWidget* m_calendar;
+    QCalendarWidget* m_calendar = nullptr;
 };
 
 DatePicker::DatePicker(QWidget* parent) : ControlOf(parent), m_accessibility(holdAccessibility()) {
@@ -130,7 +133,6 @@ void DatePicker::openCalendar() {
     QCalendarWidget* calendar = m_popup->calendar();
     calendar->setDateRange(minimum(), maximum());
     calendar->setSelectedDate(value());
-    calendar->setFont(makeFont({}));
     m_popup->adjustSize();
     QRect place(mapToGlobal(QPoint(0, height())), m_popup->size());
     const QRect screenPlace = screen()->availableGeometry();

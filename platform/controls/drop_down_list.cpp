@@ -3,6 +3,7 @@
 #include "platform/controls/accessibility.h"
 #include "platform/controls/painting.h"
 #include "platform/controls/typed_text.h"
+#include "platform/desktop/own_style.h"
 
 #include <QApplication>
 #include <QInputMethodEvent>
@@ -130,7 +131,7 @@ void DropDownList::showPopup() {
     QListWidget* list = m_popup->list();
     const QPalette palette = controlPalette(back(kBlack), fore(kWhite), border(kLine));
     for (QWidget* part : {static_cast<QWidget*>(m_popup.get()), static_cast<QWidget*>(list), list->viewport()}) {
-        part->setStyle(controlStyle());
+        desktop::keepStyle(*part, controlStyle());
         part->setPalette(palette);
     }
     styleScrollBars(list);

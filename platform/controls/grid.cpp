@@ -2,6 +2,7 @@
 
 #include "platform/controls/painting.h"
 #include "platform/controls/typed_text.h"
+#include "platform/desktop/own_style.h"
 
 #include <QAbstractButton>
 #include <QHeaderView>
@@ -63,7 +64,7 @@ Grid::Grid(QWidget* parent) : ControlOf(parent) {
     setFrameStyle(QFrame::Box | QFrame::Plain);
     setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
     for (QHeaderView* header : {horizontalHeader(), verticalHeader()}) {
-        header->setStyle(controlStyle());
+        desktop::keepStyle(*header, controlStyle());
         header->setPalette(systemPalette());
         header->setSectionsClickable(false);
         header->setHighlightSections(false);
@@ -71,7 +72,7 @@ Grid::Grid(QWidget* parent) : ControlOf(parent) {
         header->setMinimumSectionSize(1);
     }
     for (QAbstractButton* corner : findChildren<QAbstractButton*>()) {
-        corner->setStyle(controlStyle());
+        desktop::keepStyle(*corner, controlStyle());
         corner->setPalette(systemPalette());
     }
     horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);

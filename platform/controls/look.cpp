@@ -1,11 +1,10 @@
 #include "platform/controls/look.h"
 
 #include "platform/controls/control.h"
+#include "platform/desktop/desktop.h"
 
 #include <QFontDatabase>
-#include <QProxyStyle>
 #include <QRect>
-#include <QStyleFactory>
 #include <QVariant>
 #include <QWidget>
 
@@ -18,25 +17,6 @@ namespace {
 constexpr char kTwipsProperty[] = "twips";
 constexpr char kDensityProperty[] = "density";
 
-/// Menus and lists that open over the window take the keys at once, without effects that need a timer.
-class ControlStyle : public QProxyStyle {
-public:
-    ControlStyle() : QProxyStyle(QStyleFactory::create(u"Fusion"_s)) {}
-
-    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
-                  QStyleHintReturn* returned) const override {
-        switch (hint) {
-            case SH_Widget_Animation_Duration:
-            case SH_ScrollBar_Transient:
-                return 0;
-            case SH_ItemView_MovementWithoutUpdatingSelection:
-                return 1;
-            default:
-                return QProxyStyle::styleHint(hint, option, widget, returned);
-        }
-    }
-};
-
 /// A text that owns its characters. The toolkit keeps the names of fonts for as long as it lives itself; a literal's
 /// characters leave the process with this library.
 QString copyOf(const QString& text) { return QString(text.constData(), text.size()); }
@@ -47,18 +27,15 @@ int edge(base::Twips position, double density) { return position.toPixels(densit
 
 QFont makeFont(const FontSpec& spec) {
     const QString family = copyOf(spec.family);
-    QFont font;
+    QStringList families{family};
     if (family == u"Arial"_s) {
         const QString metricTwin = copyOf(u"Liberation Sans"_s);
-        const bool hasFamily = QFontDatabase::hasFamily(family);
-        font.setFamilies(hasFamily ? QStringList{family, metricTwin} : QStringList{metricTwin, family});
-    } else {
-        font.setFamilies({family});
+        families.insert(QFontDatabase::hasFamily(family) ? 1 : 0, metricTwin);
     }
+    QFont font(families);  // the default one would start from the application's
     font.setPointSizeF(spec.points);
     font.setBold(spec.isBold);
-    font.setItalic(false);
-    return font;
+    return desktop::completed(font);
 }
 
 void placeTwips(QWidget* widget, base::TwipsRect place, double density) {
@@ -90,16 +67,6 @@ base::TwipsRect twipsOf(const QWidget* widget) {
 double densityOf(const QWidget* widget) {
     const double density = widget->property(kDensityProperty).toDouble();
     return density > 0 ? density : widget->logicalDpiX();
-}
-
-std::shared_ptr<QStyle> sharedStyle() {
-    static std::weak_ptr<QStyle> shared;
-    std::shared_ptr<QStyle> style = shared.lock();
-    if (!style) {
-        style = std::make_shared<ControlStyle>();
-        shared = style;
-    }
-    return style;
 }
 
 }  // namespace velcoran::controls

@@ -5,9 +5,6 @@
 #include <QFont>
 #include <QString>
 
-#include <memory>
-
-class QStyle;
 class QWidget;
 
 namespace velcoran::controls {
@@ -32,8 +29,5 @@ void placeTwips(QWidget* widget, base::TwipsRect place, double density);
 [[nodiscard]] base::TwipsRect twipsOf(const QWidget* widget);
 /// Pixels an inch that the widget was placed with; its logical density when it was never placed.
 [[nodiscard]] double densityOf(const QWidget* widget);
-
-/// The style of all controls, the same under any style of the application; lives as long as anyone holds it.
-[[nodiscard]] std::shared_ptr<QStyle> sharedStyle();
 
 }  // namespace velcoran::controls

@@ -1,11 +1,12 @@
 #include "platform/controls/painting.h"
 
+#include "platform/desktop/desktop.h"
+#include "platform/desktop/own_style.h"
+
 #include <QAbstractScrollArea>
 #include <QPainter>
 #include <QPainterPath>
 #include <QScrollBar>
-
-#include "platform/controls/look.h"
 
 namespace velcoran::controls {
 
@@ -19,7 +20,7 @@ QPalette systemPalette() {
         palette.setColor(QPalette::Disabled, role, QColor::fromRgb(kDisabledText));
     palette.setColor(QPalette::Highlight, QColor::fromRgb(kHighlight));
     palette.setColor(QPalette::HighlightedText, QColor::fromRgb(kWhite));
-    return palette;
+    return desktop::completed(palette);
 }
 
 QPalette controlPalette(const QColor& back, const QColor& text, const QColor& line) {
@@ -105,9 +106,9 @@ QString mnemonicText(const QString& caption, QChar letter) {
 }
 
 void styleScrollBars(QAbstractScrollArea* area) {
-    const std::shared_ptr<QStyle> style = sharedStyle();
+    const std::shared_ptr<QStyle> style = desktop::ownStyle();
     for (QScrollBar* bar : {area->horizontalScrollBar(), area->verticalScrollBar()}) {
-        bar->setStyle(style.get());
+        desktop::keepStyle(*bar, *style);
         bar->setPalette(systemPalette());
         bar->setCursor(Qt::ArrowCursor);
     }

@@ -2,6 +2,7 @@
 
 #include "platform/controls/painting.h"
 #include "platform/controls/typed_text.h"
+#include "platform/desktop/own_style.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -258,7 +259,7 @@ QMenu* TextBox::makeEditMenu() {
         connect(action, &QAction::triggered, this, &TextBox::paste);
     }
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    menu->setStyle(controlStyle());
+    desktop::keepStyle(*menu, controlStyle());
     menu->setPalette(systemPalette());
     menu->setFont(makeFont({}));
     return menu;

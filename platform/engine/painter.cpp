@@ -46,6 +46,8 @@ private:
         const double wholePixels = std::max(1.0, std::round(pixels));
         m_textScale = pixels / wholePixels;
         font.setPixelSize(static_cast<int>(wholePixels));
+        // What is left open a painter takes from the application: its italics, lines and letter spacing.
+        font.setResolveMask(QFont::AllPropertiesResolved);
         m_painter.setFont(font);
     }
     void drawText(const PageItem& item) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "platform/desktop/own_look.h"
+
 #include <QDialog>
 #include <QList>
 #include <QString>
@@ -42,6 +44,7 @@ private:
     [[nodiscard]] QString refusal() const;
     [[nodiscard]] bool mayReplace();
 
+    desktop::OwnLook m_look{*this};
     QList<OfferedFormat> m_formats;
     QString m_folder;  ///< of the suggestion: a name without a folder lies there
     QListWidget* m_list;

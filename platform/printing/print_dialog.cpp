@@ -1,5 +1,6 @@
 #include "platform/printing/print_dialog.h"
 
+#include "platform/desktop/own_look.h"
 #include "platform/printing/dialog_language.h"
 #include "platform/printing/dialog_runner.h"
 
@@ -83,6 +84,7 @@ bool choosePrint(QWidget* window, int pageCount, PrintRequest& request) {
         printer.setPrinterName(name);
     }
     QPrintDialog dialog(&printer, window);
+    const desktop::OwnLook look(dialog);
     prepare(printer, dialog, pageCount, request);
     openOptions(dialog);
     hideUnused(dialog);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/desktop/own_look.h"
 #include "platform/engine/page_setup.h"
 
 #include <QDialog>
@@ -38,6 +39,7 @@ private:
     void addButtons();
     void followSheet();
 
+    desktop::OwnLook m_look{*this};
     engine::PageSetup m_start;
     QComboBox* m_printer = nullptr;
     QComboBox* m_paper = nullptr;

@@ -93,7 +93,7 @@ void runWithProgress(QWidget& window, system::IWaiting& waiting, const QString& 
         beat.start(kBeat);
     });
     patience.start(kPatience);
-    static_cast<void>(system::runLive(waiting, {work, {}, std::nullopt}));
+    static_cast<void>(system::runLive(waiting, {.call = work, .dispatching = {}, .patience = {}}));
 }
 
 }  // namespace velcoran::printing

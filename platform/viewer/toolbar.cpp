@@ -13,6 +13,8 @@
 #include <QMenu>
 #include <QPainter>
 #include <QProgressBar>
+#include <QStyleOptionToolButton>
+#include <QStylePainter>
 #include <QToolButton>
 
 #include <algorithm>
@@ -61,6 +63,21 @@ constexpr int kRankMore = 4;
 constexpr int kRankProgress = 5;
 constexpr int kRankUrgent = -1;
 
+/// Its picture says that it opens a menu: without the arrow that Qt would add.
+class MoreButton final : public QToolButton {
+public:
+    using QToolButton::QToolButton;
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QStylePainter painter(this);
+        QStyleOptionToolButton option;
+        initStyleOption(&option);
+        option.features &= ~QStyleOptionToolButton::HasMenu;
+        painter.drawComplexControl(QStyle::CC_ToolButton, option);
+    }
+};
+
 }  // namespace
 
 struct Toolbar::Section {
@@ -90,14 +107,13 @@ Toolbar::Toolbar(QWidget* parent) : QWidget(parent) {
     m_progressBar->setTextVisible(false);
     m_progressBar->setFixedSize(64, 8);
     buildSections();
-    m_overflow = new QToolButton(this);
+    m_overflow = new MoreButton(this);
     m_overflow->setObjectName(QStringLiteral("crwMore"));
     m_overflow->setAutoRaise(true);
     m_overflow->setFocusPolicy(Qt::NoFocus);
     m_overflow->setPopupMode(QToolButton::InstantPopup);
     m_overflow->setToolTip(QStringLiteral("Alte comenzi"));
     m_overflow->setAccessibleName(QStringLiteral("Alte comenzi"));
-    m_overflow->setStyleSheet(QStringLiteral("QToolButton::menu-indicator{image:none;}"));
     m_overflowMenu = new QMenu(m_overflow);
     m_overflow->setMenu(m_overflowMenu);
     connect(m_overflowMenu, &QMenu::aboutToShow, this, &Toolbar::fillOverflowMenu);
