@@ -22,7 +22,8 @@ struct LiveCall {
 };
 
 /// Makes a call on a thread of its own while the window stays alive: after the quiet time events are dispatched, under
-/// an InputShield that keeps what the host's windows get. Where the system has no thread to give, the call is made here.
+/// an InputShield that keeps what the host's windows get. Where the system has no thread to give, the call is made
+/// here.
 /// @return nothing when the call has ended; its worker when the patience was over before
 /// @throws what the call throws
 [[nodiscard]] std::optional<Worker> runLive(IWaiting& waiting, const LiveCall& live);
