@@ -491,36 +491,4 @@ TEST_F(StopsTest, inputOfTheHostWaitsForTheStatement) {
     EXPECT_FALSE(second.isVisible());
 }
 
-/// The host's message class is made in the middle of the set-up.
-TEST(SetUpOverAHost, thatCallsOrClosesMeanwhile) {
-    class Host final : public form::Surroundings {
-    public:
-        com::Ref<IMesaje> newMesaje() override {
-            if (action) action();
-            return {};
-        }
-        com::Ref<IExportDialog> newExportDialog() override { return {}; }
-        com::Ref<IPrintDialog> newPrintDialog() override { return {}; }
-        com::Ref<IPrinterSetupDialog> newPrinterSetupDialog() override { return {}; }
-        std::function<void()> action;
-    } host;
-    form::RptStoc window(host);
-    const auto connection = FakeConnection::create();
-    connection->answer(u"SELECT An FROM An"_s, {.columns = {{u"An"_s}}, .rows = {{u"2003"_s}}});
-    connection->answer(kWarehouses, {.columns = {{u"Depozit"_s}}, .rows = {{u"1 - Central"_s}}});
-    const auto call = [&](const QString& kind) {
-        window.setPriza(db::Connection(connection->asConnection()));
-        window.Incarca(kind, QDate(2003, 7, 15), {});
-    };
-    host.action = [&] { EXPECT_THROW(call(u"Export"_s), base::Error); };
-    call(u"Import"_s);
-    EXPECT_EQ(window.property("sTipRaport"), u"Import"_s);
-    host.action = [&] { window.CloseForm(); };
-    EXPECT_THROW(call(u"Import"_s), base::Cancelled);
-    EXPECT_FALSE(window.isLoaded());
-    host.action = nullptr;
-    call(u"Import"_s);
-    EXPECT_TRUE(window.isLoaded());
-}
-
 }  // namespace velcoran::tests
