@@ -76,7 +76,7 @@ QImage insertedLater(QWidget& window) {
     auto* inner = new QWidget;
     auto* innerRow = new QHBoxLayout(inner);
     innerRow->addWidget(new QLineEdit(u"text"_s));
-    innerRow->addWidget(new QPushButton(u"buton"_s));
+    innerRow->addWidget(new QPushButton(u"Salvează"_s));
     row->addWidget(inner);
     return shown(window);
 }
@@ -90,7 +90,7 @@ QImage passedOnStyle(QWidget& window) {
 }
 
 QImage ownStyleTakenAway(QWidget& window) {
-    QPushButton button(u"buton"_s, &window);
+    QPushButton button(u"Salvează"_s, &window);
     const std::unique_ptr<QStyle> other(QStyleFactory::create(u"Windows"_s));
     button.setStyle(other.get());
     return shown(window);
