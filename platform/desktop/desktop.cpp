@@ -25,6 +25,19 @@ QPalette themePalette() {
     return ownStyle()->standardPalette();
 }
 
+// What a theme leaves open Qt fills from a light palette: black hints on a dark ground.
+QPalette filled(QPalette palette) {
+    QColor hint = palette.color(QPalette::Active, QPalette::Text);
+    hint.setAlphaF(0.5F);
+    for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+        if (!palette.isBrushSet(group, QPalette::PlaceholderText))
+            palette.setBrush(group, QPalette::PlaceholderText, hint);
+        if (!palette.isBrushSet(group, QPalette::AlternateBase))
+            palette.setBrush(group, QPalette::AlternateBase, palette.brush(group, QPalette::Base));
+    }
+    return palette;
+}
+
 }  // namespace
 
 QPalette completed(QPalette palette) {
@@ -42,7 +55,7 @@ QFont completed(QFont font) {
 
 Desktop userDesktop() {
     if (standIn()) return *standIn();
-    return {completed(themePalette()), completed(QFontDatabase::systemFont(QFontDatabase::GeneralFont))};
+    return {completed(filled(themePalette())), completed(QFontDatabase::systemFont(QFontDatabase::GeneralFont))};
 }
 
 StandInDesktop::StandInDesktop(Desktop desktop) {

@@ -4,9 +4,12 @@
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
+#include <QAction>
 #include <QChildEvent>
 #include <QCompleter>
+#include <QIcon>
 #include <QLineEdit>
+#include <QMenu>
 #include <QStyle>
 #include <QStyleOption>
 
@@ -34,11 +37,28 @@ OwnLook::OwnLook(QWidget& window) : m_window(window), m_style(ownStyle()), m_des
 OwnLook::~OwnLook() = default;
 
 void OwnLook::adopt(QWidget& widget) {
+    if (takeOver(widget)) inheritAnew(*widget.window());
+}
+
+/// @return whether a style sheet had a part of it before, and kept palettes and fonts of parents from it
+bool OwnLook::takeOver(QWidget& widget) {
+    bool wasStyled = widget.testAttribute(Qt::WA_StyleSheet);
     widget.installEventFilter(this);
     keepStyle(widget, *m_style);
     for (QObject* child : widget.children())
-        if (child->isWidgetType()) adopt(static_cast<QWidget&>(*child));
+        if (child->isWidgetType()) wasStyled = takeOver(static_cast<QWidget&>(*child)) || wasStyled;
     if (widget.isWindow()) dress(widget);
+    return wasStyled;
+}
+
+// Qt hands a palette and a font down when they change.
+void OwnLook::inheritAnew(QWidget& window) {
+    const QPalette palette = window.palette();
+    const QFont font = window.font();
+    window.setPalette(QPalette());
+    window.setFont(QFont());
+    window.setPalette(palette);
+    window.setFont(font);
 }
 
 // What is in a window takes its colours and its font over from it; a window takes nothing over from its parent.
@@ -53,31 +73,42 @@ void OwnLook::dressIfBare(QWidget& window) const {
     if (isBare || isTip(window)) dress(window);
 }
 
-// Qt greys the icon of a disabled button with the style and the palette of the application.
-void OwnLook::greyIcon(QAbstractButton& button) const {
-    QIcon icon = button.icon();
-    if (icon.isNull()) return;
+// Qt greys what is disabled with the style and the palette of the application.
+QIcon OwnLook::greyed(QIcon icon, const QWidget& widget, QSize size) const {
     QStyleOption option;
     option.palette = m_desktop.palette;
-    const QPixmap live = icon.pixmap(button.iconSize(), button.devicePixelRatioF());
+    const QPixmap live = icon.pixmap(size, widget.devicePixelRatioF());
+    if (live.isNull()) return icon;
     icon.addPixmap(m_style->generatedIconPixmap(QIcon::Disabled, live, &option), QIcon::Disabled);
-    button.setIcon(icon);
+    return icon;
+}
+
+void OwnLook::greyIcons(QWidget& widget) const {
+    if (auto* button = qobject_cast<QAbstractButton*>(&widget); button != nullptr && !button->icon().isNull())
+        button->setIcon(greyed(button->icon(), widget, button->iconSize()));
+    if (qobject_cast<const QMenu*>(&widget) == nullptr) return;
+    const int side = m_style->pixelMetric(QStyle::PM_SmallIconSize);
+    for (QAction* action : widget.actions())
+        if (!action->icon().isNull()) action->setIcon(greyed(action->icon(), widget, QSize(side, side)));
 }
 
 /// The last moment before a widget is seen.
 void OwnLook::prepare(QWidget& widget) {
     if (widget.isWindow()) dressIfBare(widget);
-    if (auto* button = qobject_cast<QAbstractButton*>(&widget)) greyIcon(*button);
+    greyIcons(widget);
     // The list of a completer is nobody's child; one that completes in the line has none.
     const auto* edit = qobject_cast<const QLineEdit*>(&widget);
     QWidget* list = edit != nullptr && edit->completer() != nullptr ? edit->completer()->popup() : nullptr;
     if (list != nullptr) adopt(*list);
 }
 
-// Another style of the application has taken back what ours gave to a polished widget.
+// Another style of the application has taken back what ours gave to a polished widget; or somebody has set a style, and
+// Qt has put it into the style sheet's.
 void OwnLook::keep(QWidget& widget) {
     const bool isKept = widget.style() == m_style.get();
+    const bool wasStyled = widget.testAttribute(Qt::WA_StyleSheet);
     keepStyle(widget, *m_style);
+    if (wasStyled) inheritAnew(*widget.window());
     if (isKept && widget.testAttribute(Qt::WA_WState_Polished)) m_style->polish(&widget);
 }
 

@@ -6,7 +6,8 @@
 
 #include <memory>
 
-class QAbstractButton;
+class QIcon;
+class QSize;
 class QStyle;
 class QWidget;
 
@@ -26,10 +27,13 @@ protected:
 
 private:
     void adopt(QWidget& widget);
+    bool takeOver(QWidget& widget);
+    static void inheritAnew(QWidget& window);
     void dress(QWidget& window) const;
     void dressIfBare(QWidget& window) const;
     void prepare(QWidget& widget);
-    void greyIcon(QAbstractButton& button) const;
+    [[nodiscard]] QIcon greyed(QIcon icon, const QWidget& widget, QSize size) const;
+    void greyIcons(QWidget& widget) const;
     void keep(QWidget& widget);
     void followDesktop();
 

@@ -2,8 +2,6 @@
 
 #include "platform/desktop/qt_inside.h"
 
-#include <QCoreApplication>
-#include <QEvent>
 #include <QProxyStyle>
 #include <QStyleFactory>
 #include <QWidget>
@@ -49,14 +47,8 @@ void keepStyle(QWidget& widget, QStyle& style) {
         if (!widget.testAttribute(Qt::WA_SetStyle)) widget.setStyle(&style);
         return;
     }
-    widget.setAttribute(Qt::WA_SetStyle, false);  // with it a change of parent would wrap the style again
-    if (!widget.testAttribute(Qt::WA_StyleSheet)) return;
-    // A style sheet had the widget before it came here, and kept the parent's palette and font from it.
-    widget.setAttribute(Qt::WA_StyleSheet, false);
-    for (const QEvent::Type change : {QEvent::ApplicationPaletteChange, QEvent::ApplicationFontChange}) {
-        QEvent event(change);
-        QCoreApplication::sendEvent(&widget, &event);
-    }
+    widget.setAttribute(Qt::WA_SetStyle, false);    // with it a change of parent would wrap the style again
+    widget.setAttribute(Qt::WA_StyleSheet, false);  // it would keep the parent's palette and font from the widget
 }
 
 }  // namespace velcoran::desktop

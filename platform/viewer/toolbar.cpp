@@ -324,6 +324,9 @@ void Toolbar::arrange() {
         section->widget->setVisible(hasRoom);
     }
     m_overflow->setVisible(isFull);
+    // At once: a section that was squeezed until now would show its buttons over each other for a moment.
+    for (const Section& section : m_sections) section.widget->layout()->activate();
+    layout()->activate();
 }
 
 void Toolbar::fillOverflowMenu() {

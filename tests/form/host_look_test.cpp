@@ -389,7 +389,7 @@ public:
         box->addItems({u"lei"_s, u"euro"_s});
         box->setStyleSheet(u"QComboBox{color:green}"_s);
         row->addWidget(box);
-        auto* styled = new QCheckBox(u"activ"_s);
+        auto* styled = new QCheckBox(u"plătit"_s);
         m_style.reset(QStyleFactory::create(u"Windows"_s));
         styled->setStyle(m_style.get());
         row->addWidget(styled);

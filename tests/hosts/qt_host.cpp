@@ -108,6 +108,34 @@ void work(const char* library) {
     useWhatTheToolkitKeeps();
 }
 
+QImage pictureOfWindow() {
+    QApplication::processEvents();
+    return reportWindow()->grab().toImage();
+}
+
+/// The window looks the same under a host that gives its application colours, fonts and measures: opened before that,
+/// and opened after it.
+void keepLook(const char* library) {
+    const auto connection = velcoran::com::Ref<hosts::FixedConnection>::adopt(new hosts::FixedConnection);
+    hosts::LoadedComponent component(library);
+    component.open(u"Import", connection.get());
+    const QImage expected = pictureOfWindow();
+    const QFont font = QApplication::font();
+    QApplication::setFont(QFont(QStringLiteral("DejaVu Serif"), 30, QFont::Bold, true));
+    QApplication::setPalette(QPalette(Qt::red, Qt::red));
+    qApp->setStyleSheet(QStringLiteral("*{padding:6px;border:2px solid red;color:black;background:#f0f0f0}"));
+    expect(pictureOfWindow() == expected, "the open window keeps its look");
+    close();
+    component.open(u"Import", connection.get());
+    expect(pictureOfWindow() == expected, "a new window has the same look");
+    qApp->setStyleSheet({});
+    QApplication::setPalette(QPalette());
+    QApplication::setFont(font);
+    expect(pictureOfWindow() == expected, "and keeps it when the host is plain again");
+    close();
+    component.unload(library);
+}
+
 /// What the toolkit shares between its users in one process.
 QString toolkitFacts() {
     return QStringList{QApplication::style()->name(),
@@ -143,6 +171,7 @@ int main(int argc, char** argv) {
     qInstallMessageHandler(refuseWarnings);
     expect(argc == 3, "two arguments, the library and the number of rounds");
     startPictureThreads();
+    keepLook(argv[1]);
     const QString before = toolkitFacts();
     hosts::runRounds(std::atoi(argv[2]), [&] { work(argv[1]); });
     expect(toolkitFacts() == before, "the toolkit is as it was");
