@@ -4,7 +4,7 @@ BUILD ?= build/release
 JOBS ?= 2
 PREFIX ?= /usr/local
 
-.PHONY: all run test faults acceptance bench format lint lint-fast lint-deep asan golden pictures typelib install package clean
+.PHONY: all run test faults acceptance fuzz bench format lint lint-fast lint-deep asan golden pictures typelib install package clean
 
 all: $(BUILD)/build.ninja
 	cmake --build $(BUILD) --parallel $(JOBS)
@@ -35,6 +35,13 @@ acceptance: $(BUILD)/build.ninja
 	tools/install-packages build run test acceptance
 	cmake --build $(BUILD) --parallel $(JOBS) --target velcoran-host velcoran
 	tools/run-acceptance $(BUILD) build/acceptance
+
+## Coverage-guided fuzzers of what reads others' texts, a minute each.
+fuzz:
+	tools/install-packages build run fuzz
+	cmake -S . -B build/fuzz -G Ninja -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_COMPILER=clang++ -DVELCORAN_FUZZERS=ON \
+		-DBUILD_TESTING=OFF
+	tools/run-fuzzers build/fuzz
 
 ## Benchmarks, each beside its floor.
 bench:

@@ -26,6 +26,10 @@ if(NOT VELCORAN_SANITIZE)
         $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE> $<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=2>)
 endif()
 
+if(VELCORAN_FUZZERS)
+    target_compile_options(velcoran_build_options INTERFACE -fsanitize=fuzzer-no-link,address -fno-omit-frame-pointer)
+    target_link_options(velcoran_build_options INTERFACE -fsanitize=address)
+endif()
 if(VELCORAN_SANITIZE)
     # The toolkit's headers compare empty lists through null pointers of length 0.
     target_compile_options(velcoran_build_options INTERFACE
