@@ -4,7 +4,8 @@ import os
 import signal
 import subprocess
 
-FIRST_DISPLAY = int(os.environ.get("VELCORAN_TEST_DISPLAY", "4100"))  # far from those that people use
+# Far from those that people use, and apart from those of another run of these tests.
+FIRST_DISPLAY = int(os.environ.get("VELCORAN_TEST_DISPLAY", 4100 + os.getpid() % 40 * 1000))
 
 
 @contextlib.contextmanager
