@@ -105,6 +105,24 @@ TEST(Document, showsEveryRowOnceOnAnyPaper) {
     }
 }
 
+TEST(Document, showsEveryRowAlsoWithMarginsWiderThanTheSheet) {
+    PageSetup wide = pageSetup(u"A5"_s, true, {200});
+    wide.left = wide.right = wide.width;
+    for (const PageSetup& setup : {wide, pageSetup(u"A5"_s, true, {7000})}) {
+        ReportRun run(answerOf(sampleRows(40, 5)));
+        const auto document = run.document(setup);
+        QSet<qint64> rows;
+        for (int number = 1; number <= document->pageCount(); ++number) {
+            const Page page = document->page({number});
+            for (const PageItem& item : page.items) {
+                if (item.row >= 0) rows.insert(item.row);
+                EXPECT_GE(item.rect.width.value, 0) << item.field.toStdString();
+            }
+        }
+        EXPECT_EQ(rows.size(), 40);
+    }
+}
+
 TEST(Document, keepsHeadingsWithTheirDetails) {
     // Every length of the first group: the second one's heading passes the foot of the page on its way.
     for (int first = 30; first < 50; ++first) {

@@ -137,6 +137,7 @@ TEST_F(ExportFailures, aFileBeyondItsLimitIsAMessageAndNotTheEndOfTheHost) {
         ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &before), 0);
         EXPECT_EQ(number, base::kPathAccess) << type;
         EXPECT_TRUE(words.contains(path(u"raport"_s))) << qPrintable(words);
+        EXPECT_TRUE(words.endsWith(u"fișierul ar fi prea mare"_s)) << type << qPrintable(words);
         expectUntouched(type);
     }
 }
