@@ -269,6 +269,9 @@ TEST(Search, findsEveryHitRoundTheReport) {
     EXPECT_EQ(search.previous(std::nullopt, go), hits.back());
     EXPECT_EQ(Search(document, u"nicaieri"_s).next(std::nullopt, go), std::nullopt);
     EXPECT_EQ(Search(document, {}).count(go), 0);
+    Row row;
+    row.number = u"7777777"_s;
+    EXPECT_EQ(Search(ReportRun(answerOf({row})).document(), u"777"_s).count(go), 2) << "hits do not overlap";
     const std::atomic_bool stop = true;
     EXPECT_THROW((void)search.count(stop), base::Cancelled);
 }

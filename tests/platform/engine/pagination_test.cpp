@@ -83,3 +83,11 @@ TEST(Pagination, fillsAPageToItsLastTwip) {
         EXPECT_EQ(planOf(tight, 2), QString::fromUtf16(each.tight2));
     }
 }
+
+TEST(Pagination, spreadsALongGroupOverFullPages) {
+    const Pages pages({30});
+    const Pagination full = pages.at(pages.top(10));
+    QStringList plans;
+    for (int page = 1; page <= full.pageCount(); ++page) plans.append(planOf(full, page));
+    EXPECT_EQ(plans, (QStringList{u"0:10+0"_s, u"0:10+0"_s, u"0:9+0"_s, u"0:1+2 end3"_s}));
+}

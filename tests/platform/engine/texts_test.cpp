@@ -116,6 +116,7 @@ TEST(TextFit, partsNoCharacterAndWastesNoRoom) {
             ASSERT_TRUE(shown.endsWith(u'…')) << qPrintable(shown);
             const qsizetype length = shown.size() - 1;
             EXPECT_TRUE(text.startsWith(shown.left(length)));
+            EXPECT_FALSE(shown.chopped(1).endsWith(u' ')) << qPrintable(shown);
             EXPECT_TRUE(isBoundary(text, length)) << qPrintable(shown);
             if (length > 0) {
                 EXPECT_LE(fonts->width(shown, false), room + 0.01);
