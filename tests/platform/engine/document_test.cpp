@@ -100,6 +100,10 @@ TEST(Document, showsEveryRowOnceOnAnyPaper) {
         const auto& order = document->data().content().index.rows;
         EXPECT_EQ(rows, std::vector<qint64>(order.begin(), order.end()));
         EXPECT_EQ(document->pageWidth(), one.setup.width);
+        int right = 0;
+        for (const Page page = document->page({1}); const PageItem& item : page.items)
+            right = std::max(right, (item.rect.left + item.rect.width).value);
+        EXPECT_NEAR(right, (one.setup.width - one.setup.right).value, 2) << "the columns take the whole width";
         EXPECT_THROW((void)document->page({document->pageCount() + 1}), base::Error);
         EXPECT_TRUE(document->pageLines({0}).isEmpty());
     }

@@ -148,6 +148,9 @@ TEST_F(ExportDocuments, plainTextStandsInColumns) {
         ++amounts;
     }
     EXPECT_GT(amounts, 200);
+    const qsizetype moneda = lines[heading].indexOf(u"Moneda");
+    for (const QString& line : lines.sliced(heading).filter(u"Total documente: "_s))
+        EXPECT_TRUE(line[moneda - 1].isSpace() && line[moneda].isUpper()) << qPrintable(line);
 }
 
 TEST_F(ExportDocuments, tellOfDocumentsWithoutARateWhereThereAreSome) {
