@@ -99,9 +99,8 @@ private:
     com::Ref<IConnection> m_connection;
 };
 
-/// How a window's thread spends the time in which a statement runs. The plain one calls on the same thread; the
-/// window's own (form/) runs the call on a worker, waits a third of a second and then keeps the window painted and
-/// cancellable.
+/// How a window's thread spends the time in which a statement runs: the window's own (form/) runs the call on a worker,
+/// waits a third of a second and then keeps the window painted and cancellable.
 class ICallRunner {
 public:
     virtual ~ICallRunner() = default;
@@ -110,12 +109,6 @@ public:
     /// @param call        owns what it touches: a call that does not come back after a cancel goes on by itself
     /// @throws Cancelled when the user stopped it or closed the window
     virtual void run(const Connection& connection, std::function<void()> call) = 0;
-};
-
-/// Calls on the calling thread.
-class DirectCallRunner final : public ICallRunner {
-public:
-    void run(const Connection&, std::function<void()> call) override { call(); }
 };
 
 }  // namespace velcoran::db

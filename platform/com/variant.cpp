@@ -51,48 +51,6 @@ Variant dereferenced(const Variant& argument) {
 
 }  // namespace
 
-void clearVariant(Variant& variant) {
-    const Variant old = std::exchange(variant, Variant());
-    if (old.type == kText) freeText(old.value.text);
-    if ((old.type == kUnknown || old.type == kDispatch) && old.value.unknown != nullptr) old.value.unknown->Release();
-}
-
-VariantHolder::VariantHolder(const QString& text) {
-    m_variant.type = kText;
-    m_variant.value.text = toText(text).release();
-}
-
-VariantHolder::VariantHolder(std::int32_t number) {
-    m_variant.type = kInt32;
-    m_variant.value.int32 = number;
-}
-
-VariantHolder::VariantHolder(IUnknown* object) {
-    m_variant.type = kUnknown;
-    m_variant.value.unknown = Ref<IUnknown>(object).release();
-}
-
-VariantHolder::VariantHolder(VariantHolder&& other) noexcept : m_variant(std::exchange(other.m_variant, Variant())) {}
-
-VariantHolder& VariantHolder::operator=(VariantHolder other) noexcept {
-    std::swap(m_variant, other.m_variant);
-    return *this;
-}
-
-VariantHolder::~VariantHolder() { clearVariant(m_variant); }
-
-VariantHolder VariantHolder::date(Date date) {
-    VariantHolder holder;
-    holder.m_variant.type = kDate;
-    holder.m_variant.value.date = date;
-    return holder;
-}
-
-Variant* VariantHolder::receive() {
-    clearVariant(m_variant);
-    return &m_variant;
-}
-
 HResult readText(const Variant& variant, QString& text) {
     const Variant value = dereferenced(variant);
     switch (value.type) {

@@ -7,32 +7,6 @@
 
 namespace velcoran::com {
 
-/// Owner of one variant: frees its text or releases its object.
-class VariantHolder {
-public:
-    VariantHolder() = default;
-    explicit VariantHolder(const QString& text);
-    explicit VariantHolder(std::int32_t number);
-    /// Shares an object under kUnknown; null stands for "no object".
-    explicit VariantHolder(IUnknown* object);
-    VariantHolder(const VariantHolder&) = delete;
-    VariantHolder(VariantHolder&& other) noexcept;
-    VariantHolder& operator=(VariantHolder other) noexcept;
-    ~VariantHolder();
-
-    static VariantHolder date(Date date);
-
-    [[nodiscard]] const Variant& get() const { return m_variant; }
-    /// Address for a function that returns a variant; what was held is freed first.
-    [[nodiscard]] Variant* receive();
-
-private:
-    Variant m_variant;
-};
-
-/// Frees what a variant owns (not what a reference points to) and leaves it empty.
-void clearVariant(Variant& variant);
-
 /// Reads an argument as a text: texts, numbers and truth values; an empty variant is the empty text.
 /// @return kOk; kTypeMismatch for null, objects and anything else
 HResult readText(const Variant& variant, QString& text);

@@ -33,6 +33,15 @@ qsizetype fittingLength(QStringView text, double room, bool isBold, const FontSe
     return low;
 }
 
+/// The same, but never nothing: a line takes one character however narrow it is.
+qsizetype lineLength(QStringView text, double room, bool isBold, const FontSet& fonts) {
+    const qsizetype fitting = fittingLength(text, room, isBold, fonts);
+    if (fitting > 0) return fitting;
+    qsizetype one = 1;
+    while (isInside(text, one)) ++one;
+    return one;
+}
+
 }  // namespace
 
 QString oneLine(const QString& text) {
@@ -56,7 +65,7 @@ QStringList wrapped(const QString& text, double room, bool isBold, int maxLines,
     QStringList lines;
     QString rest = text;
     while (lines.size() + 1 < maxLines && !(rest.size() <= kMaxCharacters && fonts.width(rest, isBold) <= room)) {
-        const qsizetype fitting = std::max<qsizetype>(1, fittingLength(rest, room, isBold, fonts));
+        const qsizetype fitting = lineLength(rest, room, isBold, fonts);
         const qsizetype blank =
             rest.size() > fitting && rest[fitting] == u' ' ? fitting : rest.lastIndexOf(u' ', fitting - 1);
         const qsizetype end = blank > 0 ? blank : fitting;

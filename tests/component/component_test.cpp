@@ -5,6 +5,7 @@
 #include "platform/com/variant.h"
 
 #include "support/test_data.h"
+#include "support/variant_holder.h"
 
 #include <velcoran/mesaje.h>
 #include <velcoran/velcoran.h>
@@ -118,8 +119,8 @@ TEST_F(Component, aCallByNameDoesWhatTheTableCallDoes) {
     std::int32_t member = 0;
     ASSERT_EQ(object->GetIDsOfNames(com::kReservedId, names, 1, 0, &member), com::kOk);
 
-    const com::VariantHolder kind(u"Import"_s), nothing(static_cast<com::IUnknown*>(nullptr)), prefix{QString()};
-    const com::VariantHolder date = com::VariantHolder::date(kDay);
+    const tests::VariantHolder kind(u"Import"_s), nothing(static_cast<com::IUnknown*>(nullptr)), prefix{QString()};
+    const tests::VariantHolder date = tests::VariantHolder::date(kDay);
     std::array<com::Variant, 4> arguments{prefix.get(), date.get(), nothing.get(), kind.get()};
     com::CallArguments call{arguments.data(), nullptr, 4, 0};
     com::ExceptionInformation exception{};

@@ -1,5 +1,6 @@
 #include "db/row_set.h"
 
+#include "support/direct_call_runner.h"
 #include "support/fake_connection.h"
 #include "support/test_data.h"
 
@@ -42,7 +43,7 @@ protected:
     }
 
     com::Ref<FakeConnection> fake = FakeConnection::create();
-    DirectCallRunner runner;
+    tests::DirectCallRunner runner;
 };
 
 TEST_F(RowSetTest, walksAcrossBlocksToTheEnd) {

@@ -1,6 +1,7 @@
 #include "filters/statement_database.h"
 
 #include "db/sqlite/database.h"
+#include "support/direct_call_runner.h"
 #include "support/test_data.h"
 
 #include <gtest/gtest.h>
@@ -22,7 +23,7 @@ StatementDatabase::StatementDatabase() {
 
 db::RowSet StatementDatabase::run(const QString& sql) const {
     db::RowSet rows;
-    db::DirectCallRunner runner;
+    tests::DirectCallRunner runner;
     rows.open(m_connection, sql, runner);
     return rows;
 }

@@ -2,6 +2,7 @@
 #include "lookup/fill.h"
 #include "lookup/grid_model.h"
 #include "lookup/type_ahead.h"
+#include "support/direct_call_runner.h"
 #include "support/fake_connection.h"
 #include "support/test_data.h"
 
@@ -22,7 +23,7 @@ protected:
     qsizetype open(const QString& sql) { return openLookup(rows, db::Connection(fake->asConnection()), sql, runner); }
 
     com::Ref<tests::FakeConnection> fake = tests::FakeConnection::create();
-    db::DirectCallRunner runner;
+    tests::DirectCallRunner runner;
     db::RowSet rows;
 };
 

@@ -109,7 +109,9 @@ TEST(FiltersInForce, areThoseThatTheStatementHas) {
     EXPECT_EQ(filtersInForce(state), QStringList());
     state.sCodProducator = u"P1"_s;
     state.cmbCategorie = u"Servicii"_s;
-    state.cmbCategorieIndex = 2;
+    state.cmbCategorieIndex = 0;
+    EXPECT_EQ(filtersInForce(state), QStringList{u"Producator: ALFA (P1)"_s});
+    state.cmbCategorieIndex = 1;
     state.field(filters::LookupField::txtGrupaProdus).text = u"ALIM"_s;
     state.field(filters::LookupField::txtTipClient).text = u"UE"_s;
     state.field(filters::LookupField::txtCodClient).text = u"ȘTIUCA SRL "_s;

@@ -2,6 +2,7 @@
 
 #include "base/decimal.h"
 #include "platform/com/error_information.h"
+#include "support/direct_call_runner.h"
 
 #include <cstring>
 
@@ -42,7 +43,7 @@ TEST_P(Contract, givesBlocksOfTheDescribedTypes) {
 
 TEST_P(Contract, keepsEveryValueWhole) {
     db::RowSet set;
-    db::DirectCallRunner runner;
+    tests::DirectCallRunner runner;
     set.open(m_connection, m_provider->values(), runner);
     ASSERT_EQ(set.recordCount(), 3);
     const QStringList first = {u"1"_s,    u"0007"_s,   u"Țuică și „ăâî” €"_s,
@@ -78,7 +79,7 @@ TEST_P(Contract, showsFloatsInTheDigitsThatPeopleWrite) {
     ASSERT_NE(block, nullptr);
     EXPECT_EQ(block->columns[2].type, ColumnType::Text) << "no decimal of 38 digits holds it";
     db::RowSet set;
-    db::DirectCallRunner runner;
+    tests::DirectCallRunner runner;
     set.open(m_connection, m_provider->floats(), runner);
     EXPECT_EQ(set.cell(0, 0), u"100000"_s);
     EXPECT_EQ(set.cell(0, 1), u"0.1"_s);
@@ -121,7 +122,7 @@ TEST_P(Contract, readsAllRowsWhateverTheBlocks) {
         EXPECT_EQ(sumSeries(rows, maxRows), sumTo(kCount)) << maxRows;
     }
     db::RowSet set;
-    db::DirectCallRunner runner;
+    tests::DirectCallRunner runner;
     set.open(m_connection, m_provider->series(kCount), runner);
     ASSERT_EQ(set.recordCount(), kCount);
     for (const int row : {0, 4095, 4096, kCount - 1}) EXPECT_EQ(set.cell(row, 1), u"rand %1"_s.arg(row + 1)) << row;

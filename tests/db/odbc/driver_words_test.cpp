@@ -101,6 +101,40 @@ TEST_F(DriverWords, tellOfOthersInTheWay) {
     EXPECT_EQ(outcome(connection, u"rows 5"_s).description(), u"5"_s);
 }
 
+TEST_F(DriverWords, ofABadRowFailTheWholeBlock) {
+    const db::Connection connection = open();
+    for (const int row : {1, 3, 5}) {
+        const base::Error failure =
+            outcome(connection, u"rows 5 bad %1 22003 8115 Arithmetic overflow error"_s.arg(row));
+        EXPECT_EQ(failure.number(), base::kStatementError) << row << failure.what();
+        EXPECT_EQ(failure.description(), u"Arithmetic overflow error"_s) << row;
+    }
+    EXPECT_EQ(outcome(connection, u"rows 5"_s).description(), u"5"_s);
+}
+
+/// Letters around the ends of a buffer and of the pieces in which a longer text is read.
+TEST_F(DriverWords, neverCutALongText) {
+    const QString script = u"texts 0 255 256 257 258 1 4095 4096 4097 12288 20000"_s;
+    QStringList expected;
+    for (const QString& length : script.split(u' ').sliced(1)) {
+        QString letters;
+        for (int i = 0; i < length.toInt(); ++i) letters.append(QChar(u'a' + i % 26));
+        expected.append(letters);
+    }
+    for (const QString& options : {u""_s, u"Reread=any"_s, u"Reread=block"_s}) {
+        const db::Connection connection = open(options);
+        const db::Rows rows = connection.execute(script);
+        QStringList texts;
+        while (const RowBlock* block = rows.fetch()) {
+            const ColumnBlock& column = block->columns[0];
+            const auto* letters = static_cast<const QChar*>(column.values);
+            for (std::uint32_t row = 0; row < block->rowCount; ++row)
+                texts.append(QString(letters + column.offsets[row], column.offsets[row + 1] - column.offsets[row]));
+        }
+        EXPECT_EQ(texts, expected) << qPrintable(options);
+    }
+}
+
 TEST_F(DriverWords, reachTheSinkWholeWithoutSecrets) {
     const db::Connection connection = open(u"ReadOnly=refused"_s);
     EXPECT_EQ(outcome(connection, u"warn 01000 5701 Changed to ascuns-77"_s).number(), 0);

@@ -1,3 +1,4 @@
+#include "support/direct_call_runner.h"
 #include "support/test_data.h"
 #include "test_file.h"
 
@@ -46,7 +47,7 @@ TEST(Blocks, takeTheirTypeFromTheValues) {
         EXPECT_EQ(block->columns[0].type, one.type) << one.values;
         EXPECT_EQ(block->columns[0].scale, one.scale) << one.values;
         db::RowSet set;
-        db::DirectCallRunner runner;
+        tests::DirectCallRunner runner;
         set.open(file.connection(), statement, runner);
         QStringList texts;
         for (qsizetype row = 0; row < set.recordCount(); ++row) texts.append(set.cell(row, 0));

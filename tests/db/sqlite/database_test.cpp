@@ -7,9 +7,14 @@
 
 #include <QFile>
 
+#include <atomic>
 #include <future>
+#include <thread>
 
 #include <gtest/gtest.h>
+
+#include <sys/syscall.h>
+#include <unistd.h>
 
 namespace velcoran::sqlite {
 namespace {
@@ -166,6 +171,17 @@ private:
     std::future<base::Error> m_ended;
 };
 
+/// Until a thread of this process waits for something, or is over.
+void awaitSleep(long thread) {
+    for (;;) {
+        QFile state(u"/proc/self/task/%1/stat"_s.arg(thread));
+        if (!state.open(QIODevice::ReadOnly)) return;
+        const QByteArray line = state.readAll();
+        if (line.isEmpty() || line.mid(line.lastIndexOf(')') + 2, 1) == "S") return;
+        std::this_thread::yield();
+    }
+}
+
 TEST(Database, isUsableAfterACancel) {
     const TestFile file(kOneYear);
     const db::Connection& connection = file.connection();
@@ -198,9 +214,16 @@ TEST(Database, cancelBetweenFetchesFailsTheNextOne) {
 TEST(Database, busyConnectionLetsCallsWaitTheirTurn) {
     const TestFile file(kOneYear);
     EndlessStatement endless(file);
-    auto waiting = std::async(std::launch::async, [&] { return file.value(u"SELECT 5"_s); });
-    // No order hangs on this time: a call that does not wait would give itself away in it.
-    EXPECT_EQ(waiting.wait_for(std::chrono::milliseconds(50)), std::future_status::timeout);
+    std::atomic_bool isCancelled = false;
+    std::promise<long> thread;
+    auto waiting = std::async(std::launch::async, [&] {
+        thread.set_value(syscall(SYS_gettid));
+        QString value = file.value(u"SELECT 5"_s);
+        EXPECT_TRUE(isCancelled) << "it did not wait for the other statement";
+        return value;
+    });
+    awaitSleep(thread.get_future().get());
+    isCancelled = true;
     endless.rows().cancel();
     EXPECT_EQ(endless.end(), base::kStopped);
     EXPECT_EQ(waiting.get(), u"5"_s) << "the other statement's cancel is not its own";

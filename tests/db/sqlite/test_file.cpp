@@ -2,6 +2,7 @@
 
 #include "db/row_set.h"
 #include "db/sqlite/database.h"
+#include "support/direct_call_runner.h"
 
 #include <sqlite3.h>
 
@@ -47,7 +48,7 @@ void TestFile::awaitReader() const {
 
 QString TestFile::value(const QString& statement) const {
     db::RowSet rows;
-    db::DirectCallRunner runner;
+    tests::DirectCallRunner runner;
     rows.open(m_connection, statement, runner);
     return rows.field(0).value_or(QStringLiteral("<null>"));
 }

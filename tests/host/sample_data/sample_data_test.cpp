@@ -3,6 +3,7 @@
 #include "base/error.h"
 #include "db/row_set.h"
 #include "db/sqlite/database.h"
+#include "support/direct_call_runner.h"
 #include "support/test_data.h"
 
 #include <QDir>
@@ -29,7 +30,7 @@ protected:
 
 QString firstValue(const QString& path, const QString& statement) {
     db::RowSet rows;
-    db::DirectCallRunner runner;
+    tests::DirectCallRunner runner;
     rows.open(db::Connection(sqlite::openDatabase(path)), statement, runner);
     return rows.field(0).value_or(QString());
 }

@@ -2,6 +2,7 @@
 #include "platform/com/class_factory.h"
 
 #include "support/test_data.h"
+#include "support/variant_holder.h"
 
 #include <gtest/gtest.h>
 
@@ -27,7 +28,7 @@ Variant variantOf(VariantType type, std::int64_t number) {
 }
 
 TEST(Variant, textsAreReadFromWhatCallersPass) {
-    const VariantHolder text(u"Import"_s);
+    const tests::VariantHolder text(u"Import"_s);
     double date = 46096.5;
     Variant reference;
     reference.type = kByReference | kDouble;
@@ -70,7 +71,7 @@ TEST(Variant, textsAreReadFromWhatCallersPass) {
 }
 
 TEST(Variant, datesAreReadFromWhatCallersPass) {
-    const VariantHolder iso(u"2026-03-15"_s), words(u"astazi"_s);
+    const tests::VariantHolder iso(u"2026-03-15"_s), words(u"astazi"_s);
     Date date = 0;
     EXPECT_EQ(readDate(iso.get(), date), kOk);
     EXPECT_EQ(dayOf(date), QDate(2026, 3, 15));
@@ -96,16 +97,16 @@ TEST(Variant, objectsAreCountedAndAskedForTheirInterface) {
     const auto before = livingObjects().load();
     {
         const Ref<IClassFactory> factory = makeFactory<ClassFactory>(ClassFactory::Maker());
-        const VariantHolder held(factory.get());
+        const tests::VariantHolder held(factory.get());
         Ref<IClassFactory> read;
         EXPECT_EQ(readObject(held.get(), IClassFactory::kId, read.receiveVoid()), kOk);
         EXPECT_EQ(read.get(), factory.get());
         Ref<IDispatch> other;
         EXPECT_EQ(readObject(held.get(), IDispatch::kId, other.receiveVoid()), kTypeMismatch);
-        const VariantHolder nothing(static_cast<IUnknown*>(nullptr));
+        const tests::VariantHolder nothing(static_cast<IUnknown*>(nullptr));
         EXPECT_EQ(readObject(nothing.get(), IClassFactory::kId, read.receiveVoid()), kOk);
         EXPECT_EQ(read.get(), nullptr);
-        EXPECT_EQ(readObject(VariantHolder(3).get(), IClassFactory::kId, read.receiveVoid()), kTypeMismatch);
+        EXPECT_EQ(readObject(tests::VariantHolder(3).get(), IClassFactory::kId, read.receiveVoid()), kTypeMismatch);
     }
     EXPECT_EQ(livingObjects().load(), before);
 }

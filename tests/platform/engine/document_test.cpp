@@ -100,8 +100,30 @@ TEST(Document, showsEveryRowOnceOnAnyPaper) {
         const auto& order = document->data().content().index.rows;
         EXPECT_EQ(rows, std::vector<qint64>(order.begin(), order.end()));
         EXPECT_EQ(document->pageWidth(), one.setup.width);
+        int right = 0;
+        for (const Page page = document->page({1}); const PageItem& item : page.items)
+            right = std::max(right, (item.rect.left + item.rect.width).value);
+        EXPECT_NEAR(right, (one.setup.width - one.setup.right).value, 2) << "the columns take the whole width";
         EXPECT_THROW((void)document->page({document->pageCount() + 1}), base::Error);
         EXPECT_TRUE(document->pageLines({0}).isEmpty());
+    }
+}
+
+TEST(Document, showsEveryRowAlsoWithMarginsWiderThanTheSheet) {
+    PageSetup wide = pageSetup(u"A5"_s, true, {200});
+    wide.left = wide.right = wide.width;
+    for (const PageSetup& setup : {wide, pageSetup(u"A5"_s, true, {7000})}) {
+        ReportRun run(answerOf(sampleRows(40, 5)));
+        const auto document = run.document(setup);
+        QSet<qint64> rows;
+        for (int number = 1; number <= document->pageCount(); ++number) {
+            const Page page = document->page({number});
+            for (const PageItem& item : page.items) {
+                if (item.row >= 0) rows.insert(item.row);
+                EXPECT_GE(item.rect.width.value, 0) << item.field.toStdString();
+            }
+        }
+        EXPECT_EQ(rows.size(), 40);
     }
 }
 
@@ -251,6 +273,9 @@ TEST(Search, findsEveryHitRoundTheReport) {
     EXPECT_EQ(search.previous(std::nullopt, go), hits.back());
     EXPECT_EQ(Search(document, u"nicaieri"_s).next(std::nullopt, go), std::nullopt);
     EXPECT_EQ(Search(document, {}).count(go), 0);
+    Row row;
+    row.number = u"7777777"_s;
+    EXPECT_EQ(Search(ReportRun(answerOf({row})).document(), u"777"_s).count(go), 2) << "hits do not overlap";
     const std::atomic_bool stop = true;
     EXPECT_THROW((void)search.count(stop), base::Cancelled);
 }

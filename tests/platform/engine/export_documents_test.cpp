@@ -148,6 +148,27 @@ TEST_F(ExportDocuments, plainTextStandsInColumns) {
         ++amounts;
     }
     EXPECT_GT(amounts, 200);
+    const qsizetype moneda = lines[heading].indexOf(u"Moneda");
+    for (const QString& line : lines.sliced(heading).filter(u"Total documente: "_s))
+        EXPECT_TRUE(line[moneda - 1].isSpace() && line[moneda].isUpper()) << qPrintable(line);
+}
+
+TEST_F(ExportDocuments, tellOfDocumentsWithoutARateWhereThereAreSome) {
+    for (const bool hasAll : {true, false}) {
+        std::vector<Row> rows(2);
+        if (!hasAll) rows[1].rate = std::nullopt;
+        const auto document = ReportRun(answerOf(rows)).document();
+        QStringList shown{document->pageLines({1}).join(u'\n')};
+        for (const int type : {kHtml, kPlainText}) shown.append(QString::fromUtf8(exported(type, document)));
+        exported(kOdt, document);
+        shown.append(QString::fromUtf8(entry(path(u"raport"_s), u"content.xml"_s)));
+        exported(kXlsx, document);
+        shown.append(QString::fromUtf8(entry(path(u"raport"_s), u"xl/worksheets/sheet2.xml"_s)));
+        for (const QString& text : shown) {
+            EXPECT_EQ(text.contains(u"fara curs: 1"_s), !hasAll) << shown.indexOf(text);
+            EXPECT_EQ(text.contains(u"fara curs"_s), !hasAll) << shown.indexOf(text);
+        }
+    }
 }
 
 TEST_F(ExportDocuments, sayThatThereIsNothing) {
