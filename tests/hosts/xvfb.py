@@ -5,7 +5,7 @@ import signal
 import subprocess
 
 # Far from those that people use, and apart from those of another run of these tests.
-FIRST_DISPLAY = int(os.environ.get("VELCORAN_TEST_DISPLAY", 4100 + os.getpid() % 40 * 1000))
+FIRST_DISPLAY = int(os.environ.get("VELCORAN_TEST_DISPLAY", 4100 + os.getpid() % 20 * 1000))
 
 
 @contextlib.contextmanager
