@@ -1,5 +1,6 @@
 #include "host/dialogs.h"
 
+#include "platform/com/choice_text.h"
 #include "platform/com/class_factory.h"
 #include "system/file_name.h"
 
@@ -31,12 +32,6 @@ public:
 private:
     std::shared_ptr<DialogScript> m_script;
 };
-
-/// Puts a text into a choice; what stood there is freed by whoever replaces it.
-void replace(com::Bstr& place, const QString& text) {
-    com::freeText(place);
-    place = com::toText(text).release();
-}
 
 class ExportDialog final : public com::Object<IExportDialog> {
 public:
@@ -74,7 +69,7 @@ public:
             const auto answer = m_script->open(u"print"_s);
             if (!answer) return com::kFalse;
             if (answer->contains(u"file"_s))
-                replace(choice->file, system::fullName(answer->value(u"file"_s).toString()));
+                com::replaceText(choice->file, system::fullName(answer->value(u"file"_s).toString()));
             choice->firstPage = answer->value(u"from"_s, 1).toInt();
             choice->lastPage = answer->value(u"to"_s, 0).toInt();
             choice->copies = answer->value(u"copies"_s, 1).toInt();
@@ -94,7 +89,7 @@ public:
         return com::guarded([&]() -> com::HResult {
             const auto answer = m_script->open(u"printersetup"_s);
             if (!answer) return com::kFalse;
-            if (answer->contains(u"paper"_s)) replace(setup->paper, answer->value(u"paper"_s).toString());
+            if (answer->contains(u"paper"_s)) com::replaceText(setup->paper, answer->value(u"paper"_s).toString());
             const QString orientation = answer->value(u"orientation"_s).toString();
             if (!orientation.isEmpty()) setup->orientation = orientation == u"landscape" ? kLandscape : kPortrait;
             return com::kOk;

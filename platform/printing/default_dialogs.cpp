@@ -1,5 +1,6 @@
 #include "platform/printing/default_dialogs.h"
 
+#include "platform/com/choice_text.h"
 #include "platform/com/object.h"
 #include "platform/printing/dialog_language.h"
 #include "platform/printing/dialog_runner.h"
@@ -10,12 +11,6 @@
 namespace velcoran::printing {
 
 namespace {
-
-/// Puts a text into a choice; what stood there is freed by whoever replaces it.
-void replace(com::Bstr& place, const QString& text) {
-    com::freeText(place);
-    place = com::toText(text).release();
-}
 
 class OwnExportDialog final : public com::Object<IExportDialog> {
 public:
@@ -48,8 +43,8 @@ public:
                                  choice->copies,
                                  choice->isCollated != 0};
             if (!choosePrint(widgetOf(window), pageCount, request)) return com::kFalse;
-            replace(choice->printer, request.printer);
-            replace(choice->file, request.file);
+            com::replaceText(choice->printer, request.printer);
+            com::replaceText(choice->file, request.file);
             choice->firstPage = request.firstPage;
             choice->lastPage = request.lastPage;
             choice->copies = request.copies;
@@ -74,8 +69,8 @@ public:
                                       defaultPrinterName(), start);
             if (!runDialog(dialog)) return com::kFalse;
             const engine::PageSetup chosen = dialog.setup();
-            replace(setup->printer, dialog.printer());
-            replace(setup->paper, chosen.paper);
+            com::replaceText(setup->printer, dialog.printer());
+            com::replaceText(setup->paper, chosen.paper);
             setup->orientation = chosen.isLandscape ? kLandscape : kPortrait;
             setup->left = chosen.left.value;
             setup->top = chosen.top.value;
