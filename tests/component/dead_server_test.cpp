@@ -22,14 +22,6 @@ namespace {
 constexpr com::Date kDay = 46096;  // 15 March 2026
 constexpr std::int32_t kStop = -2147467260;
 
-FakeAnswer reportColumns() {
-    FakeAnswer answer;
-    for (const char16_t* name : {u"TipRaport", u"CodClient", u"NumeClient", u"DataDoc", u"NumarFactura", u"ValoareNeta",
-                                 u"ValoareTVA", u"ValoareBruta", u"Moneda", u"CursValutar", u"ValoareTaxe"})
-        answer.columns.append({QString::fromUtf16(name)});
-    return answer;
-}
-
 /// The library as a host has it, over a server that stops answering.
 struct DeadServer : testing::Test {
     DeadServer() {

@@ -25,14 +25,8 @@ const QString kLookup = u"FROM Agenti"_s;
 const QString kReport = u"AS TipRaport"_s;
 const QString kWarehouses = u"FROM Depozite"_s;
 
-FakeAnswer reportColumns() {
-    FakeAnswer answer;
-    for (const char16_t* name : {u"TipRaport", u"CodClient", u"NumeClient", u"DataDoc", u"NumarFactura", u"ValoareNeta",
-                                 u"ValoareTVA", u"ValoareBruta", u"Moneda", u"CursValutar", u"ValoareTaxe"}) {
-        const QString column = QString::fromUtf16(name);
-        const bool isAmount = column.startsWith(u"Valoare") || column == u"CursValutar"_s;
-        answer.columns.append({column, isAmount ? ColumnType::Decimal64 : ColumnType::Text, isAmount ? 2 : 0});
-    }
+FakeAnswer oneInvoice() {
+    FakeAnswer answer = reportColumns();
     answer.rows = {{u"Furnizor"_s, u"F1"_s, u"ALFA"_s, u"05/07/2003"_s, u"100"_s, u"10.00"_s, u"1.90"_s, u"11.90"_s,
                     u"EUR"_s, u"4.97"_s, u"0.00"_s}};
     return answer;
@@ -67,7 +61,7 @@ private:
 class StopsTest : public FormTest {
 protected:
     StopsTest() {
-        connection->answer(kReport, reportColumns());
+        connection->answer(kReport, oneInvoice());
         setUpFor(u"Import"_s);
         connection->clearCalls();
     }
@@ -80,7 +74,7 @@ protected:
     void run() { QTest::mouseClick(find<QWidget>("Raport"), Qt::LeftButton); }
     /// The report's statement takes so long before it brings a row.
     void slowReport(std::chrono::milliseconds time, bool isDeaf) {
-        FakeAnswer slow = reportColumns();
+        FakeAnswer slow = oneInvoice();
         slow.fetchDelay = time;
         slow.isDeaf = isDeaf;
         connection->answer(kReport, slow);
@@ -147,13 +141,13 @@ TEST_F(StopsTest, escStopsTheLoadWhereverTheFocusIs) {
     }
     connection->answerAtLast();
     ASSERT_TRUE(waitFor([] { return db::keeper().isEmpty(); }));
-    connection->answer(kReport, reportColumns());
+    connection->answer(kReport, oneInvoice());
     run();
     ASSERT_TRUE(waitFor([this] { return viewer()->hasReport(); })) << "the stop is not left for the next statement";
 }
 
 TEST_F(StopsTest, aDriverThatMissesACancelHearsTheNext) {
-    FakeAnswer slow = reportColumns();
+    FakeAnswer slow = oneInvoice();
     slow.fetchDelay = 30s;
     slow.cancelsNeeded = 3;
     connection->answer(kReport, slow);
@@ -183,7 +177,7 @@ TEST_F(StopsTest, aHostsEscForAllItsWindowsLeavesTheStop) {
 }
 
 TEST_F(StopsTest, escInTheWaitStateOfAFailedRunDoesNothing) {
-    FakeAnswer bad = reportColumns();
+    FakeAnswer bad = oneInvoice();
     bad.openError = base::Error(base::kStatementError, u"bad"_s);
     connection->answer(kReport, bad);
     run();
@@ -195,7 +189,7 @@ TEST_F(StopsTest, escInTheWaitStateOfAFailedRunDoesNothing) {
 
 TEST_F(StopsTest, aStoppedPreparationLeavesTheWindowAsItWas) {
     for (const bool isDeaf : {false, true}) {
-        FakeAnswer slow = reportColumns();
+        FakeAnswer slow = oneInvoice();
         slow.openDelay = 30s;
         slow.isDeaf = isDeaf;
         connection->answer(kReport, slow);
@@ -327,7 +321,7 @@ TEST_F(StopsTest, withoutAConnectionTheRunEndsBeforeTheWaitState) {
 }
 
 TEST_F(StopsTest, aCallEndsWhatIsLeftStanding) {
-    FakeAnswer bad = reportColumns();
+    FakeAnswer bad = oneInvoice();
     bad.openError = base::Error(base::kStatementError, u"bad"_s);
     connection->answer(kReport, bad);
     run();
@@ -389,7 +383,7 @@ TEST_F(StopsTest, anyMomentMayEndALoad) {
                                                                         window.close();
                                                                         setUpFor(u"Import"_s);
                                                                     }}};
-    FakeAnswer slow = reportColumns();
+    FakeAnswer slow = oneInvoice();
     slow.repeat = 8;
     slow.openDelay = 2ms;
     slow.runDelay = 3ms;

@@ -336,4 +336,15 @@ com::HResult FakeConnection::Cancel() {
     return com::kOk;
 }
 
+FakeAnswer reportColumns() {
+    FakeAnswer answer;
+    for (const char16_t* name : {u"TipRaport", u"CodClient", u"NumeClient", u"DataDoc", u"NumarFactura", u"ValoareNeta",
+                                 u"ValoareTVA", u"ValoareBruta", u"Moneda", u"CursValutar", u"ValoareTaxe"}) {
+        const QString column = QString::fromUtf16(name);
+        const bool isAmount = column.startsWith(u"Valoare") || column == QStringLiteral("CursValutar");
+        answer.columns.append({column, isAmount ? ColumnType::Decimal64 : ColumnType::Text, isAmount ? 2 : 0});
+    }
+    return answer;
+}
+
 }  // namespace velcoran::tests

@@ -60,6 +60,9 @@ struct FakeAnswer {
     std::function<void()> meanwhile = {};
 };
 
+/// The columns of a report's statement, amounts with two places; no rows.
+[[nodiscard]] FakeAnswer reportColumns();
+
 /// A statement that reached the connection.
 struct FakeCall {
     QString via;  ///< "execute", "recordset", "prepare" or "run"
