@@ -54,7 +54,7 @@ format:
 	tools/install-packages lint
 	git ls-files '*.h' '*.cpp' | xargs clang-format -i
 
-## Format, spelling and layers first, then static analysis.
+## Format and spelling first, then static analysis.
 lint: lint-fast lint-deep
 
 lint-fast:

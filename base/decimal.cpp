@@ -1,6 +1,6 @@
-#include "base/decimal.h"
+#include "decimal.h"
 
-#include "base/error.h"
+#include "error.h"
 
 namespace velcoran::base {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/int128.h"
+#include "int128.h"
 
 #include <QString>
 #include <QStringView>

@@ -1,4 +1,4 @@
-#include "base/error.h"
+#include "error.h"
 
 #include <new>
 #include <system_error>

@@ -1,4 +1,4 @@
-#include "base/int128.h"
+#include "int128.h"
 
 #include <array>
 

@@ -1,6 +1,6 @@
-#include "base/real_text.h"
+#include "real_text.h"
 
-#include "base/int128.h"
+#include "int128.h"
 
 #include <charconv>
 #include <cmath>

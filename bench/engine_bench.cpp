@@ -1,10 +1,10 @@
 // Grouping, layout, pages and PDF of large reports. The first argument of each measurement is the number of rows, the
 // second the number of partners.
-#include "platform/engine/definition.h"
-#include "platform/engine/document.h"
-#include "platform/engine/export_pdf.h"
-#include "platform/engine/group_rows.h"
-#include "platform/engine/report.h"
+#include "report/data/group_rows.h"
+#include "report/export/pdf/pdf.h"
+#include "report/layout/definition.h"
+#include "report/layout/document.h"
+#include "report/report.h"
 
 #include <QBuffer>
 #include <QGuiApplication>
@@ -17,7 +17,7 @@
 
 using namespace Qt::StringLiterals;
 using namespace velcoran;
-using namespace velcoran::engine;
+using namespace velcoran::report;
 
 namespace {
 
@@ -57,7 +57,7 @@ std::shared_ptr<const ReportData> makeData(RowStore rows) {
 
 std::shared_ptr<const Document> makeDocument(std::shared_ptr<const ReportData> data) {
     const Report report(definitionNamed(u"CRFacturiImport"_s));
-    return std::make_shared<const Document>(std::move(data), report, designedSetup(report.definition()),
+    return std::make_shared<const Document>(std::move(data), report.snapshot(), designedSetup(report.definition()),
                                             QDateTime(QDate(2026, 7, 22), QTime(9, 5)));
 }
 

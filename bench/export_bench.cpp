@@ -1,11 +1,11 @@
 // Exports of large reports beside a bare loop that writes the same cells. The argument is the number of rows.
-#include "platform/engine/definition.h"
-#include "platform/engine/document.h"
-#include "platform/engine/export_formats.h"
-#include "platform/engine/group_rows.h"
-#include "platform/engine/page.h"
-#include "platform/engine/report.h"
-#include "platform/engine/report_content.h"
+#include "report/data/group_rows.h"
+#include "report/data/report_content.h"
+#include "report/export/formats.h"
+#include "report/layout/definition.h"
+#include "report/layout/document.h"
+#include "report/layout/page.h"
+#include "report/report.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -22,7 +22,7 @@
 
 using namespace Qt::StringLiterals;
 using namespace velcoran;
-using namespace velcoran::engine;
+using namespace velcoran::report;
 
 namespace {
 
@@ -79,7 +79,7 @@ std::shared_ptr<const Document> makeDocument(const std::vector<BareRow>& rows) {
     const std::atomic_bool stop = false;
     auto data = std::make_shared<const ReportData>(groupRows(std::move(store), Grouping::Partner, stop));
     const Report report(definitionNamed(u"CRFacturiImport"_s));
-    return std::make_shared<const Document>(std::move(data), report, designedSetup(report.definition()),
+    return std::make_shared<const Document>(std::move(data), report.snapshot(), designedSetup(report.definition()),
                                             QDateTime(QDate(2026, 7, 22), QTime(9, 5)));
 }
 

@@ -1,22 +1,37 @@
-# Every folder is a target of its own whose headers are reachable only through it: each listed header is linked into an
-# include root that belongs to the target alone, so an include of a layer that the target does not link cannot compile.
+# Every folder is a target of its own. Its public headers are linked into an include root that belongs to the target alone,
+# so an include of a layer that no target on the way links cannot compile; its private headers stand in the root of its
+# tests alone. `tools/check_layers.py` reads what is recorded here and asks for the rest: that each include is linked directly.
 
-# velcoran_layer(<folder> HEADERS ... SOURCES ... LINKS ... PRIVATE_LINKS ... [MOC] [WIDGETS])
-#   target velcoran_<folder with _ for />, a static library; headers are included as "<folder>/<header>".
+# velcoran_header_root(<root> <folder> <header> ...)
+function(velcoran_header_root root folder)
+    file(MAKE_DIRECTORY ${root}/${folder})
+    foreach(header ${ARGN})
+        file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR}/${header} ${root}/${folder}/${header} SYMBOLIC)
+    endforeach()
+endfunction()
+
+# velcoran_layer(<folder> HEADERS ... PRIVATE_HEADERS ... SOURCES ... LINKS ... PRIVATE_LINKS ... [MOC] [WIDGETS])
+#   target velcoran_<folder with _ for />, a static library; its public headers are included as "<folder>/<header>".
+#   HEADERS are for whoever links the target, PRIVATE_HEADERS for the folder and, through <target>_inside, its tests.
+#   LINKS are what the public headers need, PRIVATE_LINKS the rest.
 #   MOC runs the meta-object compiler, WIDGETS takes the precompiled header with the widget classes.
 function(velcoran_layer folder)
-    cmake_parse_arguments(LAYER "MOC;WIDGETS" "" "HEADERS;SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
+    cmake_parse_arguments(LAYER "MOC;WIDGETS" "" "HEADERS;PRIVATE_HEADERS;SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
     string(REPLACE "/" "_" name ${folder})
     set(target velcoran_${name})
     set(root ${CMAKE_BINARY_DIR}/layers/${name})
-    file(MAKE_DIRECTORY ${root}/${folder})
-    foreach(header ${LAYER_HEADERS})
-        file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR}/${header} ${root}/${folder}/${header} SYMBOLIC)
-    endforeach()
-    add_library(${target} STATIC ${LAYER_SOURCES} ${LAYER_HEADERS})
+    file(REMOVE_RECURSE ${root} ${root}_inside)
+    velcoran_header_root(${root} ${folder} ${LAYER_HEADERS})
+    velcoran_header_root(${root}_inside ${folder} ${LAYER_HEADERS} ${LAYER_PRIVATE_HEADERS})
+    add_library(${target} STATIC ${LAYER_SOURCES} ${LAYER_HEADERS} ${LAYER_PRIVATE_HEADERS})
     target_include_directories(${target} PUBLIC ${root})
     target_link_libraries(${target} PUBLIC ${LAYER_LINKS} PRIVATE velcoran_build_options ${LAYER_PRIVATE_LINKS})
-    set_target_properties(${target} PROPERTIES VELCORAN_LAYER ${folder})
+    set_property(GLOBAL APPEND PROPERTY VELCORAN_LAYERS ${target})
+    set_target_properties(${target} PROPERTIES
+        VELCORAN_LAYER ${folder} VELCORAN_HEADERS "${LAYER_HEADERS}" VELCORAN_PRIVATE_HEADERS "${LAYER_PRIVATE_HEADERS}")
+    add_library(${target}_inside INTERFACE)
+    target_include_directories(${target}_inside INTERFACE ${root}_inside)
+    target_link_libraries(${target}_inside INTERFACE ${target} ${LAYER_PRIVATE_LINKS})
     if(LAYER_MOC)
         set_target_properties(${target} PROPERTIES AUTOMOC ON)
         add_dependencies(velcoran_generated ${target}_autogen)
@@ -28,6 +43,19 @@ function(velcoran_layer folder)
         target_precompile_headers(${target} REUSE_FROM velcoran_pch_core)
         target_link_libraries(${target} PUBLIC Qt6::Core Qt6::Gui)
     endif()
+endfunction()
+
+# velcoran_record_layers(): layers.txt in the build folder, five lines a layer, for tools/check_layers.py: its folder, its
+# public and its private headers, its links, and those that it hands on.
+function(velcoran_record_layers)
+    get_property(targets GLOBAL PROPERTY VELCORAN_LAYERS)
+    foreach(target ${targets})
+        foreach(property VELCORAN_LAYER VELCORAN_HEADERS VELCORAN_PRIVATE_HEADERS LINK_LIBRARIES INTERFACE_LINK_LIBRARIES)
+            get_target_property(value ${target} ${property})
+            string(APPEND record "${value}\n")
+        endforeach()
+    endforeach()
+    file(WRITE ${CMAKE_BINARY_DIR}/layers.txt "${record}")
 endfunction()
 
 # velcoran_test(<name> SOURCES ... LINKS ... [WIDGETS] [MOC] [SLOW] [ENVIRONMENT ...])

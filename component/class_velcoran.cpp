@@ -1,9 +1,9 @@
-#include "component/class_velcoran.h"
+#include "class_velcoran.h"
 
-#include "component/component.h"
+#include "component.h"
 
-#include "platform/com/dispatch.h"
-#include "platform/com/variant.h"
+#include "com/dispatch.h"
+#include "com/variant.h"
 
 #include <array>
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "component/window_thread.h"
+#include "window_thread.h"
 
-#include "platform/com/host_objects.h"
+#include "com/host_objects.h"
 
 namespace velcoran::component {
 

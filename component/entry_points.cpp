@@ -1,6 +1,6 @@
-#include "component/component.h"
-#include "component/registration.h"
-#include "component/velcoran_factory.h"
+#include "component.h"
+#include "registration.h"
+#include "velcoran_factory.h"
 
 #include "db/keeper.h"
 

@@ -1,6 +1,6 @@
-#include "component/exit_stop.h"
+#include "exit_stop.h"
 
-#include "component/component.h"
+#include "component.h"
 
 #include <QCoreApplication>
 #include <QThread>

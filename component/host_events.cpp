@@ -1,6 +1,6 @@
-#include "component/host_events.h"
+#include "host_events.h"
 
-#include "platform/com/error_information.h"
+#include "com/error_information.h"
 
 #include <QCoreApplication>
 #include <QEvent>

@@ -1,6 +1,6 @@
-#include "component/message_dialog.h"
+#include "message_dialog.h"
 
-#include "platform/desktop/own_look.h"
+#include "desktop/own_look.h"
 
 #include <QApplication>
 #include <QMessageBox>

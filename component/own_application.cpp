@@ -1,8 +1,8 @@
-#include "component/own_application.h"
+#include "own_application.h"
 
 #include "base/error.h"
-#include "system/display.h"
-#include "system/qt_platforms.h"
+#include "system/display/display.h"
+#include "system/display/qt_platforms.h"
 
 #include <QApplication>
 #include <QThread>

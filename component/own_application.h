@@ -1,6 +1,6 @@
 #pragma once
 
-#include "component/exit_stop.h"
+#include "exit_stop.h"
 
 class QApplication;
 

@@ -1,6 +1,6 @@
-#include "component/registration.h"
+#include "registration.h"
 
-#include "platform/com/registry.h"
+#include "com/registry.h"
 #include "system/file_name.h"
 
 #include <velcoran/velcoran.h>

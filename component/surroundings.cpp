@@ -1,8 +1,8 @@
-#include "component/surroundings.h"
+#include "surroundings.h"
 
-#include "component/message_dialog.h"
-#include "platform/com/registry.h"
-#include "platform/printing/default_dialogs.h"
+#include "com/registry.h"
+#include "dialogs/default_dialogs.h"
+#include "message_dialog.h"
 
 #include "base/error.h"
 
@@ -33,17 +33,17 @@ com::Ref<IMesaje> HostSurroundings::newInstalledMesaje() {
 
 com::Ref<IExportDialog> HostSurroundings::newExportDialog() {
     if (auto registered = m_objects.create<IExportDialog>(kClassExportDialog)) return registered;
-    return printing::makeExportDialog();
+    return dialogs::makeExportDialog();
 }
 
 com::Ref<IPrintDialog> HostSurroundings::newPrintDialog() {
     if (auto registered = m_objects.create<IPrintDialog>(kClassPrintDialog)) return registered;
-    return printing::makePrintDialog();
+    return dialogs::makePrintDialog();
 }
 
 com::Ref<IPrinterSetupDialog> HostSurroundings::newPrinterSetupDialog() {
     if (auto registered = m_objects.create<IPrinterSetupDialog>(kClassPrinterSetupDialog)) return registered;
-    return printing::makePrinterSetupDialog();
+    return dialogs::makePrinterSetupDialog();
 }
 
 std::unique_ptr<form::IOutput> HostSurroundings::newOutput(QWidget& window, form::Activity& activity) {

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "component/host_events.h"
-#include "form/report_output.h"
-#include "form/surroundings.h"
+#include "form/run/report_output.h"
+#include "form/run/surroundings.h"
+#include "host_events.h"
 
-#include "platform/com/activation.h"
-#include "platform/com/host_objects.h"
+#include "com/activation.h"
+#include "com/host_objects.h"
 
 #include <optional>
 

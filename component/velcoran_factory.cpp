@@ -1,7 +1,7 @@
-#include "component/velcoran_factory.h"
+#include "velcoran_factory.h"
 
-#include "component/class_velcoran.h"
-#include "component/component.h"
+#include "class_velcoran.h"
+#include "component.h"
 #include "db/fence.h"
 
 namespace velcoran::component {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/com/class_factory.h"
+#include "com/class_factory.h"
 
 #include <velcoran/window.h>
 

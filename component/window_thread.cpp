@@ -1,6 +1,6 @@
-#include "component/window_thread.h"
+#include "window_thread.h"
 
-#include "component/component.h"
+#include "component.h"
 #include "form/rpt_stoc.h"
 
 #include "base/error.h"

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "component/host_events.h"
-#include "component/own_application.h"
-#include "component/surroundings.h"
 #include "db/release_watch.h"
+#include "host_events.h"
+#include "own_application.h"
+#include "surroundings.h"
 
 #include <velcoran/connection.h>
 

@@ -1,4 +1,4 @@
-#include "db/block_check.h"
+#include "block_check.h"
 
 #include "base/int128.h"
 

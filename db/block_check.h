@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/connection.h"
+#include "connection.h"
 
 namespace velcoran::db {
 

@@ -1,8 +1,8 @@
-#include "db/connection.h"
+#include "connection.h"
 
-#include "db/block_check.h"
-#include "db/keeper.h"
-#include "platform/com/error_information.h"
+#include "block_check.h"
+#include "com/error_information.h"
+#include "keeper.h"
 
 namespace velcoran::db {
 

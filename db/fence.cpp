@@ -1,6 +1,6 @@
-#include "db/fence.h"
+#include "fence.h"
 
-#include "db/forwarding.h"
+#include "forwarding.h"
 
 #include <algorithm>
 #include <string>

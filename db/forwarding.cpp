@@ -1,6 +1,6 @@
-#include "db/forwarding.h"
+#include "forwarding.h"
 
-#include "db/connection.h"
+#include "connection.h"
 
 namespace velcoran::db {
 

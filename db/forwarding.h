@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/com/object.h"
+#include "com/object.h"
 
 #include <velcoran/connection.h>
 

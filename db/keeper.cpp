@@ -1,4 +1,4 @@
-#include "db/keeper.h"
+#include "keeper.h"
 
 #include <algorithm>
 #include <cstddef>

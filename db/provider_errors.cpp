@@ -1,4 +1,4 @@
-#include "db/provider_errors.h"
+#include "provider_errors.h"
 
 namespace velcoran::db {
 

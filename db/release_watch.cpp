@@ -1,6 +1,6 @@
-#include "db/release_watch.h"
+#include "release_watch.h"
 
-#include "db/forwarding.h"
+#include "forwarding.h"
 
 #include <map>
 #include <mutex>

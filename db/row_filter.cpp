@@ -1,4 +1,4 @@
-#include "db/row_filter.h"
+#include "row_filter.h"
 
 #include "base/error.h"
 

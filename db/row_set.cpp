@@ -1,6 +1,6 @@
-#include "db/row_set.h"
+#include "row_set.h"
 
-#include "db/row_store.h"
+#include "row_store.h"
 
 namespace velcoran::db {
 

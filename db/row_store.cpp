@@ -1,4 +1,4 @@
-#include "db/row_store.h"
+#include "row_store.h"
 
 #include "base/decimal.h"
 #include "base/error.h"

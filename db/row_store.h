@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/row_filter.h"
+#include "row_filter.h"
 
 #include <QString>
 

@@ -1,6 +1,6 @@
-#include "filters/codes.h"
+#include "codes.h"
 
-#include "filters/fragments.h"
+#include "fragments.h"
 
 namespace velcoran::filters {
 

@@ -1,4 +1,4 @@
-#include "filters/fragments.h"
+#include "fragments.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "filters/lookup_fields.h"
+#include "lookup_fields.h"
 
 namespace velcoran::filters {
 

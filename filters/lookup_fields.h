@@ -1,6 +1,6 @@
 #pragma once
 
-#include "filters/filter_state.h"
+#include "filter_state.h"
 
 #include <QStringView>
 

@@ -1,4 +1,4 @@
-#include "form/loaded_window.h"
+#include "loaded_window.h"
 
 namespace velcoran::form {
 

@@ -1,13 +1,13 @@
 #pragma once
 
-#include "form/context.h"
-#include "form/filter_panel.h"
-#include "form/keyboard.h"
-#include "form/picker.h"
-#include "form/report_run.h"
-#include "form/setup.h"
-#include "form/viewer_events.h"
-#include "form/wait_state.h"
+#include "form/panel/context.h"
+#include "form/panel/filter_panel.h"
+#include "form/panel/keyboard.h"
+#include "form/panel/picker.h"
+#include "form/run/report_run.h"
+#include "form/run/viewer_events.h"
+#include "form/run/wait_state.h"
+#include "setup.h"
 
 #include <memory>
 

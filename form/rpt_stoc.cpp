@@ -1,16 +1,16 @@
-#include "form/rpt_stoc.h"
+#include "rpt_stoc.h"
 
-#include "form/activity.h"
-#include "form/blocked.h"
-#include "form/call_runner.h"
-#include "form/held_keys.h"
-#include "form/loaded_window.h"
-#include "form/message.h"
-#include "form/surroundings.h"
-#include "form/window_icon.h"
-#include "platform/controls/second_press.h"
-#include "platform/desktop/own_look.h"
-#include "report/output.h"
+#include "controls/input/second_press.h"
+#include "desktop/own_look.h"
+#include "form/busy/activity.h"
+#include "form/busy/blocked.h"
+#include "form/busy/call_runner.h"
+#include "form/busy/held_keys.h"
+#include "form/busy/message.h"
+#include "form/rules/messages.h"
+#include "form/run/surroundings.h"
+#include "loaded_window.h"
+#include "window_icon.h"
 
 #include <QCloseEvent>
 #include <QCoreApplication>
@@ -128,7 +128,7 @@ void RptStoc::Private::onIdle() {
 }
 
 void RptStoc::Private::showFailure(const base::Error& error) {
-    const report::Message message = report::runFailureMessage(error, m_window.windowTitle());
+    const Message message = runFailureMessage(error, m_window.windowTitle());
     showMessage(activity, members.objMesaje, message.text, message.style, message.title);
 }
 

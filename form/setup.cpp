@@ -1,11 +1,11 @@
-#include "form/setup.h"
+#include "setup.h"
 
 #include "db/row_store.h"
 #include "filters/codes.h"
-#include "form/activate_window.h"
-#include "form/activity.h"
-#include "form/setup_values.h"
-#include "form/surroundings.h"
+#include "form/busy/activity.h"
+#include "form/rules/setup_values.h"
+#include "form/run/activate_window.h"
+#include "form/run/surroundings.h"
 
 #include <QWidget>
 

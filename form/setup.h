@@ -1,6 +1,6 @@
 #pragma once
 
-#include "form/context.h"
+#include "form/panel/context.h"
 
 #include <QDate>
 

@@ -1,4 +1,4 @@
-#include "form/window_icon.h"
+#include "window_icon.h"
 
 #include <QPainter>
 #include <QPixmap>

@@ -1,4 +1,4 @@
-#include "lookup/fill.h"
+#include "fill.h"
 
 #include "db/row_set.h"
 

@@ -1,4 +1,4 @@
-#include "lookup/grid_model.h"
+#include "grid_model.h"
 
 #include "db/row_set.h"
 

@@ -1,7 +1,7 @@
-#include "lookup/lookup_request.h"
+#include "lookup_request.h"
 
-#include "lookup/builders.h"
-#include "lookup/lookup_tags.h"
+#include "builders.h"
+#include "lookup_tags.h"
 
 namespace velcoran::lookup {
 

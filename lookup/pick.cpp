@@ -1,4 +1,4 @@
-#include "lookup/pick.h"
+#include "pick.h"
 
 #include "filters/lookup_fields.h"
 

@@ -1,4 +1,4 @@
-#include "lookup/builders.h"
+#include "builders.h"
 
 #include "filters/codes.h"
 #include "filters/fragments.h"

@@ -1,4 +1,4 @@
-#include "lookup/type_ahead.h"
+#include "type_ahead.h"
 
 #include "db/row_set.h"
 #include "filters/fragments.h"

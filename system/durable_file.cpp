@@ -1,8 +1,8 @@
-#include "system/durable_file.h"
+#include "durable_file.h"
 
 #include "base/error.h"
-#include "system/file_name.h"
-#include "system/write_signals.h"
+#include "file_name.h"
+#include "write_signals.h"
 
 #include <QtGlobal>
 

@@ -1,4 +1,4 @@
-#include "system/file_name.h"
+#include "file_name.h"
 
 #include <QStringDecoder>
 

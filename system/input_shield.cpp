@@ -1,4 +1,4 @@
-#include "system/input_shield.h"
+#include "input_shield.h"
 
 #include <QCoreApplication>
 #include <QKeyEvent>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "system/waiting.h"
+#include "waiting.h"
 
 #include <QObject>
 #include <QPointer>

@@ -1,7 +1,7 @@
-#include "system/line_file.h"
+#include "line_file.h"
 
-#include "system/durable_file.h"
-#include "system/file_name.h"
+#include "durable_file.h"
+#include "file_name.h"
 
 #include <fcntl.h>
 #include <unistd.h>

@@ -1,6 +1,6 @@
-#include "system/live_wait.h"
+#include "live_wait.h"
 
-#include "system/input_shield.h"
+#include "input_shield.h"
 
 #include <QElapsedTimer>
 #include <QEventLoop>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "system/waiting.h"
-#include "system/worker.h"
+#include "waiting.h"
+#include "worker.h"
 
 #include <chrono>
 #include <functional>

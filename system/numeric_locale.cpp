@@ -1,4 +1,4 @@
-#include "system/numeric_locale.h"
+#include "numeric_locale.h"
 
 #include <new>
 

@@ -1,4 +1,4 @@
-#include "system/worker.h"
+#include "worker.h"
 
 #include <utility>
 

@@ -1,4 +1,4 @@
-#include "system/write_signals.h"
+#include "write_signals.h"
 
 #include <cerrno>
 #include <ctime>

@@ -1,7 +1,7 @@
-#include "db/odbc/column_builder.h"
+#include "column_builder.h"
 
 #include "base/real_text.h"
-#include "db/odbc/number_text.h"
+#include "number_text.h"
 
 #include <array>
 #include <charconv>

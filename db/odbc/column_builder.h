@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/decimal.h"
-#include "db/odbc/column_plan.h"
+#include "column_plan.h"
 
 #include <velcoran/connection.h>
 

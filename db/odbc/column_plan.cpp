@@ -1,6 +1,6 @@
-#include "db/odbc/column_plan.h"
+#include "column_plan.h"
 
-#include "db/odbc/number_text.h"
+#include "number_text.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/odbc/handles.h"
+#include "handles.h"
 
 #include <QString>
 

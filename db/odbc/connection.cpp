@@ -1,8 +1,8 @@
-#include "db/odbc/connection.h"
+#include "connection.h"
 
-#include "db/odbc/rows.h"
-#include "db/odbc/session.h"
 #include "db/provider_errors.h"
+#include "rows.h"
+#include "session.h"
 
 namespace velcoran::odbc {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "db/odbc/diagnostic_record.h"
+#include "diagnostic_record.h"
 
 #include <QString>
 

@@ -1,4 +1,4 @@
-#include "db/odbc/connection_text.h"
+#include "connection_text.h"
 
 #include "base/error.h"
 

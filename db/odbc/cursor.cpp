@@ -1,4 +1,4 @@
-#include "db/odbc/cursor.h"
+#include "cursor.h"
 
 #include "db/provider_errors.h"
 

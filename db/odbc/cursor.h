@@ -1,7 +1,7 @@
 #pragma once
 
-#include "db/odbc/fetcher.h"
-#include "db/odbc/link.h"
+#include "fetcher.h"
+#include "link.h"
 
 #include <QString>
 

@@ -1,6 +1,6 @@
-#include "db/odbc/diagnostics.h"
+#include "diagnostics.h"
 
-#include "db/odbc/connection_text.h"
+#include "connection_text.h"
 #include "db/provider_errors.h"
 
 #include <algorithm>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "base/error.h"
-#include "db/odbc/diagnostic_record.h"
-#include "db/odbc/handles.h"
+#include "diagnostic_record.h"
+#include "handles.h"
 
 #include <QList>
 #include <QLoggingCategory>

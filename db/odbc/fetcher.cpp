@@ -1,4 +1,4 @@
-#include "db/odbc/fetcher.h"
+#include "fetcher.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "db/odbc/column_builder.h"
-#include "db/odbc/column_plan.h"
-#include "db/odbc/link.h"
+#include "column_builder.h"
+#include "column_plan.h"
+#include "link.h"
 
 #include <memory>
 #include <vector>

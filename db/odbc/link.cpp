@@ -1,6 +1,6 @@
-#include "db/odbc/link.h"
+#include "link.h"
 
-#include "db/odbc/cursor.h"
+#include "cursor.h"
 
 #include <algorithm>
 

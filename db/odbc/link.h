@@ -1,9 +1,9 @@
 #pragma once
 
-#include "db/odbc/connection_text.h"
-#include "db/odbc/diagnostics.h"
-#include "db/odbc/handles.h"
-#include "db/odbc/worker.h"
+#include "connection_text.h"
+#include "diagnostics.h"
+#include "handles.h"
+#include "worker.h"
 
 #include <QString>
 

@@ -1,4 +1,4 @@
-#include "db/odbc/number_text.h"
+#include "number_text.h"
 
 #include <algorithm>
 #include <charconv>

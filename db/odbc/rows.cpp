@@ -1,4 +1,4 @@
-#include "db/odbc/rows.h"
+#include "rows.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "db/odbc/cursor.h"
-#include "db/odbc/session.h"
-#include "platform/com/object.h"
+#include "com/object.h"
+#include "cursor.h"
+#include "session.h"
 
 #include <velcoran/connection.h>
 

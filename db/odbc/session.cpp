@@ -1,4 +1,4 @@
-#include "db/odbc/session.h"
+#include "session.h"
 
 #include "db/provider_errors.h"
 

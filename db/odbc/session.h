@@ -1,8 +1,8 @@
 #pragma once
 
-#include "db/odbc/connection.h"
-#include "db/odbc/link.h"
-#include "db/odbc/worker.h"
+#include "connection.h"
+#include "link.h"
+#include "worker.h"
 
 #include <QString>
 

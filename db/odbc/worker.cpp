@@ -1,4 +1,4 @@
-#include "db/odbc/worker.h"
+#include "worker.h"
 
 #include "base/error.h"
 

@@ -1,8 +1,8 @@
-#include "db/sqlite/column_builder.h"
+#include "column_builder.h"
 
 #include "base/real_text.h"
-#include "db/sqlite/short_decimal.h"
-#include "db/sqlite/utf16.h"
+#include "short_decimal.h"
+#include "utf16.h"
 
 #include <sqlite3.h>
 

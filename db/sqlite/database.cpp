@@ -1,7 +1,7 @@
-#include "db/sqlite/database.h"
+#include "database.h"
 
 #include "db/provider_errors.h"
-#include "db/sqlite/rows.h"
+#include "rows.h"
 
 namespace velcoran::sqlite {
 

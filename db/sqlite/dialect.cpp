@@ -1,6 +1,6 @@
-#include "db/sqlite/dialect.h"
+#include "dialect.h"
 
-#include "db/sqlite/tokens.h"
+#include "tokens.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
-#include "db/sqlite/exact_average.h"
+#include "exact_average.h"
 
-#include "db/sqlite/short_decimal.h"
+#include "short_decimal.h"
 
 #include <algorithm>
 

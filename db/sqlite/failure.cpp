@@ -1,4 +1,4 @@
-#include "db/sqlite/failure.h"
+#include "failure.h"
 
 #include "db/provider_errors.h"
 

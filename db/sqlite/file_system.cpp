@@ -1,4 +1,4 @@
-#include "db/sqlite/file_system.h"
+#include "file_system.h"
 
 #include "base/error.h"
 

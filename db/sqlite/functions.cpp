@@ -1,11 +1,11 @@
-#include "db/sqlite/functions.h"
+#include "functions.h"
 
 #include "base/error.h"
 #include "base/real_text.h"
-#include "db/sqlite/exact_average.h"
-#include "db/sqlite/like_pattern.h"
-#include "db/sqlite/short_decimal.h"
-#include "db/sqlite/utf16.h"
+#include "exact_average.h"
+#include "like_pattern.h"
+#include "short_decimal.h"
+#include "utf16.h"
 
 #include <QString>
 

@@ -1,6 +1,6 @@
-#include "db/sqlite/like_pattern.h"
+#include "like_pattern.h"
 
-#include "db/sqlite/utf16.h"
+#include "utf16.h"
 
 #include <QChar>
 

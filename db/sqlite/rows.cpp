@@ -1,7 +1,7 @@
-#include "db/sqlite/rows.h"
+#include "rows.h"
 
 #include "db/provider_errors.h"
-#include "db/sqlite/dialect.h"
+#include "dialect.h"
 
 #include <sqlite3.h>
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "db/sqlite/column_builder.h"
-#include "db/sqlite/session.h"
-#include "platform/com/object.h"
+#include "column_builder.h"
+#include "com/object.h"
+#include "session.h"
 
 #include <velcoran/connection.h>
 

@@ -1,10 +1,10 @@
-#include "db/sqlite/session.h"
+#include "session.h"
 
 #include "db/provider_errors.h"
-#include "db/sqlite/dialect.h"
-#include "db/sqlite/failure.h"
-#include "db/sqlite/file_system.h"
-#include "db/sqlite/functions.h"
+#include "dialect.h"
+#include "failure.h"
+#include "file_system.h"
+#include "functions.h"
 
 #include <QFileInfo>
 

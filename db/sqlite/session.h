@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/error.h"
-#include "db/sqlite/cancel_token.h"
+#include "cancel_token.h"
 
 #include <QString>
 

@@ -1,4 +1,4 @@
-#include "db/sqlite/short_decimal.h"
+#include "short_decimal.h"
 
 #include <algorithm>
 #include <charconv>

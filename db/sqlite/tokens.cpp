@@ -1,4 +1,4 @@
-#include "db/sqlite/tokens.h"
+#include "tokens.h"
 
 namespace velcoran::sqlite {
 

@@ -1,4 +1,4 @@
-#include "db/sqlite/utf16.h"
+#include "utf16.h"
 
 #include <cstdint>
 #include <cstring>

@@ -1,7 +1,7 @@
 #include "base/error.h"
-#include "host/sample_data/sample_data.h"
-#include "host/sample_data/sample_file.h"
-#include "host/sample_data/sample_rows.h"
+#include "sample_data.h"
+#include "sample_file.h"
+#include "sample_rows.h"
 
 #include <sqlite3.h>
 

@@ -1,4 +1,4 @@
-#include "host/sample_data/sample_file.h"
+#include "sample_file.h"
 
 #include "base/error.h"
 

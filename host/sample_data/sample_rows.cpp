@@ -1,8 +1,8 @@
-#include "host/sample_data/sample_rows.h"
+#include "sample_rows.h"
 
 #include "base/error.h"
-#include "host/sample_data/sample_random.h"
-#include "host/sample_data/sample_words.h"
+#include "sample_random.h"
+#include "sample_words.h"
 
 #include <algorithm>
 #include <vector>

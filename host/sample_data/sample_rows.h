@@ -1,7 +1,7 @@
 #pragma once
 
-#include "host/sample_data/sample_data.h"
-#include "host/sample_data/sample_schema.h"
+#include "sample_data.h"
+#include "sample_schema.h"
 
 #include <span>
 

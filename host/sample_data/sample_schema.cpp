@@ -1,4 +1,4 @@
-#include "host/sample_data/sample_schema.h"
+#include "sample_schema.h"
 
 #include <cassert>
 #include <cstring>

@@ -1,5 +1,5 @@
-#include "host/sample_data/sample_data.h"
-#include "host/sample_data/sample_rows.h"
+#include "sample_data.h"
+#include "sample_rows.h"
 #include "system/durable_file.h"
 
 #include <cstring>

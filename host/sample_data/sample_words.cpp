@@ -1,6 +1,6 @@
-#include "host/sample_data/sample_words.h"
+#include "sample_words.h"
 
-#include "host/sample_data/sample_random.h"
+#include "sample_random.h"
 
 namespace velcoran::host {
 

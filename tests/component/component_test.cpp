@@ -1,8 +1,8 @@
-#include "platform/com/activation.h"
-#include "platform/com/class_factory.h"
-#include "platform/com/dispatch.h"
-#include "platform/com/registry.h"
-#include "platform/com/variant.h"
+#include "com/activation.h"
+#include "com/class_factory.h"
+#include "com/dispatch.h"
+#include "com/registry.h"
+#include "com/variant.h"
 
 #include "support/test_data.h"
 #include "support/variant_holder.h"

@@ -1,6 +1,6 @@
 #include "component/message_dialog.h"
 
-#include "platform/com/object.h"
+#include "com/object.h"
 
 #include <QApplication>
 #include <QMessageBox>

@@ -1,4 +1,4 @@
-#include "platform/com/activation.h"
+#include "com/activation.h"
 #include "support/fake_connection.h"
 
 #include <velcoran/velcoran.h>

@@ -2,7 +2,7 @@
 
 #include "support/test_data.h"
 
-#include "platform/com/object.h"
+#include "com/object.h"
 
 #include <gtest/gtest.h>
 

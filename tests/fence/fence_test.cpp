@@ -1,8 +1,8 @@
 #include "db/fence.h"
 
 #include "db/connection.h"
-#include "fence/hostile_texts.h"
 #include "filters/statement_cases.h"
+#include "hostile_texts.h"
 #include "support/fake_connection.h"
 #include "support/test_data.h"
 

@@ -1,7 +1,7 @@
 #include "db/fence.h"
 
-#include "fence/hostile_texts.h"
-#include "fence/oracle.h"
+#include "hostile_texts.h"
+#include "oracle.h"
 #include "support/test_data.h"
 
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
-#include "fence/hostile_texts.h"
+#include "hostile_texts.h"
 
 #include "lookup/lookup_request.h"
-#include "report/request.h"
-#include "report/statement.h"
+#include "query/request.h"
+#include "query/statement.h"
 
 #include <iterator>
 
@@ -22,7 +22,7 @@ constexpr LookupField kFields[] = {
 QString reportOf(FilterState state, const QString& entry, bool isTotal) {
     state.cmbTipRaport = entry;
     state.chkTotale = isTotal;
-    return report::assembleStatement(state, report::buildRequest(state));
+    return query::assembleStatement(state, query::buildRequest(state));
 }
 
 /// What a value does once it is out of its apostrophes. None of it may ever pass, however it is written.

@@ -1,4 +1,4 @@
-#include "fence/oracle.h"
+#include "oracle.h"
 
 #include <QRegularExpression>
 #include <QSet>

@@ -1,4 +1,4 @@
-#include "filters/statement_cases.h"
+#include "statement_cases.h"
 
 #include "filters/lookup_fields.h"
 #include "support/test_data.h"

@@ -1,4 +1,4 @@
-#include "filters/statement_database.h"
+#include "statement_database.h"
 
 #include "db/sqlite/database.h"
 #include "support/direct_call_runner.h"

@@ -1,4 +1,4 @@
-#include "form/cascade.h"
+#include "form/rules/cascade.h"
 
 #include "filters/lookup_fields.h"
 #include "support/test_data.h"

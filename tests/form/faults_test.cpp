@@ -1,7 +1,7 @@
 #include "db/sqlite/database.h"
-#include "form/form_fixture.h"
-#include "form/watched_connection.h"
-#include "platform/viewer/report_viewer.h"
+#include "form_fixture.h"
+#include "viewer/report_viewer.h"
+#include "watched_connection.h"
 
 #include <QLabel>
 #include <QTimer>

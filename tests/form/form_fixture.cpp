@@ -1,6 +1,6 @@
-#include "form/form_fixture.h"
+#include "form_fixture.h"
 
-#include "platform/com/object.h"
+#include "com/object.h"
 
 #include <QWindow>
 

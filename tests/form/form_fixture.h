@@ -1,8 +1,8 @@
 #pragma once
 
-#include "form/control_tree.h"
+#include "form/panel/control_tree.h"
 #include "form/rpt_stoc.h"
-#include "form/surroundings.h"
+#include "form/run/surroundings.h"
 #include "support/fake_connection.h"
 #include "support/test_data.h"
 

@@ -1,11 +1,11 @@
-#include "form/activity.h"
-#include "form/form_fixture.h"
-#include "platform/desktop/desktop.h"
-#include "platform/printing/export_dialog.h"
-#include "platform/printing/print_dialog.h"
-#include "platform/printing/printer_setup_dialog.h"
-#include "platform/printing/progress.h"
-#include "platform/viewer/report_viewer.h"
+#include "desktop/desktop.h"
+#include "dialogs/export_dialog.h"
+#include "dialogs/print_dialog.h"
+#include "dialogs/printer_setup_dialog.h"
+#include "dialogs/progress.h"
+#include "form/busy/activity.h"
+#include "form_fixture.h"
+#include "viewer/report_viewer.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -271,34 +271,34 @@ void Opened::addViewerPopups(Pictures& pictures) {
 
 void Opened::addDialogs(Pictures& pictures) {
     const QString folder = QFileInfo(QString::fromLatin1(VELCORAN_TEST_DATABASE)).absolutePath();
-    const QList<printing::OfferedFormat> formats{{31, u"PDF"_s, u"pdf"_s}, {36, u"Excel"_s, u"xlsx"_s}};
+    const QList<dialogs::OfferedFormat> formats{{31, u"PDF"_s, u"pdf"_s}, {36, u"Excel"_s, u"xlsx"_s}};
     for (const char* pressed : {static_cast<const char*>(nullptr), "browse"}) {
-        printing::ExportDialog dialog(&window, formats, folder + u"/raport.pdf"_s);
+        dialogs::ExportDialog dialog(&window, formats, folder + u"/raport.pdf"_s);
         const DialogCamera camera(pictures[pressed == nullptr ? "export" : "choice of a file"], pressed);
         dialog.exec();
     }
     {
-        printing::PrinterSetupDialog dialog(&window, {u"Birou"_s}, u"Birou"_s, u"Birou"_s, viewer().pageSetup());
+        dialogs::PrinterSetupDialog dialog(&window, {u"Birou"_s}, u"Birou"_s, u"Birou"_s, viewer().pageSetup());
         const DialogCamera camera(pictures["printer set-up"]);
         dialog.exec();
     }
     {
-        printing::PrintRequest request{{}, u"raport.pdf"_s, 1, 0, 1, true};
+        dialogs::PrintRequest request{{}, u"raport.pdf"_s, 1, 0, 1, true};
         const DialogCamera camera(pictures["print"]);
-        EXPECT_FALSE(printing::choosePrint(&window, 3, request));
+        EXPECT_FALSE(dialogs::choosePrint(&window, 3, request));
     }
     {
         const DialogCamera camera(pictures["plain message"]);
         surroundings.showPlainMessage(window, u"75 - Fișierul nu poate fi scris."_s);
     }
-    printing::WorkProgress progress;
+    dialogs::WorkProgress progress;
     progress.total = 10;
     progress.done = 4;
     std::atomic_bool stop{false};
     const DialogCamera camera(pictures["progress"]);
     form::Activity activity(window);
     const form::Activity::Work work(activity, [&stop] { stop = true; });
-    printing::runWithProgress(window, activity, u"Se exportă…"_s, progress, [&] {
+    dialogs::runWithProgress(window, activity, u"Se exportă…"_s, progress, [&] {
         while (!stop) std::this_thread::sleep_for(std::chrono::milliseconds(1));
     });
 }

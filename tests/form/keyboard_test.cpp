@@ -1,5 +1,5 @@
-#include "form/form_fixture.h"
-#include "form/movement.h"
+#include "form/rules/movement.h"
+#include "form_fixture.h"
 
 #include <QMenu>
 #include <QWindow>

@@ -1,5 +1,5 @@
-#include "form/layout.h"
-#include "form/form_fixture.h"
+#include "form/rules/layout.h"
+#include "form_fixture.h"
 
 #include <set>
 

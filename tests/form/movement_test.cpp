@@ -1,4 +1,4 @@
-#include "form/movement.h"
+#include "form/rules/movement.h"
 
 #include "support/test_data.h"
 

@@ -1,8 +1,8 @@
-#include "form/form_fixture.h"
-#include "form/report_output.h"
-#include "platform/com/object.h"
-#include "platform/engine/document.h"
-#include "platform/viewer/report_viewer.h"
+#include "com/object.h"
+#include "form/run/report_output.h"
+#include "form_fixture.h"
+#include "report/layout/document.h"
+#include "viewer/report_viewer.h"
 
 #include <QDir>
 #include <QFile>

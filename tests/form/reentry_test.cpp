@@ -1,8 +1,8 @@
 #include "db/sqlite/database.h"
-#include "form/form_fixture.h"
-#include "form/report_output.h"
-#include "form/watched_connection.h"
-#include "platform/viewer/report_viewer.h"
+#include "form/run/report_output.h"
+#include "form_fixture.h"
+#include "viewer/report_viewer.h"
+#include "watched_connection.h"
 
 #include <QAbstractButton>
 #include <QDialog>

@@ -1,11 +1,11 @@
-#include "form/form_fixture.h"
+#include "form_fixture.h"
 
 #include <QComboBox>
 #include <QGuiApplication>
 
 #include "db/forwarding.h"
 #include "db/keeper.h"
-#include "platform/engine/report.h"
+#include "report/report.h"
 
 #include <QElapsedTimer>
 #include <QTimer>

@@ -1,4 +1,4 @@
-#include "form/setup_values.h"
+#include "form/rules/setup_values.h"
 
 #include "base/error.h"
 #include "support/test_data.h"

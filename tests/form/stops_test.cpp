@@ -1,5 +1,5 @@
 #include "db/keeper.h"
-#include "form/form_fixture.h"
+#include "form_fixture.h"
 
 #include <QDropEvent>
 #include <QElapsedTimer>

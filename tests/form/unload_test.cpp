@@ -1,4 +1,4 @@
-#include "form/form_fixture.h"
+#include "form_fixture.h"
 
 namespace velcoran::tests {
 

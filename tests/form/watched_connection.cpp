@@ -1,4 +1,4 @@
-#include "form/watched_connection.h"
+#include "watched_connection.h"
 
 #include "db/connection.h"
 

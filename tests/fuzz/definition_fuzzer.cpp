@@ -2,11 +2,11 @@
 #include "fuzzed_text.h"
 
 #include "base/error.h"
-#include "platform/engine/definition.h"
+#include "report/layout/definition.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     try {
-        (void)velcoran::engine::readDefinition(velcoran::fuzz::bytesOf(data, size));
+        (void)velcoran::report::readDefinition(velcoran::fuzz::bytesOf(data, size));
     } catch (const velcoran::base::Error& error) {
         velcoran::fuzz::expect(!error.description().isEmpty(), "a refusal has a reason");
     }

@@ -1,7 +1,7 @@
-#include "host/dialogs.h"
+#include "host/drive/dialogs.h"
 
-#include "platform/com/host_objects.h"
-#include "platform/com/object.h"
+#include "com/host_objects.h"
+#include "com/object.h"
 
 #include "support/test_data.h"
 

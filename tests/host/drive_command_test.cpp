@@ -1,5 +1,5 @@
-#include "host/drive_command.h"
-#include "host/drive_loop.h"
+#include "host/drive/drive_command.h"
+#include "host/drive/drive_loop.h"
 
 #include "support/test_data.h"
 

@@ -1,5 +1,5 @@
-#include "host/recorder.h"
-#include "host/data_source.h"
+#include "host/drive/recorder.h"
+#include "host/session/data_source.h"
 
 #include "db/connection.h"
 #include "support/test_data.h"

@@ -1,7 +1,7 @@
-#include "host/statement_hold.h"
-#include "host/data_source.h"
-#include "host/recorder.h"
-#include "host/silence_watch.h"
+#include "host/drive/statement_hold.h"
+#include "host/drive/recorder.h"
+#include "host/session/data_source.h"
+#include "host/session/silence_watch.h"
 
 #include "db/connection.h"
 #include "support/test_data.h"

@@ -1,5 +1,5 @@
-#include "host/trace.h"
-#include "host/data_source.h"
+#include "host/session/trace.h"
+#include "host/session/data_source.h"
 
 #include "base/error.h"
 #include "db/connection.h"

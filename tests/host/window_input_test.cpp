@@ -1,6 +1,6 @@
-#include "host/window_input.h"
-#include "host/key_input.h"
-#include "host/window_view.h"
+#include "host/drive/input/window_input.h"
+#include "host/drive/input/key_input.h"
+#include "host/drive/input/window_view.h"
 
 #include "support/test_data.h"
 

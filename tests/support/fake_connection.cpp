@@ -1,4 +1,4 @@
-#include "support/fake_connection.h"
+#include "fake_connection.h"
 
 #include <QDateTime>
 #include <QTimeZone>

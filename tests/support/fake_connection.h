@@ -2,7 +2,7 @@
 
 #include "base/decimal.h"
 #include "base/error.h"
-#include "platform/com/object.h"
+#include "com/object.h"
 
 #include <QString>
 #include <QStringList>

@@ -1,4 +1,4 @@
-#include "support/test_data.h"
+#include "test_data.h"
 
 #include <QDir>
 #include <QFile>

@@ -2,7 +2,7 @@
 
 #include <velcoran/com.h>
 
-#include "platform/com/error_information.h"
+#include "com/error_information.h"
 
 #include <utility>
 

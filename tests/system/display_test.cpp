@@ -1,5 +1,5 @@
-#include "system/qt_platforms.h"
-#include "system/x_display.h"
+#include "system/display/qt_platforms.h"
+#include "system/display/x_display.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "contract_test.h"
 
 #include "base/decimal.h"
-#include "platform/com/error_information.h"
+#include "com/error_information.h"
 #include "support/direct_call_runner.h"
 
 #include <cstring>

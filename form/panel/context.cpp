@@ -1,0 +1,39 @@
+#include "context.h"
+
+#include "form/busy/message.h"
+
+#include "filters/lookup_fields.h"
+
+namespace velcoran::form {
+
+void Context::show(const QString& text, std::int16_t style, const QString& title) const {
+    showMessage(activity, members.objMesaje, text, style, title);
+}
+
+filters::FilterState collectState(const Members& members, const ControlTree& controls) {
+    filters::FilterState state;
+    state.sTipRaport = members.sTipRaport;
+    state.sSoc = members.sSoc;
+    for (const filters::LookupFieldNames& one : filters::kLookupFields) {
+        const controls::TextBox& box = controls.textBox(one.field);
+        state.field(one.field) = {box.text(), box.property("dataChanged").toBool()};
+    }
+    state.sCodProdus = members.sCodProdus;
+    state.sCodProducator = members.sCodProducator;
+    state.sCodClient = members.sCodClient;
+    state.sCodAgent = members.sCodAgent;
+    state.cmbTipRaport = controls.list(Ctl::cmbTipRaport).text();
+    state.cmbSortare = controls.list(Ctl::cmbSortare).text();
+    state.cmbCategorieIndex = controls.list(Ctl::cmbCategorie).index();
+    state.cmbCategorie = controls.list(Ctl::cmbCategorie).text();
+    const controls::TickList& warehouses = controls.warehouses();
+    const QStringList items = warehouses.items();
+    for (const int index : warehouses.ticked()) state.depozite.append(items.at(index));
+    state.chkTotale = controls.checkBox(Ctl::chkTotale).value();
+    state.chkLohn = controls.checkBox(Ctl::chkLohn).value();
+    state.deLaData = controls.datePicker(Ctl::Deladata).value();
+    state.laData = controls.datePicker(Ctl::Ladata).value();
+    return state;
+}
+
+}  // namespace velcoran::form

@@ -1,0 +1,83 @@
+#include "filter_panel.h"
+
+#include "filters/lookup_fields.h"
+
+namespace velcoran::form {
+
+using filters::LookupField;
+
+namespace {
+
+/// Characters that would break a statement, refused as they are typed.
+constexpr QStringView kRefused = u"';%,\" ";
+
+constexpr char kDataChanged[] = "dataChanged";
+
+/// What the totals box switches, in this order.
+constexpr Ctl kProductFilters[] = {Ctl::cmbCategorie, Ctl::txtTipProdus, Ctl::txtGrupaProdus, Ctl::txtSubGrupaProdus,
+                                   Ctl::txtCodProdus};
+
+/// The entry of cmbSelectie for which the temporary documents cannot be chosen; the list does not have it yet.
+constexpr int kSelectionWithoutTemporary = 1;
+
+}  // namespace
+
+FilterPanel::FilterPanel(const Context& context) : m_context(context) {
+    for (const filters::LookupFieldNames& one : filters::kLookupFields) connectField(one.field);
+    connectLists();
+}
+
+void FilterPanel::colourOnFocus(controls::Control& control) {
+    control.setFocusHandler([this, &control](bool isGained) {
+        m_context.handlers.run([&] { control.setBackColour(isGained ? kFocusColour : kRestColour); });
+    });
+}
+
+void FilterPanel::connectField(LookupField field) {
+    controls::TextBox& box = m_context.controls.textBox(field);
+    colourOnFocus(box);
+    box.setRefusedCharacters([](const QString& character) { return kRefused.contains(character); });
+    QObject::connect(&box, &controls::TextBox::changed, &box,
+                     [this, field] { m_context.handlers.run([&] { runCascade(triggerOf(field), *this); }); });
+}
+
+void FilterPanel::connectLists() {
+    const ControlTree& tree = m_context.controls;
+    HandlerGuard& handlers = m_context.handlers;
+    for (const Ctl list : {Ctl::cmbTipRaport, Ctl::cmbSortare, Ctl::cmbSelectie, Ctl::cmbCategorie})
+        colourOnFocus(tree.list(list));
+    QObject::connect(&tree.list(Ctl::cmbCategorie), &controls::DropDownList::changed, &tree.list(Ctl::cmbCategorie),
+                     [this, &handlers] { handlers.run([&] { runCascade(Trigger::cmbCategorie, *this); }); });
+    QObject::connect(&tree.list(Ctl::cmbSelectie), &controls::DropDownList::changed, &tree.list(Ctl::cmbSelectie),
+                     [this, &handlers](int index) { handlers.run([&] { onSelection(index); }); });
+    controls::CheckBox& totals = tree.checkBox(Ctl::chkTotale);
+    QObject::connect(&totals, &controls::CheckBox::changed, &totals, [this, &handlers](bool isTicked) {
+        handlers.run([&] { runCascade(isTicked ? Trigger::totalsTicked : Trigger::totalsUnticked, *this); });
+    });
+    QObject::connect(&totals, &controls::CheckBox::ticked, &totals,
+                     [&tree](bool isTicked) { tree.widget(Ctl::cmbSortare).setEnabled(!isTicked); });
+}
+
+void FilterPanel::onSelection(int index) {
+    controls::CheckBox& temporary = m_context.controls.checkBox(Ctl::chkLohn);
+    temporary.setValue(false);
+    temporary.setLocked(index == kSelectionWithoutTemporary);
+}
+
+void FilterPanel::emptyField(LookupField field) { m_context.controls.textBox(field).setText(QString()); }
+
+void FilterPanel::emptyCode(filters::CodeVariable code) { m_context.members.code(code).clear(); }
+
+void FilterPanel::markChanged(LookupField field) { m_context.controls.textBox(field).setProperty(kDataChanged, true); }
+
+void FilterPanel::clearDataChanged(LookupField field) {
+    m_context.controls.textBox(field).setProperty(kDataChanged, false);
+}
+
+void FilterPanel::resetCategory() { m_context.controls.list(Ctl::cmbCategorie).setIndex(0); }
+
+void FilterPanel::enableProducts(bool isEnabled) {
+    for (const Ctl control : kProductFilters) m_context.controls.widget(control).setEnabled(isEnabled);
+}
+
+}  // namespace velcoran::form

@@ -1,0 +1,35 @@
+#include "members.h"
+
+#include <utility>
+
+namespace velcoran::form {
+
+QString& Members::code(filters::CodeVariable which) {
+    switch (which) {
+        case filters::CodeVariable::sCodProdus:
+            return sCodProdus;
+        case filters::CodeVariable::sCodClient:
+            return sCodClient;
+        case filters::CodeVariable::sCodAgent:
+            return sCodAgent;
+        case filters::CodeVariable::sCodProducator:
+            break;
+    }
+    return sCodProducator;
+}
+
+/// All of them leave the members first: what is released belongs to the host and may call back.
+void Members::release() {
+    auto report = std::move(rptFacturi);
+    auto connection = std::exchange(Priza, db::Connection());
+    auto query = std::move(rsQuery);
+    auto lookup = std::move(rsLookup);
+    auto mesaje = std::exchange(objMesaje, nullptr);
+    report.reset();
+    connection = db::Connection();
+    query.reset();
+    lookup.reset();
+    mesaje = nullptr;
+}
+
+}  // namespace velcoran::form

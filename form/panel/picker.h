@@ -1,0 +1,62 @@
+#pragma once
+
+#include "context.h"
+#include "controls/input/second_press.h"
+#include "lookup/grid_model.h"
+#include "lookup/pick.h"
+
+#include <QObject>
+
+namespace velcoran::form {
+
+class FilterPanel;
+class Keyboard;
+
+/// The picker: the grid that opens over the filter panel with the rows of a lookup, narrowed by typing, left by a pick
+/// or by Esc. While it is open nothing else in the window can be worked.
+class Picker final : public QObject, private lookup::IPickTarget {
+public:
+    Picker(const Context& context, FilterPanel& panel);
+
+    /// The keyboard gives the focus on after a pick; set once, before any key.
+    void setKeyboard(Keyboard& keyboard) { m_keyboard = &keyboard; }
+
+    /// Enter in a lookup field: runs its lookup and opens the grid on what it finds, or says that there is nothing.
+    void openLookup(filters::LookupField field);
+    [[nodiscard]] bool isOpen() const;
+    /// Closes the open picker as Esc does.
+    void cancel();
+    /// Lets go of the focus and of the rows: the window closes.
+    void detach();
+
+protected:
+    bool eventFilter(QObject* object, QEvent* event) override;
+
+private:
+    void showCaption(const QString& caption);
+    [[nodiscard]] bool fillGrid(const QString& sql);
+    void showRows();
+    void setWidths();
+    void onCharacter(const QString& character);
+    void typeAhead(const QString& character);
+    void pickCurrent();
+    void guardFocus(bool isGuarded);
+    void keepFocus(QWidget* now);
+
+    void emptySearchText() override;
+    void setFieldText(filters::LookupField field, const QString& text) override;
+    void setCode(filters::CodeVariable code, const QString& value) override;
+    void clearDataChanged(filters::LookupField field) override;
+    void closePicker() override;
+    void focusControl(QStringView objectName) override;
+
+    const Context& m_context;
+    FilterPanel& m_panel;
+    Keyboard* m_keyboard = nullptr;
+    lookup::GridModel m_model;
+    std::shared_ptr<db::RowSet> m_shown;  ///< what the grid shows: the last lookup with rows
+    QMetaObject::Connection m_focusGuard;
+    controls::SecondPressGuard m_secondPress;
+};
+
+}  // namespace velcoran::form

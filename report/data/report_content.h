@@ -1,0 +1,96 @@
+#pragma once
+
+#include "amount_column.h"
+#include "report_data.h"
+#include "sum_column.h"
+#include "text_column.h"
+
+#include <array>
+#include <vector>
+
+namespace velcoran::report {
+
+/// The columns of the report statement, texts first.
+enum class ColumnRole : std::uint8_t {
+    TipRaport,
+    CodClient,
+    NumeClient,
+    DataDoc,
+    Moneda,
+    NumarFactura,
+    ValoareNeta,
+    ValoareTVA,
+    ValoareTaxe,
+    ValoareBruta,
+    CursValutar,
+};
+constexpr std::size_t kRepeatedTextCount = 5;  ///< TipRaport to Moneda
+constexpr std::size_t kAmountCount = 5;        ///< ValoareNeta to CursValutar
+constexpr std::size_t kSumCount = 4;           ///< ValoareNeta to ValoareBruta
+constexpr std::size_t kColumnCount = 11;
+
+/// Name of a column, as the report statement has it.
+[[nodiscard]] QString columnName(ColumnRole role);
+/// The column of a name, whatever the case of its letters.
+[[nodiscard]] std::optional<ColumnRole> columnOf(QStringView name);
+[[nodiscard]] constexpr bool isAmount(ColumnRole role) { return role >= ColumnRole::ValoareNeta; }
+
+/// How a definition groups its documents.
+enum class Grouping : std::uint8_t { Partner, Day };
+
+/// The rows as they came.
+struct RowStore {
+    std::uint32_t rowCount = 0;
+    std::array<RepeatedTextColumn, kRepeatedTextCount> texts;
+    PlainTextColumn numarFactura;
+    std::array<AmountColumn, kAmountCount> amounts;
+    /// Rates that are no number, by row in rising order: shown as they stand.
+    std::vector<std::pair<std::uint32_t, std::uint32_t>> oddRates;
+    TextPool oddRateTexts;
+
+    [[nodiscard]] const RepeatedTextColumn& text(ColumnRole role) const {
+        return texts[static_cast<std::size_t>(role)];
+    }
+    [[nodiscard]] const AmountColumn& amount(ColumnRole role) const {
+        return amounts[static_cast<std::size_t>(role) - static_cast<std::size_t>(ColumnRole::ValoareNeta)];
+    }
+    [[nodiscard]] std::size_t memoryUsed() const;
+};
+
+/// One line of totals: a currency of a group.
+struct TotalCell {
+    std::uint32_t currency = TextPool::kNull;  ///< number in the pool of Moneda
+    std::uint32_t rowCount = 0;
+};
+
+/// Groups in the order of the report, the rows of each in the statement's order, and their totals.
+struct GroupIndex {
+    struct Key {
+        std::uint32_t first = TextPool::kNull;   ///< number of the partner code or of the day
+        std::uint32_t second = TextPool::kNull;  ///< number of the partner name
+    };
+    std::vector<Key> keys;
+    std::vector<std::uint32_t> starts;      ///< into rows, one more than groups
+    std::vector<std::uint32_t> rows;        ///< numbers of rows
+    std::vector<std::uint32_t> cellStarts;  ///< into cells, one more than groups
+    std::vector<TotalCell> cells;           ///< of each group by currency, in code point order
+    std::array<SumColumn, kSumCount> sums;  ///< of the cells: ValoareNeta to ValoareBruta
+
+    [[nodiscard]] std::uint32_t groupCount() const { return static_cast<std::uint32_t>(keys.size()); }
+    [[nodiscard]] std::uint32_t rowsOf(std::uint32_t group) const { return starts[group + 1] - starts[group]; }
+    [[nodiscard]] std::uint32_t linesOf(std::uint32_t group) const { return cellStarts[group + 1] - cellStarts[group]; }
+    [[nodiscard]] std::size_t memoryUsed() const;
+};
+
+struct ReportData::Content {
+    Grouping grouping = Grouping::Partner;
+    RowStore store;
+    GroupIndex index;
+    std::vector<CurrencyTotal> totals;
+    LeiTotal lei;
+};
+
+/// Text of a group's key: what stands for null, null and all.
+[[nodiscard]] QStringList keyTexts(const ReportData::Content& content, std::uint32_t group);
+
+}  // namespace velcoran::report

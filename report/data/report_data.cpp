@@ -1,0 +1,100 @@
+#include "report_data.h"
+
+#include "report_content.h"
+
+namespace velcoran::report {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct ColumnRow {
+    ColumnRole role;
+    const char16_t* name;
+};
+
+constexpr ColumnRow kColumns[] = {
+    {ColumnRole::TipRaport, u"TipRaport"},     {ColumnRole::CodClient, u"CodClient"},
+    {ColumnRole::NumeClient, u"NumeClient"},   {ColumnRole::DataDoc, u"DataDoc"},
+    {ColumnRole::Moneda, u"Moneda"},           {ColumnRole::NumarFactura, u"NumarFactura"},
+    {ColumnRole::ValoareNeta, u"ValoareNeta"}, {ColumnRole::ValoareTVA, u"ValoareTVA"},
+    {ColumnRole::ValoareTaxe, u"ValoareTaxe"}, {ColumnRole::ValoareBruta, u"ValoareBruta"},
+    {ColumnRole::CursValutar, u"CursValutar"},
+};
+static_assert(std::size(kColumns) == kColumnCount);
+
+QString toText(std::u16string_view text) {
+    return QString(reinterpret_cast<const QChar*>(text.data()), static_cast<qsizetype>(text.size()));
+}
+
+}  // namespace
+
+QString columnName(ColumnRole role) {
+    for (const ColumnRow& row : kColumns) {
+        if (row.role == role) return QString::fromUtf16(row.name);
+    }
+    return {};
+}
+
+std::optional<ColumnRole> columnOf(QStringView name) {
+    for (const ColumnRow& row : kColumns) {
+        if (name.compare(QStringView(row.name), Qt::CaseInsensitive) == 0) return row.role;
+    }
+    return std::nullopt;
+}
+
+std::size_t RowStore::memoryUsed() const {
+    std::size_t bytes = numarFactura.memoryUsed() + oddRateTexts.memoryUsed() + oddRates.capacity() * 8;
+    for (const RepeatedTextColumn& column : texts) bytes += column.memoryUsed();
+    for (const AmountColumn& column : amounts) bytes += column.memoryUsed();
+    return bytes;
+}
+
+std::size_t GroupIndex::memoryUsed() const {
+    std::size_t bytes = 0;
+    for (const SumColumn& column : sums) bytes += column.memoryUsed();
+    return bytes + keys.capacity() * sizeof(Key) + cells.capacity() * sizeof(TotalCell) +
+           (starts.capacity() + rows.capacity() + cellStarts.capacity()) * sizeof(std::uint32_t);
+}
+
+QStringList keyTexts(const ReportData::Content& content, std::uint32_t group) {
+    const GroupIndex::Key& key = content.index.keys[group];
+    const bool isDay = content.grouping == Grouping::Day;
+    const ColumnRole role = isDay ? ColumnRole::DataDoc : ColumnRole::CodClient;
+    QString first = toText(content.store.text(role).pool.text(key.first));
+    if (key.first == TextPool::kNull) first = isDay ? u"(fara data)"_s : u"(fara cod)"_s;
+    if (isDay) return {first};
+    return {first, toText(content.store.text(ColumnRole::NumeClient).pool.text(key.second))};
+}
+
+ReportData::ReportData(std::unique_ptr<const Content> content) : m_content(std::move(content)) {}
+ReportData::~ReportData() = default;
+
+qint64 ReportData::rowCount() const { return m_content->store.rowCount; }
+qint64 ReportData::groupCount() const { return m_content->index.groupCount(); }
+const std::vector<CurrencyTotal>& ReportData::totals() const { return m_content->totals; }
+const LeiTotal& ReportData::leiTotal() const { return m_content->lei; }
+
+qint64 ReportData::memoryUsed() const {
+    return qint64{sizeof(Content)} + m_content->store.memoryUsed() + m_content->index.memoryUsed();
+}
+
+GroupTotal ReportData::group(qint64 group) const {
+    const auto number = static_cast<std::uint32_t>(group);
+    const GroupIndex& index = m_content->index;
+    const RowStore& store = m_content->store;
+    GroupTotal result{keyTexts(*m_content, number), index.rowsOf(number), {}};
+    for (std::uint32_t i = index.cellStarts[number]; i < index.cellStarts[number + 1]; ++i) {
+        const TotalCell& cell = index.cells[i];
+        CurrencyTotal total{
+            toText(store.text(ColumnRole::Moneda).pool.text(cell.currency)), cell.rowCount, {}, {}, {}, {}};
+        total.valoareNeta = index.sums[0].value(i);
+        total.valoareTVA = index.sums[1].value(i);
+        total.valoareTaxe = index.sums[2].value(i);
+        total.valoareBruta = index.sums[3].value(i);
+        result.totals.push_back(std::move(total));
+    }
+    return result;
+}
+
+}  // namespace velcoran::report

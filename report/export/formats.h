@@ -1,0 +1,79 @@
+#pragma once
+
+#include <QLocale>
+#include <QString>
+#include <QStringList>
+
+#include <atomic>
+#include <functional>
+#include <future>
+#include <memory>
+#include <vector>
+
+namespace velcoran::report {
+
+class Document;
+
+/// Types of the export formats, as the window's commands know them.
+enum ExportType : int {
+    kOwnReport = 1,
+    kCsv = 5,
+    kPlainText = 8,
+    kHtml = 24,
+    kPdf = 31,
+    kOwnDefinition = 33,
+    kXlsx = 36,
+    kOdt = 41,
+};
+
+/// A format as the export dialog offers it.
+struct ExportFormat {
+    int type = 0;
+    QString name;       ///< as the user reads it
+    QString extension;  ///< without the point
+};
+
+/// All formats in the dialog's order, the engine's own two last. Those two are chosen, never written.
+[[nodiscard]] const std::vector<ExportFormat>& exportFormats();
+/// The format of a type; null when there is none.
+[[nodiscard]] const ExportFormat* exportFormat(int type);
+
+/// A name for the file: "Facturi Import Furnizori 2026-03-01 - 2026-03-15.pdf".
+/// @param title   what the report is called; what file systems refuse is replaced by "-"
+/// @param period  a text with two dates dd/mm/yyyy, whatever their separator; left out where it has no two
+/// @param type    without a known type, no extension
+[[nodiscard]] QString suggestedFileName(const QString& title, const QString& period, int type);
+
+/// What an export is told, how it tells how far it is, and how it is stopped. The caller sets the texts before the
+/// export and keeps the object until it may wait: its destructor waits for the rest of a stopped export that could not
+/// be broken off.
+class ExportControl {
+public:
+    ExportControl() = default;
+    ExportControl(const ExportControl&) = delete;
+    ExportControl& operator=(const ExportControl&) = delete;
+
+    QStringList filters;                       ///< lines on the filters in force; may be empty
+    QLocale locale{QLocale::Romanian};         ///< decimal separator, and with it the separator of CSV
+    std::function<void(qint64, qint64)> tell;  ///< done, of how many: pages of PDF, else rows (of a report of totals:
+                                               ///< groups); may be empty; called on the exporting thread
+    std::atomic_bool stop{false};              ///< set from any thread: the export ends with base::Cancelled
+
+    /// Takes over work that goes on after a stop.
+    void keep(std::future<void> rest) { m_rests.push_back(std::move(rest)); }
+
+private:
+    std::vector<std::future<void>> m_rests;
+};
+
+/// Writes a document into a file in a format, for any thread. The file is written beside its place and moved there when
+/// whole: after a failure or a stop, what was there stands as it was and nothing else is left. A device or a pipe is
+/// written directly.
+/// @param file  full path; the folder must exist
+/// @throws Error kFormatNotAvailable for an unknown type, for the engine's own two, and for what the format cannot
+/// hold;
+///         kPathAccess with the path and the system's words when the file cannot be written; Cancelled after a stop
+void exportReport(int type, const std::shared_ptr<const Document>& document, const QString& file,
+                  ExportControl& control);
+
+}  // namespace velcoran::report

@@ -1,0 +1,106 @@
+#pragma once
+
+#include "report/data/report_content.h"
+#include "report/layout/document.h"
+
+#include <array>
+#include <span>
+
+namespace velcoran::report {
+
+class ExportControl;
+
+enum class CellKind : std::uint8_t { Text, Date, Amount, Rate };
+
+/// A column of the exported table.
+struct ExportColumn {
+    ColumnRole role = ColumnRole::CodClient;
+    CellKind kind = CellKind::Text;
+    const char16_t* heading = nullptr;  ///< %1 for the partner: "furnizor", "client"
+    int width = 0;                      ///< characters
+};
+
+/// The columns in the order of the pages.
+[[nodiscard]] std::span<const ExportColumn> pageColumns();
+/// All columns in the order of the report statement.
+[[nodiscard]] std::span<const ExportColumn> statementColumns();
+constexpr int kPageColumnCount = 10;
+constexpr int kFirstSumColumn = 6;  ///< of the page columns: the four that have totals are the last
+
+/// Texts around the table.
+inline constexpr char16_t kGrandTotal[] = u"TOTAL GENERAL";
+inline constexpr char16_t kTotalInLei[] = u"TOTAL IN LEI";
+inline constexpr char16_t kNoDocuments[] = u"Niciun document nu corespunde filtrelor alese.";
+
+/// A loaded report as the exports read it. Cheap to make; refers to the document.
+class ExportSource {
+public:
+    explicit ExportSource(const Document& document);
+
+    [[nodiscard]] const ReportData::Content& content() const { return m_content; }
+    [[nodiscard]] const RowStore& store() const { return m_content.store; }
+    [[nodiscard]] const ReportData& data() const { return m_document.data(); }
+    [[nodiscard]] bool isTotalsAlone() const { return m_document.texts().option != 0; }
+    [[nodiscard]] QString title() const { return m_document.title(); }
+    /// "01/03/2026 - 15/03/2026".
+    [[nodiscard]] QString period() const;
+    /// Moment of printing, for a document's properties.
+    [[nodiscard]] QDateTime made() const { return m_document.printTime(); }
+    [[nodiscard]] QString heading(const ExportColumn& column) const;
+    /// "FURNIZOR: F0001 ALFA TRADE SRL", "DATA: 15/03/2026".
+    [[nodiscard]] QString groupTitle(std::uint32_t group) const;
+    /// Rows of a group in the order of the report.
+    [[nodiscard]] std::span<const std::uint32_t> rowsOf(std::uint32_t group) const;
+    /// A text of a row, empty for null. Not for amounts.
+    [[nodiscard]] QStringView text(ColumnRole role, std::uint32_t row) const;
+    /// A rate that is no number, as it stands; else empty.
+    [[nodiscard]] QStringView oddRate(std::uint32_t row) const;
+    /// A cell as the pages show it.
+    [[nodiscard]] QString shownText(const ExportColumn& column, std::uint32_t row) const;
+
+private:
+    const Document& m_document;
+    const ReportData::Content& m_content;
+    QString m_partner;
+};
+
+/// A line of totals as the pages show it.
+struct TotalLine {
+    QString label;  ///< "Total documente: 12"
+    QString currency;
+    std::array<QString, kSumCount> amounts;
+};
+[[nodiscard]] TotalLine totalLine(const CurrencyTotal& total);
+/// "fara curs: 3"; empty when every document has one.
+[[nodiscard]] QString withoutRateText(const LeiTotal& lei);
+
+/// Tells how far an export is and ends it with base::Cancelled when it is stopped.
+class ExportPace {
+public:
+    ExportPace(ExportControl& control, qint64 total);
+    /// One more is done.
+    void step();
+    /// Ends the export if that is asked for.
+    void stopIfAsked() const;
+
+private:
+    ExportControl& m_control;
+    qint64 m_total;
+    qint64 m_done = 0;
+};
+
+/// What writes a report with its groups and totals.
+class ReportSink {
+public:
+    virtual ~ReportSink() = default;
+    virtual void begin() = 0;
+    virtual void beginGroup(const QString& title) = 0;
+    virtual void row(std::uint32_t row) = 0;
+    virtual void endGroup(const std::vector<CurrencyTotal>& totals) = 0;
+    virtual void end() = 0;
+};
+
+/// Gives the report to a sink in its order; a report of totals without rows.
+void walkReport(const ExportSource& source, ReportSink& sink, ExportControl& control);
+
+}  // namespace velcoran::report

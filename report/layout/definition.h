@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <memory>
+
+namespace velcoran::report {
+
+class Definition;
+struct PageSetup;
+
+/// Reads and checks a definition (docs/report-definitions.md).
+/// @throws Error kInvalidProcedureCall, with line and column where the syntax is wrong, with the object's path
+///         ("sections[3].objects.Text6: ...") where its content is
+[[nodiscard]] std::shared_ptr<const Definition> readDefinition(const QByteArray& json);
+
+/// The definition of a name, from the component's own resources; read once a call.
+/// @throws Error kNoSuchObject when there is none of the name
+[[nodiscard]] std::shared_ptr<const Definition> definitionNamed(const QString& name);
+
+/// The sheet that a definition was designed for.
+[[nodiscard]] const PageSetup& designedSetup(const Definition& definition);
+
+}  // namespace velcoran::report

@@ -1,0 +1,98 @@
+#include "viewer/pages/page_area.h"
+#include "viewer_fixture.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QMenu>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace velcoran::tests {
+
+class Objects : public ViewerTest {
+protected:
+    Objects() {
+        FakeAnswer answer = reportRows(2, 5);
+        // Longer than its column: shown with an ellipsis, given out whole.
+        answer.rows[2][4] = longNumber;
+        load(scriptedReport(answer));
+        QObject::connect(&viewer, &viewer::ReportViewer::objectClicked, &viewer,
+                         [this](int, int, const QStringList& fields, bool*) { clicks << fields; });
+    }
+    viewer::PageArea& pages() { return part<viewer::PageArea>("crwPages"); }
+    /// Middle of the first object of page 1 that passes.
+    template <class Test>
+    QPoint middleOf(Test test) {
+        const report::Page page = viewer.document()->page({1});
+        const auto item = std::ranges::find_if(page.items, test);
+        if (item == page.items.end()) throw std::runtime_error("no such object");
+        return pages().placeOf(0, viewer::rectOf(*item)).center().toPoint();
+    }
+
+    const QString longNumber = u"FACTURA-EXTERNA-CU-UN-NUMAR-FOARTE-FOARTE-LUNG-1234567890"_s;
+    QList<QStringList> clicks;
+};
+
+TEST_F(Objects, aDoubleClickGivesTheValuesOfTheField) {
+    using report::PageItem;
+    const QPoint field = middleOf([](const PageItem& item) { return item.isField && item.text == u"F0001-2"_s; });
+    const QPoint text = middleOf([](const PageItem& item) { return item.field == u"Text1"_s; });
+    QTest::mouseDClick(pages().viewport(), Qt::LeftButton, {}, field);
+    QTest::mouseDClick(pages().viewport(), Qt::LeftButton, {}, text);
+    QTest::mouseDClick(pages().viewport(), Qt::LeftButton, {}, QPoint(3, 3));
+    QTest::mouseClick(pages().viewport(), Qt::LeftButton, {}, field);
+    EXPECT_EQ(clicks, QList<QStringList>({{u"F0001-2"_s}, {}}));
+}
+
+TEST_F(Objects, theRowIsCopiedWithoutTheNextGroupsHeading) {
+    QGuiApplication::clipboard()->clear();
+    const report::Page page = viewer.document()->page({1});
+    const auto last = std::ranges::find_if(page.items, [](const auto& item) { return item.text == u"F0001-5"_s; });
+    ASSERT_NE(last, page.items.end());
+    QTest::mouseClick(pages().viewport(), Qt::LeftButton, {},
+                      pages().placeOf(0, viewer::rectOf(*last)).center().toPoint());
+    QContextMenuEvent ask(QContextMenuEvent::Keyboard, QPoint(9, 9), pages().mapToGlobal(QPoint(9, 9)));
+    QApplication::sendEvent(pages().viewport(), &ask);
+    for (QAction* action : part<QMenu>("crwMenu").actions())
+        if (action->text() == u"Copiază rândul"_s) action->trigger();
+    part<QMenu>("crwMenu").close();
+    const QString row = QGuiApplication::clipboard()->text();
+    EXPECT_TRUE(row.contains(u"F0001-5"_s));
+    EXPECT_FALSE(row.contains(u"F0002"_s)) << row.toStdString();
+}
+
+TEST_F(Objects, anActionMakesTheGesture) {
+    EXPECT_TRUE(act("object", {{u"page"_s, 1}, {u"field"_s, u"NumarFactura"_s}, {u"record"_s, 3}}).toBool());
+    EXPECT_TRUE(act("object", {{u"page"_s, 1}, {u"field"_s, u"ValoareNeta"_s}, {u"record"_s, 3}}).toBool());
+    EXPECT_TRUE(act("object", {{u"page"_s, 1}, {u"field"_s, u"CursValutar"_s}, {u"record"_s, 3}}).toBool());
+    EXPECT_EQ(clicks, QList<QStringList>({{longNumber}, {u"1.000,125"_s}, {u"4,95"_s}})) << "all digits, two at least";
+    for (const QVariantMap& nowhere : {QVariantMap{{u"page"_s, 1}, {u"field"_s, u"NumarFactura"_s}, {u"record"_s, 99}},
+                                       QVariantMap{{u"page"_s, 9}, {u"field"_s, u"NumarFactura"_s}, {u"record"_s, 1}},
+                                       QVariantMap{{u"page"_s, 1}, {u"field"_s, u"Altceva"_s}, {u"record"_s, 1}}})
+        EXPECT_FALSE(act("object", nowhere).toBool());
+    EXPECT_EQ(clicks.size(), 3);
+}
+
+TEST_F(Objects, theChosenOneIsCopiedWhole) {
+    QClipboard* clipboard = QGuiApplication::clipboard();
+    clipboard->setText(u"nimic"_s);
+    QTest::keyClick(&pages(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(clipboard->text(), u"nimic"_s);
+    const QPoint place = middleOf([this](const report::PageItem& item) { return item.fullText == longNumber; });
+    QTest::mouseClick(pages().viewport(), Qt::LeftButton, {}, place);
+    QTest::keyClick(&pages(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(clipboard->text(), longNumber);
+}
+
+TEST_F(Objects, theFieldInTheTotalsIsNoRecord) {
+    const report::Page page = viewer.document()->page({1});
+    EXPECT_EQ(viewer::itemOfField(page, u"NumarFactura"_s, 0), std::nullopt);
+    const auto first = viewer::itemOfField(page, u"numarfactura"_s, 1);
+    ASSERT_TRUE(first.has_value());
+    EXPECT_EQ(page.items[*first].fullText, u"F0001-1"_s);
+}
+
+}  // namespace velcoran::tests
