@@ -81,8 +81,7 @@ QVariantMap TextBox::controlState() const {
     state[u"text"_s] = text();
     state[u"selStart"_s] = selStart();
     state[u"selLength"_s] = selLength();
-    const QVariant dataChanged = property("dataChanged");
-    if (dataChanged.isValid()) state[u"dataChanged"_s] = dataChanged.toBool();
+    state[u"dataChanged"_s] = m_isDataChanged;
     return state;
 }
 

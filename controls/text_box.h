@@ -36,7 +36,11 @@ public:
     /// The menu of the text commands, in the language of Qt's own; deletes itself when it closes.
     [[nodiscard]] QMenu* makeEditMenu();
 
-    /// "text", "selStart", "selLength", and "dataChanged" when the window has set the property of that name.
+    /// Whether the text was changed after it was picked: kept for the window, which sets it.
+    [[nodiscard]] bool isDataChanged() const { return m_isDataChanged; }
+    void setDataChanged(bool isChanged) { m_isDataChanged = isChanged; }
+
+    /// "text", "selStart", "selLength" and "dataChanged".
     [[nodiscard]] QVariantMap controlState() const override;
 
 public slots:
@@ -77,6 +81,7 @@ private:
     RefusedCharacters m_refused;
     QString m_told;  ///< the text of the last change
     int m_limit = 0;
+    bool m_isDataChanged = false;
     bool m_isShownEnabled = true;
     std::optional<QPoint> m_focusPress;    ///< where the press that gave the focus was, until its release
     std::optional<Range> m_dragSelection;  ///< before a text is dragged over the field

@@ -31,11 +31,11 @@ QString categoryExpression() {
     return expression += u" END";
 }
 
-QStringList categoryEntries(QStringView reportKind) {
+QStringList categoryEntries(ReportKind kind) {
     QStringList entries{QString()};
     std::span<const int> codes;
-    if (reportKind == u"Import") codes = kImportEntries;
-    if (reportKind == u"Export") codes = kExportEntries;
+    if (kind == ReportKind::Import) codes = kImportEntries;
+    if (kind == ReportKind::Export) codes = kExportEntries;
     for (const int fel : codes) entries.append(kCategories[static_cast<std::size_t>(fel)].name.toString());
     return entries;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "report_kind.h"
+
 #include <QString>
 #include <QStringList>
 #include <QStringView>
@@ -36,9 +38,9 @@ inline constexpr std::array<Category, 9> kCategories{{
 /// END", without a blank at either end.
 [[nodiscard]] QString categoryExpression();
 
-/// Entries of cmbCategorie for a report kind: the empty one first; nothing but that for a kind that is neither "Import"
-/// nor "Export".
-[[nodiscard]] QStringList categoryEntries(QStringView reportKind);
+/// Entries of cmbCategorie for a report kind: the empty one first; nothing but that for a kind that is neither Import
+/// nor Export.
+[[nodiscard]] QStringList categoryEntries(ReportKind kind);
 
 /// Categories of a report with no category chosen; kTemporaryCategory joins them with the temporary documents.
 [[nodiscard]] std::span<const int> defaultCategories(bool isSupplierSide);

@@ -1,12 +1,26 @@
 #include "lookup_fields.h"
 
+#include <algorithm>
+
 namespace velcoran::filters {
 
+namespace {
+
+std::optional<LookupField> fieldWith(QStringView LookupFieldRow::*name, QStringView text) {
+    const auto* row = std::ranges::find(kLookupFields, text, name);
+    return row == kLookupFields.end() ? std::nullopt : std::optional(row->field);
+}
+
+}  // namespace
+
 std::optional<LookupField> lookupFieldNamed(QStringView control) {
-    for (const LookupFieldNames& one : kLookupFields) {
-        if (one.control == control) return one.field;
-    }
-    return std::nullopt;
+    return fieldWith(&LookupFieldRow::control, control);
+}
+
+std::optional<LookupField> lookupFieldOfTag(QStringView tag) { return fieldWith(&LookupFieldRow::tag, tag); }
+
+LookupField fieldOfCode(CodeVariable code) {
+    return std::ranges::find(kLookupFields, std::optional(code), &LookupFieldRow::code)->field;
 }
 
 }  // namespace velcoran::filters

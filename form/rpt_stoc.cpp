@@ -212,7 +212,7 @@ int RptStoc::innerHeight() const { return base::Twips::fromPixels(height(), m_pr
 
 QString RptStoc::pointer() const { return m_private->hourglass.isSet() ? u"hourglass"_s : u"default"_s; }
 
-QString RptStoc::sTipRaport() const { return m_private->members.sTipRaport; }
+QString RptStoc::sTipRaport() const { return m_private->members.sTipRaport.text; }
 
 int RptStoc::iAn() const { return m_private->members.iAn; }
 
@@ -220,13 +220,13 @@ QString RptStoc::sSoc() const { return m_private->members.sSoc; }
 
 bool RptStoc::bRaportIncarcat() const { return m_private->members.bRaportIncarcat; }
 
-QString RptStoc::sCodProdus() const { return m_private->members.sCodProdus; }
+QString RptStoc::sCodProdus() const { return m_private->members.codes[filters::CodeVariable::sCodProdus]; }
 
-QString RptStoc::sCodProducator() const { return m_private->members.sCodProducator; }
+QString RptStoc::sCodProducator() const { return m_private->members.codes[filters::CodeVariable::sCodProducator]; }
 
-QString RptStoc::sCodClient() const { return m_private->members.sCodClient; }
+QString RptStoc::sCodClient() const { return m_private->members.codes[filters::CodeVariable::sCodClient]; }
 
-QString RptStoc::sCodAgent() const { return m_private->members.sCodAgent; }
+QString RptStoc::sCodAgent() const { return m_private->members.codes[filters::CodeVariable::sCodAgent]; }
 
 QString RptStoc::sCautare() const { return m_private->members.sCautare; }
 

@@ -49,17 +49,17 @@ private:
     void maximize();
     void showPanel();
     void setPartnerCaptions();
-    void fillReportList() { m_controls.list(Ctl::cmbTipRaport).fill(reportEntries(m_members.sTipRaport), 0); }
+    void fillReportList() { m_controls.list(Ctl::cmbTipRaport).fill(reportEntries(m_members.sTipRaport.kind), 0); }
     void fillSelection();
-    void fillSortList() { m_controls.list(Ctl::cmbSortare).fill(sortEntries(m_members.sTipRaport), 0); }
+    void fillSortList() { m_controls.list(Ctl::cmbSortare).fill(sortEntries(m_members.sTipRaport.kind), 0); }
     void fillWarehouses();
     void setPeriod();
     void fillCategories();
     void setWindowCaption();
 
     void newRecordset() { m_members.rsQuery = std::make_unique<db::RowSet>(); }
-    [[nodiscard]] bool isImport() const { return m_members.sTipRaport == u"Import"; }
-    [[nodiscard]] bool isExport() const { return m_members.sTipRaport == u"Export"; }
+    [[nodiscard]] bool isImport() const { return m_members.sTipRaport.kind == filters::ReportKind::Import; }
+    [[nodiscard]] bool isExport() const { return m_members.sTipRaport.kind == filters::ReportKind::Export; }
 
     const Context& m_context;
     Members& m_members;
@@ -161,7 +161,7 @@ void Setup::fillCategories() {
     if (isImport()) temporary = u"Inclusiv importurile temporare"_s;
     if (isExport()) temporary = u"Inclusiv exporturile temporare"_s;
     m_controls.setCaption(Ctl::chkLohn, temporary);
-    m_controls.list(Ctl::cmbCategorie).fill(filters::categoryEntries(m_members.sTipRaport), 0);
+    m_controls.list(Ctl::cmbCategorie).fill(filters::categoryEntries(m_members.sTipRaport.kind), 0);
 }
 
 void Setup::setWindowCaption() {

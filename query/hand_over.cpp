@@ -25,7 +25,7 @@ void setTexts(report::Report& report, const QList<TextReplacement>& replacements
 HandOver planHandOver(const filters::FilterState& state, QStringView dateSeparator, const QString& caption) {
     HandOver plan;
     plan.fileTitle = caption;
-    plan.kind = state.sTipRaport;
+    plan.kind = state.sTipRaport.text;
     if (isPartnerEntry(state.cmbTipRaport)) {
         plan.definition = u"CRFacturiImport"_s;
         plan.isClient = state.cmbTipRaport == u"Client";

@@ -9,6 +9,7 @@
 namespace velcoran::query {
 
 using namespace Qt::StringLiterals;
+using filters::CodeVariable;
 using filters::FilterState;
 using filters::isPresent;
 using filters::joinFragments;
@@ -69,9 +70,11 @@ QString headerConditions(const FilterState& state, const QString& sDepozite) {
     if (isPresent(type)) text += joinFragments({isSupplierSide ? kSupplierType : kClientType, type, kQuote});
     if (isPresent(category))
         text += joinFragments({isSupplierSide ? kSupplierCategory : kClientCategory, category, kQuote});
-    if (isPresent(state.text(LookupField::txtCodClient))) text += joinFragments({kPartner, state.sCodClient, kQuote});
+    if (isPresent(state.text(LookupField::txtCodClient)))
+        text += joinFragments({kPartner, state.codes[CodeVariable::sCodClient], kQuote});
     if (!sDepozite.isEmpty()) text += joinFragments({kWarehouses, sDepozite});
-    if (isPresent(state.text(LookupField::txtCodAgent))) text += joinFragments({kAgent, state.sCodAgent});
+    if (isPresent(state.text(LookupField::txtCodAgent)))
+        text += joinFragments({kAgent, state.codes[CodeVariable::sCodAgent]});
     return text;
 }
 
@@ -96,12 +99,13 @@ QString productCondition(const FilterState& state) {
     const QString& type = state.text(LookupField::txtTipProdus);
     const QString& group = state.text(LookupField::txtGrupaProdus);
     const QString& subgroup = state.text(LookupField::txtSubGrupaProdus);
+    const QString& producer = state.codes[CodeVariable::sCodProducator];
     const Part parts[] = {
         {kProductType, isPresent(type), type},
         {kProductGroup, isPresent(group), group},
         {kProductSubgroup, isPresent(subgroup), subgroup},
-        {kProduct, isPresent(state.text(LookupField::txtCodProdus)), state.sCodProdus},
-        {kProducer, !state.sCodProducator.isEmpty(), state.sCodProducator},
+        {kProduct, isPresent(state.text(LookupField::txtCodProdus)), state.codes[CodeVariable::sCodProdus]},
+        {kProducer, !producer.isEmpty(), producer},
     };
     QString condition = categoryCondition(state);
     for (const Part& part : parts) {

@@ -1,17 +1,15 @@
 #include "validation.h"
 
 #include "filters/fragments.h"
-#include "filters/lookup_fields.h"
 
 namespace velcoran::query {
 
 using filters::CodeVariable;
-using filters::LookupField;
 
 std::optional<QString> modifiedFiltersMessage(const filters::FilterState& state) {
     QString list;
-    for (const filters::LookupFieldNames& one : filters::kLookupFields) {
-        const filters::LookupValue& value = state.field(one.field);
+    for (const filters::LookupFieldRow& one : filters::kLookupFields) {
+        const filters::LookupValue& value = state.fields[one.field];
         if (value.text.isEmpty() || !value.dataChanged) continue;
         list += list.isEmpty() ? one.label.toString() : filters::joinFragments({u", ", one.laterLabel});
     }
@@ -21,19 +19,9 @@ std::optional<QString> modifiedFiltersMessage(const filters::FilterState& state)
 }
 
 QList<CodeVariable> tidyCodes(const filters::FilterState& state) {
-    struct Pair {
-        LookupField field;
-        CodeVariable code;
-    };
-    constexpr Pair kPairs[] = {
-        {LookupField::txtCodProdus, CodeVariable::sCodProdus},
-        {LookupField::txtCodClient, CodeVariable::sCodClient},
-        {LookupField::txtCodAgent, CodeVariable::sCodAgent},
-        {LookupField::txtProducator, CodeVariable::sCodProducator},
-    };
     QList<CodeVariable> stale;
-    for (const Pair& pair : kPairs) {
-        if (state.text(pair.field).isEmpty()) stale.append(pair.code);
+    for (const CodeVariable code : filters::kCodeVariables) {
+        if (state.text(filters::fieldOfCode(code)).isEmpty()) stale.append(code);
     }
     return stale;
 }

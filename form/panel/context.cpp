@@ -2,8 +2,6 @@
 
 #include "form/busy/message.h"
 
-#include "filters/lookup_fields.h"
-
 namespace velcoran::form {
 
 void Context::show(const QString& text, std::int16_t style, const QString& title) const {
@@ -14,14 +12,11 @@ filters::FilterState collectState(const Members& members, const ControlTree& con
     filters::FilterState state;
     state.sTipRaport = members.sTipRaport;
     state.sSoc = members.sSoc;
-    for (const filters::LookupFieldNames& one : filters::kLookupFields) {
+    for (const filters::LookupFieldRow& one : filters::kLookupFields) {
         const controls::TextBox& box = controls.textBox(one.field);
-        state.field(one.field) = {box.text(), box.property("dataChanged").toBool()};
+        state.fields[one.field] = {box.text(), box.isDataChanged()};
     }
-    state.sCodProdus = members.sCodProdus;
-    state.sCodProducator = members.sCodProducator;
-    state.sCodClient = members.sCodClient;
-    state.sCodAgent = members.sCodAgent;
+    state.codes = members.codes;
     state.cmbTipRaport = controls.list(Ctl::cmbTipRaport).text();
     state.cmbSortare = controls.list(Ctl::cmbSortare).text();
     state.cmbCategorieIndex = controls.list(Ctl::cmbCategorie).index();

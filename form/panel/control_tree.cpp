@@ -90,8 +90,6 @@ ControlTree::ControlTree(QWidget& window, double density) : m_density(density) {
     for (const LayoutRow& row : layoutRows()) build(window, row);
     for (const LayoutRow& row : layoutRows()) widget(row.control).lower();
     for (const LayoutRow& row : layoutRows()) widget(row.control).setHidden(row.isHidden);
-    for (const filters::LookupFieldNames& one : filters::kLookupFields)
-        textBox(one.field).setProperty("dataChanged", false);
     orderTabs();
     nameFields();
     translateEditMenus(window);

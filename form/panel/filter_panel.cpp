@@ -11,8 +11,6 @@ namespace {
 /// Characters that would break a statement, refused as they are typed.
 constexpr QStringView kRefused = u"';%,\" ";
 
-constexpr char kDataChanged[] = "dataChanged";
-
 /// What the totals box switches, in this order.
 constexpr Ctl kProductFilters[] = {Ctl::cmbCategorie, Ctl::txtTipProdus, Ctl::txtGrupaProdus, Ctl::txtSubGrupaProdus,
                                    Ctl::txtCodProdus};
@@ -23,7 +21,7 @@ constexpr int kSelectionWithoutTemporary = 1;
 }  // namespace
 
 FilterPanel::FilterPanel(const Context& context) : m_context(context) {
-    for (const filters::LookupFieldNames& one : filters::kLookupFields) connectField(one.field);
+    for (const filters::LookupFieldRow& one : filters::kLookupFields) connectField(one.field);
     connectLists();
 }
 
@@ -38,7 +36,7 @@ void FilterPanel::connectField(LookupField field) {
     colourOnFocus(box);
     box.setRefusedCharacters([](const QString& character) { return kRefused.contains(character); });
     QObject::connect(&box, &controls::TextBox::changed, &box,
-                     [this, field] { m_context.handlers.run([&] { runCascade(triggerOf(field), *this); }); });
+                     [this, field] { m_context.handlers.run([&] { runCascade(field, *this); }); });
 }
 
 void FilterPanel::connectLists() {
@@ -66,13 +64,11 @@ void FilterPanel::onSelection(int index) {
 
 void FilterPanel::emptyField(LookupField field) { m_context.controls.textBox(field).setText(QString()); }
 
-void FilterPanel::emptyCode(filters::CodeVariable code) { m_context.members.code(code).clear(); }
+void FilterPanel::emptyCode(filters::CodeVariable code) { m_context.members.codes[code].clear(); }
 
-void FilterPanel::markChanged(LookupField field) { m_context.controls.textBox(field).setProperty(kDataChanged, true); }
+void FilterPanel::markChanged(LookupField field) { m_context.controls.textBox(field).setDataChanged(true); }
 
-void FilterPanel::clearDataChanged(LookupField field) {
-    m_context.controls.textBox(field).setProperty(kDataChanged, false);
-}
+void FilterPanel::clearDataChanged(LookupField field) { m_context.controls.textBox(field).setDataChanged(false); }
 
 void FilterPanel::resetCategory() { m_context.controls.list(Ctl::cmbCategorie).setIndex(0); }
 

@@ -107,7 +107,7 @@ KeyState Keyboard::stateOf(Ctl control) const {
             const auto& box = tree.as<controls::TextBox>(control);
             return {.isAtStart = box.selStart() == 0,
                     .isAtEnd = box.selStart() == box.text().size(),
-                    .dataChanged = box.property("dataChanged").toBool()};
+                    .dataChanged = box.isDataChanged()};
         }
         case Kind::dropDownList:
             return {.index = tree.list(control).index(), .count = tree.list(control).count()};

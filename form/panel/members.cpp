@@ -4,20 +4,6 @@
 
 namespace velcoran::form {
 
-QString& Members::code(filters::CodeVariable which) {
-    switch (which) {
-        case filters::CodeVariable::sCodProdus:
-            return sCodProdus;
-        case filters::CodeVariable::sCodClient:
-            return sCodClient;
-        case filters::CodeVariable::sCodAgent:
-            return sCodAgent;
-        case filters::CodeVariable::sCodProducator:
-            break;
-    }
-    return sCodProducator;
-}
-
 /// All of them leave the members first: what is released belongs to the host and may call back.
 void Members::release() {
     auto report = std::move(rptFacturi);

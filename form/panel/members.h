@@ -18,7 +18,7 @@ namespace velcoran::form {
 /// references are released by it.
 struct Members {
     db::Connection Priza;
-    QString sTipRaport;
+    filters::TipRaport sTipRaport;
     std::int16_t iAn = 0;
     QString sSoc;
     bool bRaportIncarcat = false;
@@ -26,10 +26,8 @@ struct Members {
     std::unique_ptr<db::RowSet> rsQuery;
     std::shared_ptr<db::RowSet> rsLookup;  ///< shared with the grid, which shows the last lookup that found rows
     std::shared_ptr<report::Report> rptFacturi;
-    QString sCodProdus, sCodProducator, sCodClient, sCodAgent;
+    filters::Codes codes;
     QString sCautare;
-
-    [[nodiscard]] QString& code(filters::CodeVariable which);
 
     /// Releases what an unload releases, in its order. The host's connection itself stays as it is.
     void release();

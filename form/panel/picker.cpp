@@ -111,7 +111,7 @@ void Picker::onCharacter(const QString& character) {
 }
 
 void Picker::cancel() {
-    if (isOpen()) lookup::cancelPick(m_context.controls.frame(Ctl::fraGrid).tag(), *this);
+    if (isOpen()) cancelPick(m_context.controls.frame(Ctl::fraGrid).tag(), *this);
 }
 
 void Picker::showCaption(const QString& caption) {
@@ -136,14 +136,14 @@ void Picker::pickCurrent() {
     controls::Grid& grid = m_context.controls.grid();
     if (grid.row() < 1) return;
     const auto cell = [&grid](int column) { return grid.cellText(grid.row(), column); };
-    lookup::pick(m_context.controls.frame(Ctl::fraGrid).tag(), cell, *this);
+    pick(m_context.controls.frame(Ctl::fraGrid).tag(), cell, *this);
 }
 
 void Picker::emptySearchText() { m_context.members.sCautare.clear(); }
 
 void Picker::setFieldText(LookupField field, const QString& text) { m_context.controls.textBox(field).setText(text); }
 
-void Picker::setCode(filters::CodeVariable code, const QString& value) { m_context.members.code(code) = value; }
+void Picker::setCode(filters::CodeVariable code, const QString& value) { m_context.members.codes[code] = value; }
 
 void Picker::clearDataChanged(LookupField field) { m_panel.clearDataChanged(field); }
 

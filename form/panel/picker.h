@@ -2,8 +2,8 @@
 
 #include "context.h"
 #include "controls/input/second_press.h"
+#include "form/rules/pick.h"
 #include "lookup/grid_model.h"
-#include "lookup/pick.h"
 
 #include <QObject>
 
@@ -14,7 +14,7 @@ class Keyboard;
 
 /// The picker: the grid that opens over the filter panel with the rows of a lookup, narrowed by typing, left by a pick
 /// or by Esc. While it is open nothing else in the window can be worked.
-class Picker final : public QObject, private lookup::IPickTarget {
+class Picker final : public QObject, private IPickTarget {
 public:
     Picker(const Context& context, FilterPanel& panel);
 

@@ -1,5 +1,9 @@
 #include "cascade.h"
 
+#include "base/enum_table.h"
+
+#include <span>
+
 namespace velcoran::form {
 
 using filters::CodeVariable;
@@ -53,10 +57,31 @@ constexpr Step kOfTotals[] = {kDisableProducts, empty(kProduct), empty(kType),  
                               empty(kSubgroup), empty(kProduct), kResetCategory};
 constexpr Step kOfDetails[] = {kEnableProducts};
 
-/// In the order of Trigger.
-constexpr std::span<const Step> kCascades[] = {kOfProducer, kOfType,        kOfGroup,           kOfSubgroup,
-                                               kOfProduct,  kOfPartnerType, kOfPartnerCategory, kOfPartner,
-                                               kOfAgent,    kOfCategory,    kOfTotals,          kOfDetails};
+struct FieldCascade {
+    LookupField field;
+    std::span<const Step> steps;
+};
+constexpr base::EnumTable<&FieldCascade::field, filters::kLookupFieldCount> kFieldCascades{{{
+    {kProducer, kOfProducer},
+    {kType, kOfType},
+    {kGroup, kOfGroup},
+    {kSubgroup, kOfSubgroup},
+    {kProduct, kOfProduct},
+    {kPartnerType, kOfPartnerType},
+    {kPartnerCategory, kOfPartnerCategory},
+    {kPartner, kOfPartner},
+    {kAgent, kOfAgent},
+}}};
+
+struct TriggerCascade {
+    Trigger trigger;
+    std::span<const Step> steps;
+};
+constexpr base::EnumTable<&TriggerCascade::trigger, 3> kTriggerCascades{{{
+    {Trigger::cmbCategorie, kOfCategory},
+    {Trigger::totalsTicked, kOfTotals},
+    {Trigger::totalsUnticked, kOfDetails},
+}}};
 
 void run(const Step& step, ICascadeTarget& target) {
     switch (step.kind) {
@@ -77,8 +102,12 @@ void run(const Step& step, ICascadeTarget& target) {
 
 }  // namespace
 
+void runCascade(LookupField field, ICascadeTarget& target) {
+    for (const Step& step : kFieldCascades[field].steps) run(step, target);
+}
+
 void runCascade(Trigger trigger, ICascadeTarget& target) {
-    for (const Step& step : kCascades[static_cast<std::size_t>(trigger)]) run(step, target);
+    for (const Step& step : kTriggerCascades[trigger].steps) run(step, target);
 }
 
 }  // namespace velcoran::form

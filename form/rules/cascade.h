@@ -1,27 +1,14 @@
 #pragma once
 
-#include "filters/filter_state.h"
+#include "filters/lookup_fields.h"
 
-#include <span>
+#include <cstdint>
 
 namespace velcoran::form {
 
-/// What runs a cascade: a change of a lookup field, of the category, a tick or untick of the totals box.
-enum class Trigger {
-    txtProducator,  // the nine fields in the order of filters::LookupField
-    txtTipProdus,
-    txtGrupaProdus,
-    txtSubGrupaProdus,
-    txtCodProdus,
-    txtTipClient,
-    txtCatClient,
-    txtCodClient,
-    txtCodAgent,
-    cmbCategorie,
-    totalsTicked,
-    totalsUnticked,
-};
-[[nodiscard]] constexpr Trigger triggerOf(filters::LookupField field) { return static_cast<Trigger>(field); }
+/// What runs a cascade besides a change of a lookup field: a change of the category, a tick or untick of the totals
+/// box.
+enum class Trigger : std::uint8_t { cmbCategorie, totalsTicked, totalsUnticked };
 
 /// The window as a cascade changes it.
 class ICascadeTarget {
@@ -38,7 +25,8 @@ public:
     virtual void enableProducts(bool isEnabled) = 0;
 };
 
-/// Runs what a trigger does, step by step.
+/// Runs what a change of a field or another trigger does, step by step.
+void runCascade(filters::LookupField field, ICascadeTarget& target);
 void runCascade(Trigger trigger, ICascadeTarget& target);
 
 }  // namespace velcoran::form

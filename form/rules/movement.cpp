@@ -1,8 +1,12 @@
 #include "movement.h"
 
+#include "layout_table.h"
+
 #include <algorithm>
 
 namespace velcoran::form {
+
+using filters::LookupField;
 
 namespace {
 
@@ -121,23 +125,31 @@ struct MoveRow {
     Target backward;
 };
 
+/// The row of a lookup field, from its neighbours.
+/// @param backward  in place of a fixed control
+consteval MoveRow fieldRow(LookupField field, TargetChoice backward = nullptr) {
+    const filters::LookupFieldRow& row = filters::kLookupFields[field];
+    return {controlOfName(row.control), kFieldKeys, Others::leave, controlOfName(row.forward),
+            backward != nullptr ? Target(backward) : Target(controlOfName(row.backward))};
+}
+
 constexpr MoveRow kMoves[] = {
     {Ctl::cmbTipRaport, kStayingListKeys, Others::leave, Ctl::chkTotale, {}},
     {Ctl::chkTotale, kTotalsKeys, Others::leave, sortOrFirstDate, Ctl::cmbTipRaport},
     {Ctl::cmbSortare, kStayingListKeys, Others::leave, Ctl::Deladata, Ctl::chkTotale},
     {Ctl::Deladata, kDateKeys, Others::leave, Ctl::Ladata, {}},
     {Ctl::Ladata, kDateKeys, Others::leave, firstFilter, {}},
-    {Ctl::txtProducator, kFieldKeys, Others::leave, Ctl::cmbCategorie, Ctl::Ladata},
+    fieldRow(LookupField::txtProducator),
     {Ctl::cmbCategorie, kCategoryKeys, Others::leave, Ctl::txtTipProdus, Ctl::txtProducator},
-    {Ctl::txtTipProdus, kFieldKeys, Others::leave, Ctl::txtGrupaProdus, backFromProductType},
-    {Ctl::txtGrupaProdus, kFieldKeys, Others::leave, Ctl::txtSubGrupaProdus, Ctl::txtTipProdus},
-    {Ctl::txtSubGrupaProdus, kFieldKeys, Others::leave, Ctl::txtCodProdus, Ctl::txtGrupaProdus},
-    {Ctl::txtCodProdus, kFieldKeys, Others::leave, Ctl::txtTipClient, Ctl::txtSubGrupaProdus},
-    {Ctl::txtTipClient, kFieldKeys, Others::leave, Ctl::txtCatClient, backFromPartnerType},
-    {Ctl::txtCatClient, kFieldKeys, Others::leave, Ctl::txtCodClient, Ctl::txtTipClient},
-    {Ctl::txtCodClient, kFieldKeys, Others::leave, Ctl::cmbDepozit, Ctl::txtCatClient},
+    fieldRow(LookupField::txtTipProdus, backFromProductType),
+    fieldRow(LookupField::txtGrupaProdus),
+    fieldRow(LookupField::txtSubGrupaProdus),
+    fieldRow(LookupField::txtCodProdus),
+    fieldRow(LookupField::txtTipClient, backFromPartnerType),
+    fieldRow(LookupField::txtCatClient),
+    fieldRow(LookupField::txtCodClient),
     {Ctl::cmbDepozit, kWarehouseKeys, Others::leave, Ctl::txtCodAgent, Ctl::txtCodClient},
-    {Ctl::txtCodAgent, kFieldKeys, Others::leave, Ctl::cmbSelectie, Ctl::cmbDepozit},
+    fieldRow(LookupField::txtCodAgent),
     {Ctl::cmbSelectie, kLeavingListKeys, Others::leave, Ctl::chkLohn, Ctl::txtCodAgent},
     {Ctl::chkLohn, kTemporaryKeys, Others::swallow, Ctl::Raport, Ctl::cmbSelectie},
     {Ctl::Raport, kButtonKeys, Others::swallow, Ctl::cmbVizual, Ctl::chkLohn},

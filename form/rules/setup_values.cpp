@@ -8,6 +8,7 @@
 namespace velcoran::form {
 
 using namespace Qt::StringLiterals;
+using filters::ReportKind;
 
 namespace {
 
@@ -42,12 +43,12 @@ Period periodOf(std::int16_t iAn, QDate workingDate) {
     return bounded;
 }
 
-QStringList reportEntries(QStringView reportKind) {
-    return {reportKind == u"Export" ? u"Client"_s : u"Furnizor"_s, u"Zi"_s};
+QStringList reportEntries(ReportKind kind) {
+    return {kind == ReportKind::Export ? u"Client"_s : u"Furnizor"_s, u"Zi"_s};
 }
 
-QStringList sortEntries(QStringView reportKind) {
-    return {u"Data"_s, u"Numar Document"_s, reportKind == u"Import" ? u"Furnizor"_s : u"Client"_s};
+QStringList sortEntries(ReportKind kind) {
+    return {u"Data"_s, u"Numar Document"_s, kind == ReportKind::Import ? u"Furnizor"_s : u"Client"_s};
 }
 
 }  // namespace velcoran::form

@@ -1,9 +1,10 @@
 #pragma once
 
+#include "filters/report_kind.h"
+
 #include <QDate>
 #include <QString>
 #include <QStringList>
-#include <QStringView>
 
 #include <cstdint>
 #include <optional>
@@ -27,9 +28,9 @@ struct Period {
 /// @throws Error kOverflow for the year 32767, kInvalidProcedureCall for a year that has no date
 [[nodiscard]] Period periodOf(std::int16_t iAn, QDate workingDate);
 
-/// Entries of the lists for a report kind. The first test is for "Export", the second for "Import": a kind that is
+/// Entries of the lists for a report kind. The first test is for Export, the second for Import: a kind that is
 /// neither gets "Furnizor" in one and "Client" in the other.
-[[nodiscard]] QStringList reportEntries(QStringView reportKind);
-[[nodiscard]] QStringList sortEntries(QStringView reportKind);
+[[nodiscard]] QStringList reportEntries(filters::ReportKind kind);
+[[nodiscard]] QStringList sortEntries(filters::ReportKind kind);
 
 }  // namespace velcoran::form

@@ -63,7 +63,7 @@ bool ReportRun::isRefused() const {
 
 void ReportRun::tidyCodes() {
     for (const filters::CodeVariable code : query::tidyCodes(collectState(m_context.members, m_context.controls)))
-        m_context.members.code(code).clear();
+        m_context.members.codes[code].clear();
 }
 
 /// The engine prepares the statement here: on a slow server the window stays alive meanwhile.

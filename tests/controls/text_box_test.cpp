@@ -270,15 +270,17 @@ TEST_F(TextBoxTest, undoBringsBackWhatWasTypedOver) {
     EXPECT_EQ(m_changes, 1);
 }
 
-TEST_F(TextBoxTest, stateHoldsTheFlagOnceItIsSet) {
+TEST_F(TextBoxTest, stateHoldsTextSelectionAndFlag) {
     m_box.setText(u"ab"_s);
     m_box.setSel(1, 1);
     m_box.setBackColour({0x404040});
-    const QVariantMap bare{
-        {u"text"_s, u"ab"_s}, {u"selStart"_s, 1}, {u"selLength"_s, 1}, {u"backColor"_s, u"0x404040"_s}};
-    EXPECT_EQ(m_box.property("controlState").toMap(), bare);
-    m_box.setProperty("dataChanged", true);
-    EXPECT_TRUE(m_box.controlState().value(u"dataChanged"_s).toBool());
+    m_box.setDataChanged(true);
+    const QVariantMap state{{u"text"_s, u"ab"_s},
+                            {u"selStart"_s, 1},
+                            {u"selLength"_s, 1},
+                            {u"dataChanged"_s, true},
+                            {u"backColor"_s, u"0x404040"_s}};
+    EXPECT_EQ(m_box.property("controlState").toMap(), state);
 }
 
 }  // namespace velcoran::controls

@@ -216,7 +216,8 @@ FilterState harmlessState(std::mt19937& random) {
     state.sSoc = anyOf({u""_s, u"Firma.dbo."_s, u"[Firma X].dbo."_s, u"Firma2.Asset."_s, u"Firma$"_s, u"[Fir]]ma'].."_s,
                         u"[srv\\1].Firma.dbo."_s, u"Țara.dbo."_s, u"\"Firma\"."_s},
                        random);
-    state.sCodAgent = anyOf({u"7"_s, u"12"_s, u"-3"_s, u" 4 "_s, u"1.5"_s, u"1e2"_s}, random);
+    state.codes[filters::CodeVariable::sCodAgent] =
+        anyOf({u"7"_s, u"12"_s, u"-3"_s, u" 4 "_s, u"1.5"_s, u"1e2"_s}, random);
     state.depozite.clear();
     for (unsigned left = random() % 4; left > 0; --left)
         state.depozite.append(QString::number(random() % 1000) + u" - "_s + harmlessText(random));

@@ -9,6 +9,7 @@
 namespace velcoran::tests {
 
 using namespace Qt::StringLiterals;
+using filters::CodeVariable;
 using filters::FilterState;
 using filters::LookupField;
 
@@ -166,15 +167,13 @@ const QList<SplicePoint>& splicePoints() {
         QList<SplicePoint> list;
         for (const LookupField field : kFields)
             list.append({u"field %1"_s.arg(static_cast<int>(field)),
-                         [field](FilterState& state, const QString& value) { state.field(field).text = value; }, true});
-        const auto member = [&list](const QString& name, QString FilterState::*which, bool isQuoted) {
-            list.append({name, [which](FilterState& state, const QString& value) { state.*which = value; }, isQuoted});
-        };
-        member(u"sCodProdus"_s, &FilterState::sCodProdus, true);
-        member(u"sCodProducator"_s, &FilterState::sCodProducator, true);
-        member(u"sCodClient"_s, &FilterState::sCodClient, true);
-        member(u"sCodAgent"_s, &FilterState::sCodAgent, false);
-        member(u"sSoc"_s, &FilterState::sSoc, false);
+                         [field](FilterState& state, const QString& value) { state.fields[field].text = value; },
+                         true});
+        for (const CodeVariable code : filters::kCodeVariables)
+            list.append({u"code %1"_s.arg(static_cast<int>(code)),
+                         [code](FilterState& state, const QString& value) { state.codes[code] = value; },
+                         code != CodeVariable::sCodAgent});
+        list.append({u"sSoc"_s, [](FilterState& state, const QString& value) { state.sSoc = value; }, false});
         list.append({u"cmbCategorie"_s,
                      [](FilterState& state, const QString& value) {
                          state.cmbCategorieIndex = 1;
@@ -194,9 +193,9 @@ const QList<SplicePoint>& splicePoints() {
 FilterState filledState(const QString& kind) {
     FilterState state;
     state.sTipRaport = kind;
-    for (const LookupField field : kFields) state.field(field).text = u"abc"_s;
-    state.sCodProdus = state.sCodProducator = state.sCodClient = u"C1"_s;
-    state.sCodAgent = u"3"_s;
+    for (const LookupField field : kFields) state.fields[field].text = u"abc"_s;
+    for (const CodeVariable code : filters::kCodeVariables) state.codes[code] = u"C1"_s;
+    state.codes[CodeVariable::sCodAgent] = u"3"_s;
     state.depozite = QStringList{u"1 - A"_s};
     state.cmbSortare = u"Data"_s;
     state.deLaData = QDate(2026, 3, 1);

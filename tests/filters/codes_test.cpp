@@ -1,7 +1,6 @@
 #include "filters/codes.h"
 
 #include "filters/fragments.h"
-#include "filters/lookup_fields.h"
 #include "support/test_data.h"
 
 #include <gtest/gtest.h>
@@ -26,9 +25,9 @@ TEST(Categories, listsFollowTheExactReportKind) {
         u""_s, u"Produse Finite"_s, u"Servicii"_s, u"Alte Cheltuieli"_s, u"Mijloace Fixe"_s, u"Produse in Lohn"_s};
     const QStringList exported{u""_s,         u"Produse Finite"_s, u"Produse Finite in Consignatie"_s,
                                u"Servicii"_s, u"Mijloace Fixe"_s,  u"Produse in Lohn"_s};
-    EXPECT_EQ(categoryEntries(u"Import"), import);
-    EXPECT_EQ(categoryEntries(u"Export"), exported);
-    EXPECT_EQ(categoryEntries(u"import"), QStringList{u""_s});
+    EXPECT_EQ(categoryEntries(ReportKind::Import), import);
+    EXPECT_EQ(categoryEntries(ReportKind::Export), exported);
+    EXPECT_EQ(categoryEntries(reportKindOf(u"import")), QStringList{u""_s});
     // Each entry must be known to the report's filter.
     for (const QString& entry : import.mid(1) + exported.mid(1)) EXPECT_TRUE(categoryCode(entry).has_value());
     EXPECT_FALSE(categoryCode(u"servicii").has_value());
@@ -41,14 +40,6 @@ TEST(Presence, trimsOrdinaryBlanksAlone) {
     EXPECT_TRUE(isPresent(u" a "));
     EXPECT_TRUE(isPresent(u"\t"));
     EXPECT_TRUE(isPresent(u"\u00A0"));
-}
-
-TEST(LookupFields, standInTheOrderOfTheirNumbers) {
-    for (std::size_t i = 0; i < kLookupFields.size(); ++i) {
-        EXPECT_EQ(static_cast<std::size_t>(kLookupFields[i].field), i);
-        EXPECT_EQ(lookupFieldNamed(kLookupFields[i].control), kLookupFields[i].field);
-    }
-    EXPECT_FALSE(lookupFieldNamed(u"cmbSortare").has_value());
 }
 
 }  // namespace

@@ -22,18 +22,25 @@ FilterState plainState() {
 }
 
 bool setText(FilterState& state, const QString& member, const QString& value) {
-    const QMap<QString, QString FilterState::*> members{
-        {u"sTipRaport"_s, &FilterState::sTipRaport},     {u"sSoc"_s, &FilterState::sSoc},
-        {u"sCodProdus"_s, &FilterState::sCodProdus},     {u"sCodProducator"_s, &FilterState::sCodProducator},
-        {u"sCodClient"_s, &FilterState::sCodClient},     {u"sCodAgent"_s, &FilterState::sCodAgent},
-        {u"cmbTipRaport"_s, &FilterState::cmbTipRaport}, {u"cmbSortare"_s, &FilterState::cmbSortare},
-        {u"cmbCategorie"_s, &FilterState::cmbCategorie}};
+    using filters::CodeVariable;
+    const QMap<QString, QString*> members{{u"sSoc"_s, &state.sSoc},
+                                          {u"sCodProdus"_s, &state.codes[CodeVariable::sCodProdus]},
+                                          {u"sCodProducator"_s, &state.codes[CodeVariable::sCodProducator]},
+                                          {u"sCodClient"_s, &state.codes[CodeVariable::sCodClient]},
+                                          {u"sCodAgent"_s, &state.codes[CodeVariable::sCodAgent]},
+                                          {u"cmbTipRaport"_s, &state.cmbTipRaport},
+                                          {u"cmbSortare"_s, &state.cmbSortare},
+                                          {u"cmbCategorie"_s, &state.cmbCategorie}};
+    if (member == u"sTipRaport") {
+        state.sTipRaport = value;
+        return true;
+    }
     if (const auto field = filters::lookupFieldNamed(member)) {
-        state.field(*field).text = value;
+        state.fields[*field].text = value;
         return true;
     }
     if (!members.contains(member)) return false;
-    state.*members.value(member) = value;
+    *members.value(member) = value;
     return true;
 }
 

@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+#include <variant>
+
 namespace velcoran::form {
 
 using namespace Qt::StringLiterals;
@@ -21,15 +23,15 @@ public:
     void emptyField(filters::LookupField field) override {
         bool& isFilled = m_isFilled[static_cast<std::size_t>(field)];
         if (!std::exchange(isFilled, false)) return;
-        log.append(u"-"_s + filters::controlName(field).toString());
-        runCascade(triggerOf(field), *this);
+        log.append(u"-"_s + filters::kLookupFields[field].control.toString());
+        runCascade(field, *this);
     }
     void emptyCode(filters::CodeVariable code) override {
         constexpr QStringView kNames[] = {u"sCodProdus", u"sCodClient", u"sCodAgent", u"sCodProducator"};
         log.append(u"-"_s + kNames[static_cast<int>(code)].toString());
     }
     void markChanged(filters::LookupField field) override {
-        log.append(u"*"_s + filters::controlName(field).toString());
+        log.append(u"*"_s + filters::kLookupFields[field].control.toString());
     }
     void resetCategory() override { log.append(u"category 0"_s); }
     void enableProducts(bool isEnabled) override { log.append(isEnabled ? u"on"_s : u"off"_s); }
@@ -49,18 +51,18 @@ TEST(Cascade, runsEachRowInItsOrder) {
     const QString type = u"-txtTipProdus,"_s + group + u",*txtTipProdus"_s;
     const QString partner = u"-txtCodClient,-sCodClient,*txtCodClient"_s;
     const struct {
-        Trigger trigger;
+        std::variant<filters::LookupField, Trigger> trigger;
         QString log;
     } cases[] = {
-        {Trigger::txtTipProdus, group + u",*txtTipProdus"_s},
-        {Trigger::txtGrupaProdus, subgroup + u",*txtGrupaProdus"_s},
-        {Trigger::txtSubGrupaProdus, product + u",*txtSubGrupaProdus"_s},
-        {Trigger::txtCodProdus, u"-sCodProdus,*txtCodProdus"_s},
-        {Trigger::txtProducator, u"*txtProducator,category 0,"_s + type + u",-sCodProducator"_s},
-        {Trigger::txtTipClient, partner + u",*txtTipClient"_s},
-        {Trigger::txtCatClient, partner + u",*txtCatClient"_s},
-        {Trigger::txtCodClient, u"-sCodClient,*txtCodClient"_s},
-        {Trigger::txtCodAgent, u"-sCodAgent,*txtCodAgent"_s},
+        {filters::LookupField::txtTipProdus, group + u",*txtTipProdus"_s},
+        {filters::LookupField::txtGrupaProdus, subgroup + u",*txtGrupaProdus"_s},
+        {filters::LookupField::txtSubGrupaProdus, product + u",*txtSubGrupaProdus"_s},
+        {filters::LookupField::txtCodProdus, u"-sCodProdus,*txtCodProdus"_s},
+        {filters::LookupField::txtProducator, u"*txtProducator,category 0,"_s + type + u",-sCodProducator"_s},
+        {filters::LookupField::txtTipClient, partner + u",*txtTipClient"_s},
+        {filters::LookupField::txtCatClient, partner + u",*txtCatClient"_s},
+        {filters::LookupField::txtCodClient, u"-sCodClient,*txtCodClient"_s},
+        {filters::LookupField::txtCodAgent, u"-sCodAgent,*txtCodAgent"_s},
         {Trigger::cmbCategorie, type},
         {Trigger::totalsTicked,
          u"off,"_s + product +
@@ -70,8 +72,8 @@ TEST(Cascade, runsEachRowInItsOrder) {
     };
     for (const auto& one : cases) {
         FilledPanel panel;
-        runCascade(one.trigger, panel);
-        EXPECT_EQ(panel.log.join(u','), one.log) << static_cast<int>(one.trigger);
+        std::visit([&panel](auto trigger) { runCascade(trigger, panel); }, one.trigger);
+        EXPECT_EQ(panel.log.join(u','), one.log);
     }
 }
 

@@ -126,7 +126,7 @@ void FormTest::type(const QString& text) {
 
 void FormTest::setPicked(const char* name, const QString& text) {
     box(name)->setText(text);
-    box(name)->setProperty("dataChanged", false);
+    box(name)->setDataChanged(false);
 }
 
 QStringList FormTest::statements() {

@@ -55,7 +55,7 @@ protected:
         return find<QWidget>(name)->property("controlState").toMap()[QStringLiteral("caption")].toString();
     }
     bool isShown(const char* name) { return !find<QWidget>(name)->isHidden(); }
-    bool dataChanged(const char* name) { return box(name)->property("dataChanged").toBool(); }
+    bool dataChanged(const char* name) { return box(name)->isDataChanged(); }
     QString member(const char* name) { return window.property(name).toString(); }
 
     /// Name of the control that has the focus; empty for none.

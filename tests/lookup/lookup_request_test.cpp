@@ -41,8 +41,8 @@ TEST(LookupStatement, findsWhatItsFiltersLeave) {
     const tests::StatementDatabase database;
     FilterState state;
     state.sTipRaport = u"Import"_s;
-    state.field(LookupField::txtProducator).text = u"Uzina Unu"_s;
-    state.sCodProducator = u"PR001"_s;
+    state.fields[LookupField::txtProducator].text = u"Uzina Unu"_s;
+    state.codes[filters::CodeVariable::sCodProducator] = u"PR001"_s;
     const auto found = [&](LookupField field, const QString& column) {
         return database.column(buildLookup(field, state).Sql, column);
     };
@@ -50,9 +50,9 @@ TEST(LookupStatement, findsWhatItsFiltersLeave) {
     EXPECT_EQ(found(LookupField::txtCodProdus, u"Cod Produs"_s), u"P1 P2 T1");
     EXPECT_EQ(found(LookupField::txtCodClient, u"Denumire Furnizor"_s), u"ALFA TRADE SRL");
     EXPECT_EQ(found(LookupField::txtTipProdus, u"Categorie Produs"_s), u"Produse Finite");
-    state.field(LookupField::txtCodProdus).text = u"surub/"_s;
+    state.fields[LookupField::txtCodProdus].text = u"surub/"_s;
     EXPECT_EQ(found(LookupField::txtCodProdus, u"Cod Produs"_s), u"P1 P2");
-    state.field(LookupField::txtCodProdus).text = u"surub"_s;
+    state.fields[LookupField::txtCodProdus].text = u"surub"_s;
     EXPECT_EQ(found(LookupField::txtCodProdus, u"Cod Produs"_s), u"");
 }
 

@@ -105,17 +105,17 @@ TEST(FiltersInForce, areThoseThatTheStatementHas) {
     FilterState state = stateOf(u"Import"_s, u"Furnizor"_s, false);
     EXPECT_EQ(filtersInForce(state), QStringList());
     // Typed and never picked: the statement goes by the producer's code alone.
-    state.field(filters::LookupField::txtProducator).text = u"ALFA"_s;
+    state.fields[filters::LookupField::txtProducator].text = u"ALFA"_s;
     EXPECT_EQ(filtersInForce(state), QStringList());
-    state.sCodProducator = u"P1"_s;
+    state.codes[filters::CodeVariable::sCodProducator] = u"P1"_s;
     state.cmbCategorie = u"Servicii"_s;
     state.cmbCategorieIndex = 0;
     EXPECT_EQ(filtersInForce(state), QStringList{u"Producator: ALFA (P1)"_s});
     state.cmbCategorieIndex = 1;
-    state.field(filters::LookupField::txtGrupaProdus).text = u"ALIM"_s;
-    state.field(filters::LookupField::txtTipClient).text = u"UE"_s;
-    state.field(filters::LookupField::txtCodClient).text = u"ȘTIUCA SRL "_s;
-    state.sCodClient = u"F0003"_s;
+    state.fields[filters::LookupField::txtGrupaProdus].text = u"ALIM"_s;
+    state.fields[filters::LookupField::txtTipClient].text = u"UE"_s;
+    state.fields[filters::LookupField::txtCodClient].text = u"ȘTIUCA SRL "_s;
+    state.codes[filters::CodeVariable::sCodClient] = u"F0003"_s;
     state.depozite = {u"1 - Central"_s, u"4 - Vamă"_s};
     state.chkLohn = true;
     const QStringList lines{

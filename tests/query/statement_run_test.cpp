@@ -63,12 +63,12 @@ TEST_F(ReportRows, followEachFilter) {
     state.depozite = {u"4 - Sud"_s, u"9 - Est"_s};
     EXPECT_EQ(documents(), u"2");
     state.depozite.clear();
-    state.field(LookupField::txtCatClient).text = u"A1"_s;
+    state.fields[LookupField::txtCatClient].text = u"A1"_s;
     EXPECT_EQ(documents(), u"1 5");
     state.cmbCategorieIndex = 2;
     state.cmbCategorie = u"Servicii"_s;
     EXPECT_EQ(documents(), u"1") << "one matching line is enough";
-    state.sCodProducator = u"PR001"_s;
+    state.codes[filters::CodeVariable::sCodProducator] = u"PR001"_s;
     EXPECT_EQ(documents(), u"") << "but one line must match all of it";
 }
 

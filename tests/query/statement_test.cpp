@@ -113,16 +113,16 @@ private:
     void addHeaderFilters(Combination& one) {
         FilterState& state = one.state;
         if (chance()) {
-            state.field(LookupField::txtTipClient).text = u"t1"_s;
+            state.fields[LookupField::txtTipClient].text = u"t1"_s;
             one.pieces.append(u"]='t1'"_s);
         }
         if (chance()) {
-            state.field(LookupField::txtCatClient).text = u"c1"_s;
+            state.fields[LookupField::txtCatClient].text = u"c1"_s;
             one.pieces.append(u"]='c1'"_s);
         }
         if (chance()) {
-            state.field(LookupField::txtCodClient).text = u"name"_s;
-            state.sCodClient = u"F1"_s;
+            state.fields[LookupField::txtCodClient].text = u"name"_s;
+            state.codes[filters::CodeVariable::sCodClient] = u"F1"_s;
             one.pieces.append(u"[Furnizor]='F1'"_s);
         }
         if (chance()) {
@@ -130,8 +130,8 @@ private:
             one.pieces.append(u" in  (3)"_s);
         }
         if (chance()) {
-            state.field(LookupField::txtCodAgent).text = u"agent"_s;
-            state.sCodAgent = u"9"_s;
+            state.fields[LookupField::txtCodAgent].text = u"agent"_s;
+            state.codes[filters::CodeVariable::sCodAgent] = u"9"_s;
             one.pieces.append(u"[Agent]=9"_s);
         }
     }
@@ -140,11 +140,11 @@ private:
         one.pieces += period();
         one.pieces.append(u" AND Sum(CASE WHEN  TipuriProduse.Fel in ("_s);
         if (chance()) {
-            one.state.field(LookupField::txtTipProdus).text = u"P1"_s;
+            one.state.fields[LookupField::txtTipProdus].text = u"P1"_s;
             one.pieces.append(u" AND TipuriProduse.[Tip Produs]='P1'"_s);
         }
         if (chance()) {
-            one.state.sCodProducator = u"PR1"_s;
+            one.state.codes[filters::CodeVariable::sCodProducator] = u"PR1"_s;
             one.pieces.append(u" AND CoduriProdus.P='PR1'"_s);
         }
         one.pieces.append(u" THEN 1 ELSE 0 END)>0"_s);

@@ -46,7 +46,7 @@ TEST(ModifiedFilters, areNamedInOrder) {
     for (const MessageCase& one : cases) {
         FilterState state;
         state.sTipRaport = u"Import"_s;
-        for (const LookupField field : one.changed) state.field(field) = {u"x"_s, true};
+        for (const LookupField field : one.changed) state.fields[field] = {u"x"_s, true};
         const auto message = modifiedFiltersMessage(state);
         ASSERT_EQ(message.has_value(), !one.list.isNull()) << one.name;
         if (!message) continue;
@@ -58,10 +58,10 @@ TEST(ModifiedFilters, areNamedInOrder) {
 
 TEST(ModifiedFilters, needBothATextAndAChange) {
     FilterState state;
-    state.field(LookupField::txtTipProdus) = {QString(), true};
-    state.field(LookupField::txtCodAgent) = {u"picked"_s, false};
+    state.fields[LookupField::txtTipProdus] = {QString(), true};
+    state.fields[LookupField::txtCodAgent] = {u"picked"_s, false};
     EXPECT_FALSE(modifiedFiltersMessage(state).has_value());
-    state.field(LookupField::txtTipProdus) = {u"  "_s, true};
+    state.fields[LookupField::txtTipProdus] = {u"  "_s, true};
     EXPECT_TRUE(modifiedFiltersMessage(state).has_value());
 }
 
@@ -69,8 +69,8 @@ TEST(StaleCodes, areThoseOfExactlyEmptyFields) {
     FilterState state;
     EXPECT_EQ(tidyCodes(state), (QList<CodeVariable>{CodeVariable::sCodProdus, CodeVariable::sCodClient,
                                                      CodeVariable::sCodAgent, CodeVariable::sCodProducator}));
-    state.field(LookupField::txtCodClient).text = u" "_s;
-    state.field(LookupField::txtProducator).text = u"Uzina"_s;
+    state.fields[LookupField::txtCodClient].text = u" "_s;
+    state.fields[LookupField::txtProducator].text = u"Uzina"_s;
     EXPECT_EQ(tidyCodes(state), (QList<CodeVariable>{CodeVariable::sCodProdus, CodeVariable::sCodAgent}));
 }
 

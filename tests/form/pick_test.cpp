@@ -1,11 +1,11 @@
-#include "lookup/pick.h"
+#include "form/rules/pick.h"
 
 #include "filters/lookup_fields.h"
 #include "support/test_data.h"
 
 #include <gtest/gtest.h>
 
-namespace velcoran::lookup {
+namespace velcoran::form {
 namespace {
 
 using namespace Qt::StringLiterals;
@@ -17,14 +17,14 @@ class RecordingTarget final : public IPickTarget {
 public:
     void emptySearchText() override { steps.append(u"empty"_s); }
     void setFieldText(LookupField field, const QString& text) override {
-        steps.append(filters::controlName(field).toString() + u'=' + text);
+        steps.append(filters::kLookupFields[field].control.toString() + u'=' + text);
     }
     void setCode(CodeVariable code, const QString& value) override {
         const QStringList names{u"sCodProdus"_s, u"sCodClient"_s, u"sCodAgent"_s, u"sCodProducator"_s};
         steps.append(names[static_cast<int>(code)] + u'=' + value);
     }
     void clearDataChanged(LookupField field) override {
-        steps.append(filters::controlName(field).toString() + u" picked"_s);
+        steps.append(filters::kLookupFields[field].control.toString() + u" picked"_s);
     }
     void closePicker() override { steps.append(u"close"_s); }
     void focusControl(QStringView objectName) override { steps.append(u"focus "_s + objectName.toString()); }
@@ -75,4 +75,4 @@ TEST(Pick, writesBackAndMovesOnByTag) {
 }
 
 }  // namespace
-}  // namespace velcoran::lookup
+}  // namespace velcoran::form

@@ -1,31 +1,13 @@
 #pragma once
 
-#include "filters/filter_state.h"
+#include "filters/lookup_fields.h"
 
 #include <QString>
 #include <QStringView>
 
-#include <array>
 #include <functional>
-#include <optional>
 
-namespace velcoran::lookup {
-
-/// What a pick does for one tag. Columns count from 1, as the grid's data columns do.
-struct PickRow {
-    QStringView tag;
-    filters::LookupField field;                 ///< gets the picked text; gets the focus back on cancel
-    int textColumn;                             ///< cell written into the field
-    std::optional<filters::CodeVariable> code;  ///< gets the cell of column 1
-    std::array<std::optional<filters::LookupField>, 2> cleared;  ///< emptied afterwards, in this order
-    QStringView nextControl;                                     ///< object name of what gets the focus
-};
-
-/// The nine rows, in the order of filters::LookupField.
-[[nodiscard]] const std::array<PickRow, filters::kLookupFieldCount>& pickRows();
-
-/// The row of a tag; null for a text that is none of the nine.
-[[nodiscard]] const PickRow* pickRowOf(QStringView tag);
+namespace velcoran::form {
 
 /// The window as the picker changes it.
 class IPickTarget {
@@ -52,4 +34,4 @@ void pick(QStringView tag, const std::function<QString(int)>& cell, IPickTarget&
 /// Esc in the grid: closes it and gives the focus back to its field.
 void cancelPick(QStringView tag, IPickTarget& target);
 
-}  // namespace velcoran::lookup
+}  // namespace velcoran::form
