@@ -214,29 +214,29 @@ void RowReader::addOddValue(ColumnRole role, const ColumnBlock& column, std::uin
         m_store.oddRates.emplace_back(m_store.rowCount + row, m_store.oddRateTexts.intern(toView(shown)));
     } else if (!shown.trimmed().isEmpty()) {
         throw base::Error(base::kTypeMismatch,
-                          u"Valoarea „%2” din coloana %1 nu este un număr."_s.arg(columnName(role), shown));
+                          u"Valoarea „%2” din coloana %1 nu este un număr."_s.arg(kColumns[role].name, shown));
     }
 }
 
 void RowReader::addAmounts(ColumnRole role, const RowBlock& block) {
-    AmountColumn& column = m_store.amounts[static_cast<std::size_t>(role) - kRepeatedTextCount - 1];
-    const int source = m_binding[static_cast<std::size_t>(role)];
-    if (source >= 0 && addUniform(column, block.columns[source], block.rowCount, m_mantissas)) return;
+    AmountColumn& column = m_store.amounts[amountIndex(role)];
+    const std::optional<int> source = m_binding[role];
+    if (source && addUniform(column, block.columns[*source], block.rowCount, m_mantissas)) return;
     AmountRuns runs(column, m_mantissas, m_nulls);
     for (std::uint32_t row = 0; row < block.rowCount; ++row) {
-        if (source < 0 || isNull(block.columns[source], row)) {
+        if (!source || isNull(block.columns[*source], row)) {
             runs.addNull();
             continue;
         }
         bool isNumber = false;
-        const std::optional<Amount> amount = mixedAmount(block.columns[source], row, isNumber);
+        const std::optional<Amount> amount = mixedAmount(block.columns[*source], row, isNumber);
         if (amount) {
             runs.add(*amount);
         } else if (isNumber) {
             throw base::Error(base::kOverflow,
-                              u"O valoare din coloana %1 are prea multe cifre."_s.arg(columnName(role)));
+                              u"O valoare din coloana %1 are prea multe cifre."_s.arg(kColumns[role].name));
         } else {
-            addOddValue(role, block.columns[source], row);
+            addOddValue(role, block.columns[*source], row);
             runs.addNull();
         }
     }
@@ -244,7 +244,7 @@ void RowReader::addAmounts(ColumnRole role, const RowBlock& block) {
 }
 
 void RowReader::addTexts(ColumnRole role, const RowBlock& block) {
-    const int source = m_binding[static_cast<std::size_t>(role)];
+    const std::optional<int> source = m_binding[role];
     const bool isPlain = role == ColumnRole::NumarFactura;
     const auto append = [&](std::optional<std::u16string_view> text) {
         if (isPlain) {
@@ -254,12 +254,12 @@ void RowReader::addTexts(ColumnRole role, const RowBlock& block) {
         }
     };
     for (std::uint32_t row = 0; row < block.rowCount; ++row) {
-        if (source < 0 || isNull(block.columns[source], row)) {
+        if (!source || isNull(block.columns[*source], row)) {
             append(std::nullopt);
-        } else if (block.columns[source].type == ColumnType::Text) {
-            append(textAt(block.columns[source], row));
+        } else if (block.columns[*source].type == ColumnType::Text) {
+            append(textAt(block.columns[*source], row));
         } else {
-            append(toView(convertedText(block.columns[source], row)));
+            append(toView(convertedText(block.columns[*source], row)));
         }
     }
 }
@@ -268,11 +268,11 @@ void RowReader::add(const RowBlock& block) {
     if (block.rowCount > std::numeric_limits<std::uint32_t>::max() - 1 - m_store.rowCount) {
         throw base::Error(base::kOverflow, u"Interogarea are prea multe rânduri."_s);
     }
-    for (std::size_t role = 0; role < kColumnCount; ++role) {
-        if (isAmount(static_cast<ColumnRole>(role))) {
-            addAmounts(static_cast<ColumnRole>(role), block);
+    for (const ColumnRow& column : kColumns) {
+        if (isAmount(column.role)) {
+            addAmounts(column.role, block);
         } else {
-            addTexts(static_cast<ColumnRole>(role), block);
+            addTexts(column.role, block);
         }
     }
     m_store.rowCount += block.rowCount;

@@ -43,12 +43,12 @@ public:
 private:
     void writeHeading() {
         m_line.clear();
-        for (const ExportColumn& column : statementColumns()) appendCell(quoted(m_source.heading(column)));
+        for (const ColumnRow& column : statementColumns()) appendCell(quoted(m_source.heading(column)));
         endLine();
     }
     void writeRow(std::uint32_t row) {
         m_line.resize(0);
-        for (const ExportColumn& column : statementColumns()) appendCell(cell(column.role, row));
+        for (const ColumnRow& column : statementColumns()) appendCell(cell(column.role, row));
         endLine();
     }
     void appendCell(QByteArrayView cell) {

@@ -53,7 +53,6 @@ public:
     ExportControl(const ExportControl&) = delete;
     ExportControl& operator=(const ExportControl&) = delete;
 
-    QStringList filters;                       ///< lines on the filters in force; may be empty
     QLocale locale{QLocale::Romanian};         ///< decimal separator, and with it the separator of CSV
     std::function<void(qint64, qint64)> tell;  ///< done, of how many: pages of PDF, else rows (of a report of totals:
                                                ///< groups); may be empty; called on the exporting thread

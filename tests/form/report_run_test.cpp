@@ -5,6 +5,7 @@
 
 #include "db/forwarding.h"
 #include "db/keeper.h"
+#include "report/layout/document.h"
 #include "report/report.h"
 
 #include <QElapsedTimer>
@@ -347,9 +348,9 @@ TEST_F(ReportRunTest, whatIsShownKeepsItsKindAndFilters) {
     run();
     const auto shown = viewer()->shownReport();
     ASSERT_NE(shown, nullptr);
-    EXPECT_EQ(shown->fileTitle(), u"Facturi Import Furnizori"_s);
-    EXPECT_TRUE(shown->filterLines().join(u' ').contains(u"PF1"_s));
-    EXPECT_FALSE(shown->unboundFieldText(u"UnboundString6"_s).isEmpty());
+    EXPECT_EQ(shown->request().fileTitle, u"Facturi Import Furnizori"_s);
+    EXPECT_TRUE(shown->request().filters.join(u' ').contains(u"PF1"_s));
+    EXPECT_FALSE(shown->snapshot().unboundTexts.isEmpty());
 }
 
 }  // namespace velcoran::tests
