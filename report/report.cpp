@@ -262,19 +262,32 @@ ReportTexts Report::snapshot() const {
     return {m_state->definition, m_state->texts, m_state->unboundTexts, m_state->request};
 }
 
+std::shared_ptr<Report::Run> Report::newRun(RunWatcher watcher) const {
+    if (!m_state->isBound) throw base::Error(base::kInvalidProcedureCall, u"Câmpurile raportului nu sunt legate."_s);
+    auto run = std::make_shared<Run>();
+    run->statement = m_state->statement;
+    run->connection = m_state->connection;
+    run->text = m_state->commandText;
+    run->isPreparedAnew = m_state->isStatementCancelled;
+    run->binding = m_state->binding;
+    run->grouping = m_state->definition->grouping;
+    run->answered = std::move(watcher.answered);
+    run->progress = std::move(watcher.progress);
+    run->finished = std::move(watcher.finished);
+    return run;
+}
+
+std::shared_ptr<const ReportData> Report::load() {
+    cancelAndWait();
+    RunOutcome outcome = newRun({})->outcome();
+    if (outcome.error) throw *outcome.error;
+    if (outcome.isCancelled) throw base::Cancelled();
+    return std::move(outcome.data);
+}
+
 void Report::start(RunWatcher watcher) {
     cancelAndWait();
-    if (!m_state->isBound) throw base::Error(base::kInvalidProcedureCall, u"Câmpurile raportului nu sunt legate."_s);
-    m_run = std::make_shared<Run>();
-    m_run->statement = m_state->statement;
-    m_run->connection = m_state->connection;
-    m_run->text = m_state->commandText;
-    m_run->isPreparedAnew = m_state->isStatementCancelled;
-    m_run->binding = m_state->binding;
-    m_run->grouping = m_state->definition->grouping;
-    m_run->answered = std::move(watcher.answered);
-    m_run->progress = std::move(watcher.progress);
-    m_run->finished = std::move(watcher.finished);
+    m_run = newRun(std::move(watcher));
     try {
         m_worker.emplace([run = m_run] { run->work(); });
     } catch (...) {

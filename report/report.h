@@ -72,6 +72,9 @@ public:
     /// What a document is laid out from.
     [[nodiscard]] ReportTexts snapshot() const;
 
+    /// Runs on the calling thread, to the end. What runs is cancelled on its connection.
+    /// @throws Error of the provider; kInvalidProcedureCall before bindFields; Cancelled for a stop
+    [[nodiscard]] std::shared_ptr<const ReportData> load();
     /// Starts the run on the report's own worker.
     void start(RunWatcher watcher);
     /// Stops a run; finished follows with isCancelled. Returns at once. A driver hears of a cancel only what it does at
@@ -84,6 +87,8 @@ public:
 private:
     struct Run;
     struct State;
+    [[nodiscard]] std::shared_ptr<Run> newRun(RunWatcher watcher) const;
+
     std::unique_ptr<State> m_state;
     std::shared_ptr<Run> m_run;
     std::optional<system::Worker> m_worker;  ///< of m_run

@@ -2,6 +2,7 @@
 #include "export_read_back.h"
 #include "report/export/formats.h"
 #include "report/export/numbers.h"
+#include "report/export/writers.h"
 
 #include <QDir>
 

@@ -1,5 +1,6 @@
 #include "export_read_back.h"
 #include "report/data/amount_text.h"
+#include "report/export/writers.h"
 
 using namespace Qt::StringLiterals;
 using namespace velcoran;
