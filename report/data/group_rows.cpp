@@ -211,7 +211,7 @@ SumColumn sumColumn(const AmountColumn& column, const std::vector<std::uint32_t>
             if (isSameScale) {
                 sums.add(cell, block.mantissa(i));
             } else {
-                sums.add(cell, Amount{block.mantissa(i), block.scale});
+                sums.add(cell, ShortDecimal{block.mantissa(i), block.scale});
             }
         }
     }
@@ -220,7 +220,7 @@ SumColumn sumColumn(const AmountColumn& column, const std::vector<std::uint32_t>
 }
 
 void addCell(const SumColumn& sums, std::uint32_t cell, int scale, AmountSum& total) {
-    if (const std::optional<Amount> amount = sums.amount(cell)) {
+    if (const std::optional<ShortDecimal> amount = sums.amount(cell)) {
         total.add(amount->mantissa, scale);
     } else {
         total.add(sums.value(cell));

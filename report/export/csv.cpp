@@ -71,7 +71,7 @@ private:
     }
     QByteArray amountCell(ColumnRole role, std::uint32_t row) const {
         const bool isRate = role == ColumnRole::CursValutar;
-        const std::optional<Amount> amount = m_source.store().amount(role).at(row);
+        const std::optional<ShortDecimal> amount = m_source.store().amount(role).at(row);
         if (amount) return exactText(*amount, isRate ? kRatePlaces : kAmountPlaces, m_decimal);
         return isRate ? quoted(m_source.oddRate(row)) : QByteArray();
     }

@@ -41,7 +41,7 @@ qsizetype widthOf(const AmountColumn& column, bool isRate) {
             most = std::max(most, block.mantissa(i));
         }
         for (const Int128 mantissa : {least, most}) {
-            const Amount amount{mantissa, block.scale};
+            const ShortDecimal amount{mantissa, block.scale};
             width = std::max(width, isRate ? rateText(amount).size() + kRateSlack : amountText(amount).size());
         }
     }

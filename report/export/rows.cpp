@@ -75,7 +75,7 @@ QStringView ExportSource::oddRate(std::uint32_t row) const {
 
 QString ExportSource::shownText(const ColumnRow& column, std::uint32_t row) const {
     if (!isAmount(column.role)) return text(column.role, row).toString();
-    const std::optional<Amount> amount = store().amount(column.role).at(row);
+    const std::optional<ShortDecimal> amount = store().amount(column.role).at(row);
     if (column.kind == CellKind::Rate) return amount ? rateText(*amount) : oddRate(row).toString();
     return amount ? amountText(*amount) : QString();
 }

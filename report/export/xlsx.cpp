@@ -208,7 +208,7 @@ private:
         ++m_row;
     }
     void writeAmount(lxw_col_t at, const ColumnRow& column, std::uint32_t row) {
-        const std::optional<Amount> amount = m_source.store().amount(column.role).at(row);
+        const std::optional<ShortDecimal> amount = m_source.store().amount(column.role).at(row);
         const bool isRate = column.kind == CellKind::Rate;
         if (amount) return number(at, *amount, isRate ? m_formats->rate : m_formats->amount, m_formats->right);
         if (isRate) text(at, m_source.oddRate(row), m_formats->right);

@@ -47,8 +47,8 @@ struct PageMaker::Context {
     [[nodiscard]] QString text(const base::Decimal& amount) const {
         return digits == Digits::Whole ? wholeAmountText(amount) : amountText(amount);
     }
-    [[nodiscard]] QString text(const Amount& amount) const {
-        return digits == Digits::Whole ? wholeAmountText(amount.toDecimal()) : amountText(amount);
+    [[nodiscard]] QString text(const ShortDecimal& amount) const {
+        return digits == Digits::Whole ? wholeAmountText(amount) : amountText(amount);
     }
 };
 
@@ -110,7 +110,7 @@ int PageMaker::headingGrowth(std::uint32_t group, bool isContinued) const {
 QString PageMaker::sumText(ColumnRole column, const Context& context) const {
     if (context.total != nullptr) return context.text(context.total->sum(column));
     const SumColumn& sums = m_content.index.sums[amountIndex(column)];
-    const std::optional<Amount> amount = sums.amount(context.cell);
+    const std::optional<ShortDecimal> amount = sums.amount(context.cell);
     return amount ? context.text(*amount) : context.text(sums.value(context.cell));
 }
 
@@ -155,7 +155,7 @@ QString PageMaker::unboundValue(const DefinitionObject& object, const Context& c
     const RowStore& store = m_content.store;
     if (*object.column == ColumnRole::NumarFactura) return toText(store.numarFactura.at(row));
     if (!isAmount(*object.column)) return toText(store.text(*object.column).at(row));
-    const std::optional<Amount> amount = store.amount(*object.column).at(row);
+    const std::optional<ShortDecimal> amount = store.amount(*object.column).at(row);
     const bool isPrintedRate = object.format == ValueFormat::Rate && context.digits == Digits::Printed;
     if (amount) return isPrintedRate ? rateText(*amount) : context.text(*amount);
     if (*object.column != ColumnRole::CursValutar) return {};
