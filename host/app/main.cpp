@@ -9,8 +9,6 @@
 
 #include <csignal>
 #include <cstdio>
-#include <exception>
-#include <system_error>
 
 namespace {
 
@@ -40,13 +38,10 @@ const CommandRow& rowOf(Command command) {
     return kCommands[0];
 }
 
-int complain(const QString& words) {
-    std::fprintf(stderr, "velcoran-host: %s\n", velcoran::system::nameBytes(words.simplified()).constData());
-    return velcoran::host::kStatusFailed;
-}
-
 int complain(const velcoran::base::Error& error) {
-    return complain(QStringLiteral("%1 (%2)").arg(error.description()).arg(error.number()));
+    const QString words = QStringLiteral("%1 (%2)").arg(error.description()).arg(error.number()).simplified();
+    std::fprintf(stderr, "velcoran-host: %s\n", velcoran::system::nameBytes(words).constData());
+    return velcoran::host::kStatusFailed;
 }
 
 /// What Qt notes for developers is nothing that a scheduled report should mail to anybody.
@@ -70,11 +65,7 @@ int main(int argc, char** argv) {
         display.confirm();
         QApplication::setApplicationName(QStringLiteral("velcoran-host"));
         return row.run(options);
-    } catch (const velcoran::base::Error& error) {
-        return complain(error);
-    } catch (const std::system_error&) {
+    } catch (...) {
         return complain(velcoran::base::currentError());
-    } catch (const std::exception& exception) {
-        return complain(velcoran::system::nameText(exception.what()));
     }
 }
