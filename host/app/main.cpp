@@ -9,6 +9,8 @@
 
 #include <csignal>
 #include <cstdio>
+#include <exception>
+#include <system_error>
 
 namespace {
 
@@ -38,10 +40,13 @@ const CommandRow& rowOf(Command command) {
     return kCommands[0];
 }
 
-int complain(const velcoran::base::Error& error) {
-    const QString words = QStringLiteral("%1 (%2)").arg(error.description()).arg(error.number()).simplified();
-    std::fprintf(stderr, "velcoran-host: %s\n", velcoran::system::nameBytes(words).constData());
+int complain(const QString& words) {
+    std::fprintf(stderr, "velcoran-host: %s\n", velcoran::system::nameBytes(words.simplified()).constData());
     return velcoran::host::kStatusFailed;
+}
+
+int complain(const velcoran::base::Error& error) {
+    return complain(QStringLiteral("%1 (%2)").arg(error.description()).arg(error.number()));
 }
 
 /// What Qt notes for developers is nothing that a scheduled report should mail to anybody.
@@ -65,7 +70,11 @@ int main(int argc, char** argv) {
         display.confirm();
         QApplication::setApplicationName(QStringLiteral("velcoran-host"));
         return row.run(options);
-    } catch (...) {
+    } catch (const velcoran::base::Error& error) {
+        return complain(error);
+    } catch (const std::system_error&) {
         return complain(velcoran::base::currentError());
+    } catch (const std::exception& exception) {
+        return complain(velcoran::system::nameText(exception.what()));
     }
 }
