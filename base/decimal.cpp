@@ -12,15 +12,13 @@ constexpr std::int64_t kPiecePower = 1'000'000'000'000'000'000;
 
 using Mantissa = Decimal::Mantissa;
 
-/// Runs an operation of the checked integers and turns its overflow into the run-time's.
+/// Runs an operation of the checked integers. @throws Error kOverflow
 template <class Operation>
 auto checked(Operation operation) {
     try {
         return operation();
-    } catch (const std::overflow_error&) {
-        throw Error(kOverflow, QStringLiteral("Rezultatul are prea multe cifre."), QStringLiteral("Decimal"));
-    } catch (const std::range_error&) {
-        throw Error(kOverflow, QStringLiteral("Rezultatul are prea multe cifre."), QStringLiteral("Decimal"));
+    } catch (...) {
+        throw currentError();
     }
 }
 

@@ -59,7 +59,8 @@ public:
 };
 
 /// The exception in flight, of whatever type, as an Error: Cancelled is kStopped, lack of memory or of threads
-/// kOutOfMemory, what is no Error kProviderFailure with its own words. To be called while an exception is handled.
+/// kOutOfMemory, what checked integers raise kOverflow, any other that is no Error kProviderFailure with its own words.
+/// To be called while an exception is handled.
 [[nodiscard]] Error currentError() noexcept;
 
 }  // namespace velcoran::base

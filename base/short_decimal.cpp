@@ -120,11 +120,11 @@ RealDigits digitsOf(double value) {
 
 /// Writes from the right. @return the first character
 template <class Magnitude>
-char* write(char* end, Magnitude magnitude, int scale, int minimumPlaces) {
+char* write(char* end, Magnitude magnitude, int scale, int minimumPlaces, char point) {
     for (; scale > minimumPlaces && magnitude % 10 == 0; --scale) magnitude /= 10;
     for (int place = scale; place < minimumPlaces; ++place) *--end = '0';
     for (int digit = 0; magnitude != 0 || digit <= scale; ++digit) {
-        if (digit == scale && std::max(scale, minimumPlaces) > 0) *--end = '.';
+        if (digit == scale && std::max(scale, minimumPlaces) > 0) *--end = point;
         *--end = static_cast<char>('0' + static_cast<int>(magnitude % 10));
         magnitude /= 10;
     }
@@ -202,7 +202,8 @@ std::optional<ShortDecimal> ShortDecimal::ofReal(double value) {
 }
 
 std::optional<ShortDecimal> ShortDecimal::rounded(int places) const {
-    if (places >= scale) {
+    if (places == scale) return *this;
+    if (places > scale) {
         const auto padded = timesPowerOfTen(mantissa, places - scale);
         return padded ? std::optional(ShortDecimal{*padded, places}) : std::nullopt;
     }
@@ -213,14 +214,19 @@ std::optional<ShortDecimal> ShortDecimal::rounded(int places) const {
 }
 
 std::string ShortDecimal::toText(int minimumPlaces) const {
-    // Sign, point, the digits of the widest mantissa, and zeros behind them.
-    char text[2 + kMaxDigits + 1 + kMaxDigits];
-    char* const end = std::end(text);
-    const Unsigned magnitude = mantissa < 0 ? -static_cast<Unsigned>(mantissa) : static_cast<Unsigned>(mantissa);
+    return std::string(DecimalText(*this, minimumPlaces).view());
+}
+
+DecimalText::DecimalText(const ShortDecimal& number, int minimumPlaces, char point) {
+    const bool isNegative = number.mantissa < 0;
+    const auto bits = static_cast<Unsigned>(number.mantissa);
+    const Unsigned magnitude = isNegative ? -bits : bits;
     const auto low = static_cast<std::uint64_t>(magnitude);
-    char* at = low == magnitude ? write(end, low, scale, minimumPlaces) : write(end, magnitude, scale, minimumPlaces);
-    if (mantissa < 0) *--at = '-';
-    return {at, end};
+    char* const end = std::end(m_text);
+    char* at = low == magnitude ? write(end, low, number.scale, minimumPlaces, point)
+                                : write(end, magnitude, number.scale, minimumPlaces, point);
+    if (isNegative) *--at = '-';
+    m_first = static_cast<std::size_t>(at - m_text);
 }
 
 double ShortDecimal::toReal() const {

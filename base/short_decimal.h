@@ -40,6 +40,19 @@ struct ShortDecimal {
     [[nodiscard]] double toReal() const;
 };
 
+/// The digits of a number where no allocation is to be made for them: what ShortDecimal::toText gives, with another
+/// point where one is wanted.
+class DecimalText {
+public:
+    explicit DecimalText(const ShortDecimal& number, int minimumPlaces = 0, char point = '.');
+    [[nodiscard]] std::string_view view() const { return {m_text + m_first, sizeof m_text - m_first}; }
+
+private:
+    // Sign, point, the digits of the widest mantissa, and zeros behind them.
+    char m_text[2 + kMaxDigits + 1 + kMaxDigits];
+    std::size_t m_first;
+};
+
 /// Reads what most numbers are, at most 18 digits with a point: a fraction of the time of ShortDecimal::parse.
 [[nodiscard]] bool parseFewDigits(std::string_view text, std::int64_t& mantissa, int& scale);
 

@@ -43,7 +43,8 @@ void requirePrinter(const QString& name);
 /// Prints pages of a document as the screen shows them, on sheets of its page set-up. Any thread. A file is written
 /// beside its place and moved there when whole; a stop takes an unfinished job back.
 /// @throws Error kInvalidProcedureCall when there is no printer and no file, kPathAccess with the path when the file
-///         cannot be written, 380 when no page of the report is meant, 482 when the printer takes no page; Cancelled
+///         cannot be written, kValueOutOfRange when no page of the report is meant, kPrinterError when the printer
+///         takes no page; Cancelled
 void printDocument(const report::Document& document, const PrintRequest& request, const PrintControl& control = {});
 
 }  // namespace velcoran::dialogs

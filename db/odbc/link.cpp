@@ -141,7 +141,7 @@ Link::Life Link::life() const {
 base::Error Link::failureOf(const QList<DiagnosticRecord>& records) {
     const Life now = life();
     if (now == Life::Dead || (now == Life::Unknown && speakOfLoss(records))) noteLost();
-    const base::Error error = errorOf(records, Phase::Running, m_secrets);
+    base::Error error = errorOf(records, Phase::Running, m_secrets);
     if (!isLost()) return error;
     return {base::kProviderFailure, error.description(), error.source()};
 }

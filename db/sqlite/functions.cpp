@@ -29,7 +29,7 @@ void guarded(sqlite3_context* context, Body body) noexcept {
     } catch (const std::bad_alloc&) {
         sqlite3_result_error_nomem(context);
     } catch (...) {
-        sqlite3_result_error(context, "the function failed", -1);
+        sqlite3_result_error(context, base::currentError().description().toUtf8().constData(), -1);
     }
 }
 

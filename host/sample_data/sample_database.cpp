@@ -1,4 +1,5 @@
 #include "base/error.h"
+#include "base/short_decimal.h"
 #include "sample_data.h"
 #include "sample_file.h"
 #include "sample_rows.h"
@@ -29,8 +30,6 @@ const char* declaredType(SampleType type) {
     }
     return "";
 }
-
-constexpr double powerOfTen(int scale) { return scale == 0 ? 1.0 : 10.0 * powerOfTen(scale - 1); }
 
 /// Inserts the rows into a new database.
 class DatabaseSink final : public ISampleSink {
@@ -111,8 +110,7 @@ void DatabaseSink::bind(int parameter, const SampleValue& value) {
     } else if (const auto* number = std::get_if<std::int64_t>(&value)) {
         check(sqlite3_bind_int64(insert, parameter, *number));
     } else if (const auto* amount = std::get_if<SampleAmount>(&value)) {
-        check(
-            sqlite3_bind_double(insert, parameter, static_cast<double>(amount->mantissa) / powerOfTen(amount->scale)));
+        check(sqlite3_bind_double(insert, parameter, base::ShortDecimal{amount->mantissa, amount->scale}.toReal()));
     } else {
         check(sqlite3_bind_null(insert, parameter));
     }

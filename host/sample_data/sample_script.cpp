@@ -1,3 +1,4 @@
+#include "base/short_decimal.h"
 #include "sample_data.h"
 #include "sample_rows.h"
 #include "system/durable_file.h"
@@ -29,12 +30,7 @@ std::string declaredType(const SampleColumn& column) {
 std::string bracketed(const char* name) { return '[' + std::string(name) + ']'; }
 
 std::string amountText(const SampleAmount& amount) {
-    const bool isNegative = amount.mantissa < 0;
-    std::string digits = std::to_string(isNegative ? -amount.mantissa : amount.mantissa);
-    const auto scale = static_cast<std::size_t>(amount.scale);
-    if (digits.size() <= scale) digits.insert(0, scale + 1 - digits.size(), '0');
-    digits.insert(digits.size() - scale, 1, '.');
-    return isNegative ? '-' + digits : digits;
+    return base::ShortDecimal{amount.mantissa, amount.scale}.toText(amount.scale);
 }
 
 std::string textLiteral(const std::string& text) {

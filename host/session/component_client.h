@@ -13,7 +13,7 @@ namespace velcoran::host {
 class ComponentClient {
 public:
     /// @param libraryPath  the library; empty for the one beside the program, else the registered one
-    /// @throws Error 429 when there is none
+    /// @throws Error kClassNotRegistered when there is none
     explicit ComponentClient(const QString& libraryPath = {});
 
     /// Where the host registers its own message class and dialogs.

@@ -1,6 +1,7 @@
 #include "amount_text.h"
 
-#include <array>
+#include <algorithm>
+#include <string_view>
 
 namespace velcoran::report {
 
@@ -9,53 +10,36 @@ namespace {
 constexpr int kAmountPlaces = 2;
 constexpr int kRateMinimum = 4;
 
-/// Digits with a comma in front of the last places and points between thousands.
-QString grouped(const QString& digits, int places, bool isNegative) {
-    QString text = digits.rightJustified(places + 1, u'0');
-    qsizetype at = text.size();
-    if (places > 0) {
-        at -= places;
-        text.insert(at, u',');
+/// A number with a comma for its point, and points between its thousands.
+QString grouped(std::string_view number) {
+    const std::size_t wholeEnd = std::min(number.find('.'), number.size());
+    const std::size_t wholeStart = number.starts_with('-') ? 1 : 0;
+    const std::size_t points = (wholeEnd - wholeStart - 1) / 3;
+    QString text(static_cast<qsizetype>(number.size() + points), Qt::Uninitialized);
+    QChar* to = text.data();
+    for (std::size_t at = 0; at < number.size(); ++at) {
+        if (at > wholeStart && at < wholeEnd && (wholeEnd - at) % 3 == 0) *to++ = u'.';
+        *to++ = at == wholeEnd ? QLatin1Char(',') : QLatin1Char(number[at]);
     }
-    for (at -= 3; at > 0; at -= 3) text.insert(at, u'.');
-    return isNegative ? u'-' + text : text;
+    return text;
 }
 
-QString decimalText(const base::Decimal& amount, int places) {
-    const base::Decimal rounded = amount.rounded(places);
-    return grouped(rounded.digits(), places, rounded.isNegative());
-}
-
-/// The same without long arithmetic, for what fits 64 bits: nearly every amount of every page.
-QString shortText(std::uint64_t magnitude, int places, bool isNegative) {
-    std::array<char16_t, 40> buffer{};
-    std::size_t at = buffer.size();
-    for (int digit = 0; magnitude != 0 || digit <= places; ++digit) {
-        if (digit == places && places > 0) buffer[--at] = u',';
-        if (digit > places && (digit - places) % 3 == 0) buffer[--at] = u'.';
-        buffer[--at] = static_cast<char16_t>(u'0' + magnitude % 10);
-        magnitude /= 10;
-    }
-    if (isNegative) buffer[--at] = u'-';
-    return QString(reinterpret_cast<const QChar*>(buffer.data() + at), static_cast<qsizetype>(buffer.size() - at));
+QString numberText(const base::Decimal& amount, int places) {
+    return grouped(amount.rounded(places).toText().toStdString());
 }
 
 QString numberText(const ShortDecimal& amount, int places) {
     const std::optional<ShortDecimal> rounded = amount.rounded(places);
-    if (!rounded || !base::fits64(rounded->mantissa)) return decimalText(amount, places);
-    const bool isNegative = rounded->mantissa < 0;
-    return shortText(static_cast<std::uint64_t>(isNegative ? -rounded->mantissa : rounded->mantissa), places,
-                     isNegative);
+    return rounded ? grouped(base::DecimalText(*rounded, places).view()) : numberText(base::Decimal(amount), places);
 }
 
 }  // namespace
 
-QString amountText(const base::Decimal& amount) { return decimalText(amount, kAmountPlaces); }
+QString amountText(const base::Decimal& amount) { return numberText(amount, kAmountPlaces); }
 QString amountText(const ShortDecimal& amount) { return numberText(amount, kAmountPlaces); }
 
 QString wholeAmountText(const base::Decimal& amount) {
-    const QString plain = amount.toShortestText(kAmountPlaces);
-    return decimalText(amount, static_cast<int>(plain.size() - 1 - plain.indexOf(u'.')));
+    return grouped(amount.toShortestText(kAmountPlaces).toStdString());
 }
 
 QString rateText(const ShortDecimal& rate) {
@@ -64,6 +48,6 @@ QString rateText(const ShortDecimal& rate) {
     return text;
 }
 
-QString countText(qint64 count) { return grouped(QString::number(count), 0, false); }
+QString countText(qint64 count) { return grouped(std::to_string(count)); }
 
 }  // namespace velcoran::report

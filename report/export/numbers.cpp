@@ -25,7 +25,8 @@ QByteArray exactText(const base::Decimal& amount, int minimumPlaces, char decima
 }
 
 QByteArray exactText(const ShortDecimal& amount, int minimumPlaces, char decimalSeparator) {
-    return QByteArray::fromStdString(amount.toText(minimumPlaces)).replace('.', decimalSeparator);
+    const base::DecimalText text(amount, minimumPlaces, decimalSeparator);
+    return {text.view().data(), static_cast<qsizetype>(text.view().size())};
 }
 
 std::optional<double> spreadsheetNumber(const ShortDecimal& amount) {
