@@ -1,6 +1,5 @@
 #include "viewer/panels/toolbar.h"
 #include "viewer/commands/commands.h"
-#include "viewer/commands/viewer_options.h"
 #include "viewer_fixture.h"
 
 #include <QSet>
@@ -126,7 +125,6 @@ TEST(Commands, noKeyAndNoNameIsGivenTwice) {
         names.insert(QString::fromUtf16(row.name));
         EXPECT_EQ(viewer::commandNamed(QString::fromUtf16(row.name)), row.command);
     }
-    EXPECT_EQ(viewer::optionRows().size(), 16U);
     EXPECT_EQ(viewer::tooltipOf(viewer::Command::Export), u"Exportă raportul (Ctrl+E)"_s);
 }
 
