@@ -192,6 +192,19 @@ TEST_F(ControlsTest, theDatePickerTellsEveryChangeOnce) {
                                                   {u"shown"_s, u"31/iul./26"_s}}));
 }
 
+TEST_F(ControlsTest, leavingTheDatePickerFinishesWhatWasTyped) {
+    m_date.setBounds({2026, 1, 1}, {2027, 1, 31});
+    m_date.setValue({2026, 3, 15});
+    m_date.setFocus();
+    QTest::keyClicks(&m_date, u"2"_s);
+    EXPECT_EQ(m_date.shown(), u"2/mar./26"_s);
+    m_button.setFocus();
+    EXPECT_EQ(m_date.shown(), u"02/mar./26"_s);
+    m_date.setFocus();
+    QTest::keyClicks(&m_date, u"5"_s);
+    EXPECT_EQ(m_date.value(), QDate(2026, 3, 5)) << "a new number, and no 25";
+}
+
 TEST_F(ControlsTest, theCalendarPicksWithinTheBounds) {
     m_date.setBounds({2026, 1, 1}, {2027, 1, 31});
     m_date.setFocus();
