@@ -118,7 +118,11 @@ TEST_F(ExportDialogTest, goesWithItsWindowButNotWhenThatIsMinimised) {
         window.show();
         ExportDialog asked(&window, kFormats, path(u"raport.pdf"_s));
         QTimer::singleShot(0, &window, [&] {
-            if (!isMinimised) return window.hide();
+            if (!isMinimised) {
+                window.hide();
+                EXPECT_FALSE(asked.isVisible());
+                return asked.reject();
+            }
             QHideEvent hidden;
             QSpontaneKeyEvent::setSpontaneous(&hidden);  // as the window system tells it
             qApp->notify(&window, &hidden);

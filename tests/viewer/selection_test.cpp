@@ -112,6 +112,8 @@ TEST_F(Objects, aNewReportShowsNothingOfTheOneBefore) {
     EXPECT_EQ(QGuiApplication::clipboard()->text(), u"nimic"_s);
     QTest::mouseDClick(pages().viewport(), Qt::LeftButton, {}, place);
     EXPECT_EQ(clicks, QList<QStringList>{{u"F0001-3"_s}});
+    QTest::keyClick(&pages(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), u"F0001-3"_s);
 }
 
 TEST_F(Objects, theFieldInTheTotalsIsNoRecord) {

@@ -4,6 +4,7 @@
 
 #include <QSet>
 #include <QSignalSpy>
+#include <QTabBar>
 #include <QToolButton>
 
 using namespace Qt::StringLiterals;
@@ -93,6 +94,14 @@ TEST_F(Bar, exportAndPrintAskTheWindowByButtonKeyAndAction) {
     viewer.setOption(340, false);
     pressAll();
     EXPECT_EQ(exports.size() + prints.size(), 6) << "switched off";
+}
+
+TEST_F(Bar, theTabShowsTheTitleAsItIs) {
+    const auto report = scriptedReport(reportRows(1, 1));
+    report->setText(u"Text1"_s, u"A & B"_s);
+    viewer.setOption(367, true);
+    load(report);
+    EXPECT_EQ(part<QTabBar>("crwTabs").tabText(0), u"A && B"_s);
 }
 
 // The window's own two buttons lie over the right end.
