@@ -5,6 +5,7 @@
 #include "support/scripted_printers.h"
 #include "support/test_data.h"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QListWidget>
@@ -74,7 +75,10 @@ TEST_F(DefaultDialogs, thePrintDialogGivesPrinterPagesAndCopies) {
         PrintChoice choice{com::toText(u"Depozit"_s).release(), nullptr, 1, 0, 3, 0};
         const tests::DialogDriver user([&](QDialog& dialog) {
             EXPECT_EQ(partOf<QComboBox>(dialog, u"printers").currentText(), u"Depozit"_s);
+            partOf<QComboBox>(dialog, u"printers").setCurrentText(u"Birou"_s);
             EXPECT_EQ(partOf<QSpinBox>(dialog, u"copies").value(), 3);
+            EXPECT_FALSE(partOf<QCheckBox>(dialog, u"collate").isChecked());
+            partOf<QCheckBox>(dialog, u"collate").click();
             EXPECT_EQ(partOf<QSpinBox>(dialog, u"to").maximum(), 7);
             partOf<QRadioButton>(dialog, u"printRange").click();
             partOf<QSpinBox>(dialog, u"from").setValue(2);
@@ -82,12 +86,12 @@ TEST_F(DefaultDialogs, thePrintDialogGivesPrinterPagesAndCopies) {
             isAccepted ? dialog.accept() : dialog.reject();
         });
         EXPECT_EQ(makePrintDialog()->Choose(handle(), 7, &choice), isAccepted ? com::kOk : com::kFalse);
-        EXPECT_EQ(taken(choice.printer), u"Depozit"_s);
+        EXPECT_EQ(taken(choice.printer), isAccepted ? u"Birou"_s : u"Depozit"_s);
         EXPECT_EQ(taken(choice.file), QString());
         EXPECT_EQ(choice.firstPage, isAccepted ? 2 : 1);
         EXPECT_EQ(choice.lastPage, isAccepted ? 5 : 0);
         EXPECT_EQ(choice.copies, 3);
-        EXPECT_EQ(choice.isCollated, 0);
+        EXPECT_EQ(choice.isCollated, isAccepted ? 1 : 0);
     }
     EXPECT_EQ(makePrintDialog()->Choose(handle(), 7, nullptr), com::kNullPointer);
 }

@@ -156,6 +156,27 @@ TEST_F(ExportDocuments, plainTextStandsInColumns) {
         EXPECT_TRUE(line[moneda - 1].isSpace() && line[moneda].isUpper()) << qPrintable(line);
 }
 
+TEST_F(ExportDocuments, everyRowOfTheirTablesIsAsWideAsTheHeading) {
+    const auto document = ReportRun(answerOf(sampleRows(40, 5))).document();
+    exported(kOdt, document);
+    const QString odt = QString::fromUtf8(entry(path(u"raport"_s), u"content.xml"_s));
+    const QString html = QString::fromUtf8(exported(kHtml, document));
+    static const QRegularExpression kCell(u"<(td|th|table:table-cell|table:covered-table-cell)[ />]"_s);
+    static const QRegularExpression kSpan(u"colspan=\"(\\d+)\""_s);
+    for (const auto& [text, end] : {std::pair(odt, u"</table:table-row>"_s), std::pair(html, u"</tr>"_s)}) {
+        QSet<int> widths;
+        QStringList lines = text.split(end);
+        lines.removeLast();
+        for (const QString& line : lines) {
+            int width = static_cast<int>(line.count(kCell));
+            for (const QRegularExpressionMatch& span : kSpan.globalMatch(line)) width += span.captured(1).toInt() - 1;
+            widths.insert(width);
+        }
+        EXPECT_EQ(widths, QSet<int>{10}) << qPrintable(end);
+        EXPECT_GT(lines.size(), 40);
+    }
+}
+
 TEST_F(ExportDocuments, tellOfDocumentsWithoutARateWhereThereAreSome) {
     for (const bool hasAll : {true, false}) {
         std::vector<Row> rows(2);

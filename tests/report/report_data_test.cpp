@@ -272,6 +272,14 @@ TEST(BindFields, needsTheColumnsThatAreGroupedAndAdded) {
     Report report(definitionNamed(u"CRFacturiImport"_s));
     EXPECT_THROW(report.bindFields(0), base::Error);
     EXPECT_THROW(report.start({}), base::Error);
+    tests::FakeAnswer twice = answerOf({Row()});
+    twice.columns.append({u"MONEDA"_s});
+    twice.rows[0].push_back(u"XYZ"_s);
+    ReportRun run(twice);
+    EXPECT_EQ(run.data()->totals().at(0).currency, u"EUR"_s) << "the first of two columns of one name";
+    const db::Connection connection(run.connection().asConnection());
+    run.report().addCommand(connection, {connection, db::kCommandText, u"SELECT"_s});
+    EXPECT_THROW(run.report().start({}), base::Error) << "another command is bound anew";
 }
 
 TEST(Cancel, endsARunSoonAndOnce) {
@@ -303,6 +311,21 @@ TEST(Cancel, endsARunSoonAndOnce) {
         EXPECT_FALSE(outcome.data) << one.name;
         EXPECT_EQ(calls, 1) << one.name;
     }
+}
+
+TEST(Cancel, hidesTheProvidersWordsForIt) {
+    tests::FakeAnswer answer = answerOf({Row(), Row()});
+    answer.blockRows = 1;
+    answer.fetchError = base::Error(base::kProviderFailure, u"Operation cancelled"_s);
+    answer.fetchErrorAt = 1;
+    ReportRun run(answer);
+    std::promise<RunOutcome> promise;
+    run.report().start({.answered = [&] { run.report().cancel(); },
+                        .progress = {},
+                        .finished = [&](RunOutcome outcome) { promise.set_value(std::move(outcome)); }});
+    const RunOutcome outcome = promise.get_future().get();
+    EXPECT_TRUE(outcome.isCancelled);
+    EXPECT_FALSE(outcome.error);
 }
 
 TEST(ReportRun, runsAgainAlsoAfterAStop) {

@@ -94,7 +94,7 @@ TEST_F(ReportSearch, marksItsHitsAndTheCurrentOneAlone) {
             for (int y = 0; y < marked.height(); ++y)
                 for (int x = 0; x < marked.width(); ++x) {
                     const QColor colour = marked.pixelColor(x, y);
-                    const bool isOrange = colour.red() > 200 && colour.green() < 190 && colour.blue() < 80;
+                    const bool isOrange = colour.red() == 255 && std::abs(colour.green() - 167) < 4;
                     current += isOrange;
                     EXPECT_FALSE(isOrange && y > pages.pageRect(0).bottom()) << y;
                 }
@@ -108,6 +108,11 @@ TEST_F(ReportSearch, marksItsHitsAndTheCurrentOneAlone) {
         act("goto", {{u"page"_s, 1}});
         ASSERT_EQ(picture(), clean) << round;
     }
+    act("object", {{u"page"_s, 1}, {u"field"_s, u"NumarFactura"_s}, {u"record"_s, 1}});
+    act("goto", {{u"page"_s, 1}});
+    const auto pageOf = [&](const QImage& seen, int page) { return seen.copy(pages.pageRect(page) & seen.rect()); };
+    EXPECT_NE(pageOf(picture(), 0), pageOf(clean, 0));
+    EXPECT_EQ(pageOf(picture(), 1), pageOf(clean, 1)) << "the frame of what is chosen stands on its page alone";
 }
 
 TEST_F(ReportSearch, theBoxGoesBackEndsAndBeginsAnew) {
