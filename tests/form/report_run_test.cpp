@@ -172,24 +172,6 @@ TEST_F(ReportRunTest, aLostConnectionLeavesTheWindowUsable) {
     EXPECT_TRUE(surroundings.messages.isEmpty());
 }
 
-TEST_F(ReportRunTest, closingOrSettingUpWhileItLoadsLeavesNothingBehind) {
-    FakeAnswer slow = invoices();
-    slow.runDelay = 5s;
-    connection->answer(u"AS TipRaport"_s, slow);
-    run();
-    expectPointer(u"hourglass"_s);
-    setUpFor(u"Export"_s);
-    expectPointer(u"default"_s);
-    expectWaiting(false);
-    EXPECT_TRUE(isShown("frmEnable"));
-    EXPECT_FALSE(viewer()->isBusy());
-    run();
-    window.close();
-    EXPECT_FALSE(window.isLoaded());
-    expectPointer(u"default"_s);
-    EXPECT_FALSE(connection->isBusy());
-}
-
 TEST_F(ReportRunTest, emptiesCodesWhoseFieldsAreEmpty) {
     giveFocus("txtCodClient");
     press(Qt::Key_Return);

@@ -4,7 +4,6 @@
 #include <QClipboard>
 #include <QComboBox>
 #include <QLineEdit>
-#include <QListView>
 #include <QMenu>
 #include <QScrollBar>
 #include <QToolTip>
@@ -188,18 +187,6 @@ TEST_F(Gestures, theViewersOwnKeysAreKeptFromTheHost) {
     viewer.setOption(255, false);
     EXPECT_FALSE(isKept(Qt::Key_F, Qt::ControlModifier));
     EXPECT_FALSE(act("search", {{u"text"_s, u"F0001"_s}}).isValid()) << "switched off";
-}
-
-TEST_F(Gestures, theFocusStaysInTheViewerWhenItsPartGoes) {
-    QApplication::setActiveWindow(&viewer);
-    auto& tree = part<QListView>("crwTree");
-    tree.setFocus();
-    act("tree");
-    EXPECT_EQ(viewer.focusWidget(), &pages());
-    act("tree");
-    tree.setFocus();
-    load(scriptedReport(reportRows(1, 1)));
-    EXPECT_EQ(viewer.focusWidget(), &pages());
 }
 
 TEST_F(Gestures, aPageNumberBeingTypedIsLeftAlone) {
