@@ -6,9 +6,7 @@ namespace velcoran::base {
 
 namespace {
 
-constexpr int kMaxParsedDigits = 76;  // what 255 bits always hold
-
-// Digits are read and written in pieces that a machine word holds.
+// Digits are written in pieces that a machine word holds.
 constexpr qsizetype kPieceDigits = 18;
 constexpr std::int64_t kPiecePower = 1'000'000'000'000'000'000;
 
@@ -28,8 +26,8 @@ auto checked(Operation operation) {
 
 Mantissa widePowerOfTen(int exponent) {
     return checked([exponent] {
-        Mantissa power = 1;
-        for (int i = 0; i < exponent; ++i) power *= 10;
+        Mantissa power = powerOfTen(exponent % kMaxDigits);
+        for (int i = exponent / kMaxDigits; i > 0; --i) power *= powerOfTen(kMaxDigits);
         return power;
     });
 }
@@ -39,75 +37,7 @@ Mantissa scaledUp(const Mantissa& mantissa, int places) {
     return checked([&] { return Mantissa(mantissa * widePowerOfTen(places)); });
 }
 
-struct ParsedNumber {
-    bool isNegative = false;
-    QByteArray digits;
-    int scale = 0;
-};
-
-/// Digits with at most one point, from a position on; moves the position behind them.
-bool readDigits(QStringView text, qsizetype& position, ParsedNumber& number) {
-    bool hasPoint = false;
-    for (; position < text.size(); ++position) {
-        const char16_t character = text[position].unicode();
-        if (character == u'.' && !hasPoint) {
-            hasPoint = true;
-        } else if (character >= u'0' && character <= u'9') {
-            number.digits.append(static_cast<char>(character));
-            if (hasPoint) ++number.scale;
-        } else {
-            break;
-        }
-    }
-    return !number.digits.isEmpty();
-}
-
-/// The number that digits write.
-Mantissa mantissaOf(const QByteArray& digits) {
-    Mantissa mantissa = 0;
-    for (qsizetype start = 0; start < digits.size(); start += kPieceDigits) {
-        std::int64_t piece = 0;
-        std::int64_t power = 1;
-        for (const char digit : QByteArrayView(digits).sliced(start, std::min(kPieceDigits, digits.size() - start))) {
-            piece = piece * 10 + (digit - '0');
-            power *= 10;
-        }
-        mantissa = mantissa * power + piece;
-    }
-    return mantissa;
-}
-
 }  // namespace
-
-Decimal Decimal::fromInt128(Int128 mantissa, int scale) { return {Mantissa(mantissa), scale}; }
-
-std::optional<Decimal> Decimal::parse(QStringView text) {
-    text = text.trimmed();
-    qsizetype position = 0;
-    ParsedNumber number;
-    if (position < text.size() && (text[position] == u'-' || text[position] == u'+')) {
-        number.isNegative = text[position] == u'-';
-        ++position;
-    }
-    if (!readDigits(text, position, number)) return std::nullopt;
-    int exponent = 0;
-    if (position < text.size()) {
-        if (text[position] != u'e' && text[position] != u'E') return std::nullopt;
-        bool isNumber = false;
-        exponent = text.mid(position + 1).toInt(&isNumber);
-        if (!isNumber || exponent > kMaxParsedDigits || exponent < -kMaxParsedDigits) return std::nullopt;
-    }
-    int scale = number.scale - exponent;
-    while (scale < 0) {
-        number.digits.append('0');
-        ++scale;
-    }
-    while (number.digits.size() > 1 && number.digits.front() == '0') number.digits.remove(0, 1);
-    if (number.digits.size() > kMaxParsedDigits) return std::nullopt;
-    Mantissa mantissa = mantissaOf(number.digits);
-    if (number.isNegative) mantissa = -mantissa;
-    return Decimal(std::move(mantissa), scale);
-}
 
 Decimal Decimal::rounded(int places) const {
     if (places >= m_scale) return {scaledUp(m_mantissa, places - m_scale), places};

@@ -1,18 +1,15 @@
 #pragma once
 
-#include "int128.h"
+#include "short_decimal.h"
 
 #include <QString>
-#include <QStringView>
 
 #include <boost/multiprecision/cpp_int.hpp>
 
-#include <optional>
-
 namespace velcoran::base {
 
-/// An exact decimal number: mantissa / 10^scale. Sums, differences and products are exact in checked 256 bits; what
-/// does not fit is Error 6, never a wrong number.
+/// An exact decimal number: mantissa / 10^scale. Sums and products are exact in checked 256 bits; what does not fit is
+/// Error 6, never a wrong number.
 class Decimal {
 public:
     using Mantissa = boost::multiprecision::checked_int256_t;
@@ -20,15 +17,8 @@ public:
     Decimal() = default;
     /// @param scale  decimal places, 0 and up
     Decimal(Mantissa mantissa, int scale) : m_mantissa(std::move(mantissa)), m_scale(scale) {}
-    static Decimal fromInt64(std::int64_t mantissa, int scale = 0) { return {Mantissa(mantissa), scale}; }
-    static Decimal fromInt128(Int128 mantissa, int scale);
-    /// Reads an optional sign, digits with at most one point, and an optional exponent; blanks around are dropped.
-    /// @return nothing for any other text, or for more digits than 76
-    static std::optional<Decimal> parse(QStringView text);
+    Decimal(const ShortDecimal& number) : Decimal(Mantissa(number.mantissa), number.scale) {}
 
-    [[nodiscard]] const Mantissa& mantissa() const { return m_mantissa; }
-    [[nodiscard]] int scale() const { return m_scale; }
-    [[nodiscard]] bool isZero() const { return m_mantissa == 0; }
     [[nodiscard]] bool isNegative() const { return m_mantissa < 0; }
 
     /// Rounded half away from zero to a number of decimal places; padded with zeros when it has fewer.

@@ -23,11 +23,12 @@ enum ErrorNumber : std::int32_t {
     kNoCurrentRecord = 3021,
     kOperationOnClosedObject = 3704,
     kInvalidConnection = 3709,
-    kStatementError = -2147217900,      ///< 0x80040E14
-    kNoSuchObject = -2147217865,        ///< 0x80040E37
-    kStopped = -2147467260,             ///< 0x80004004, what a user's stop is at a boundary; Cancelled inside
-    kProviderFailure = -2147467259,     ///< 0x80004005, a lost connection among others
-    kFormatNotAvailable = -2147190548,  ///< 0x800478EC, an export format that cannot hold the report
+    kStatementError = -2147217900,        ///< 0x80040E14
+    kNoSuchObject = -2147217865,          ///< 0x80040E37
+    kAuthenticationFailed = -2147217843,  ///< 0x80040E4D, a refused user or password
+    kStopped = -2147467260,               ///< 0x80004004, what a user's stop is at a boundary; Cancelled inside
+    kProviderFailure = -2147467259,       ///< 0x80004005, a lost connection among others
+    kFormatNotAvailable = -2147190548,    ///< 0x800478EC, an export format that cannot hold the report
 };
 
 /// The one error type: thrown by value, caught by const reference.

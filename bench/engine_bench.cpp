@@ -4,6 +4,7 @@
 #include "report/export/pdf/pdf.h"
 #include "report/layout/definition.h"
 #include "report/layout/document.h"
+#include "report/layout/search.h"
 #include "report/report.h"
 
 #include <QBuffer>

@@ -2,6 +2,7 @@
 #include "report/data/group_rows.h"
 #include "report/data/report_content.h"
 #include "report/export/formats.h"
+#include "report/export/writers.h"
 #include "report/layout/definition.h"
 #include "report/layout/document.h"
 #include "report/layout/page.h"

@@ -1,8 +1,11 @@
 #include "row_filter.h"
 
 #include "base/error.h"
+#include "case_folding.h"
 
 #include <QRegularExpression>
+
+#include <string>
 
 namespace velcoran::db {
 
@@ -10,17 +13,24 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-char16_t folded(char16_t unit) {
-    if (unit < 0x80) return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + 0x20) : unit;
-    if (QChar::isSurrogate(unit)) return unit;
-    const char32_t other = QChar::toCaseFolded(static_cast<char32_t>(unit));
-    return other < 0x10000 ? static_cast<char16_t>(other) : unit;
+/// The next character of a text, case-folded; moves the place behind it.
+char32_t nextFolded(const char16_t*& at, const char16_t* end) {
+    const char16_t unit = *at++;
+    if (!QChar::isHighSurrogate(unit) || at == end || !QChar::isLowSurrogate(*at)) return folded(unit);
+    return folded(QChar::surrogateToUcs4(unit, *at++));
 }
 
-/// @param sought  case-folded
+/// @param sought  case-folded; no character is folded to one of another length
 bool isAt(const char16_t* value, QStringView sought) {
-    for (const QChar character : sought)
-        if (folded(*value++) != character.unicode()) return false;
+    const char16_t* at = sought.utf16();
+    for (const char16_t* const end = value + sought.size(); value != end; ++at) {
+        const char32_t character = nextFolded(value, end);
+        if (!QChar::requiresSurrogates(character)) {
+            if (*at != character) return false;
+        } else if (*at != QChar::highSurrogate(character) || *++at != QChar::lowSurrogate(character)) {
+            return false;
+        }
+    }
     return true;
 }
 
@@ -31,9 +41,12 @@ bool contains(QStringView value, QStringView sought) {
     return false;
 }
 
-QString foldedText(QString text) {
-    for (QChar& character : text) character = folded(character.unicode());
-    return text;
+QString foldedText(const QString& text) {
+    const auto* at = reinterpret_cast<const char16_t*>(text.utf16());
+    const char16_t* const end = at + text.size();
+    std::u32string characters;
+    while (at != end) characters.push_back(nextFolded(at, end));
+    return QString::fromUcs4(characters.data(), static_cast<qsizetype>(characters.size()));
 }
 
 }  // namespace

@@ -1,8 +1,7 @@
 #include "row_store.h"
 
-#include "base/decimal.h"
 #include "base/error.h"
-#include "base/real_text.h"
+#include "base/short_decimal.h"
 
 #include <QDateTime>
 
@@ -46,6 +45,8 @@ std::size_t valueSize(ColumnType type) {
     return 0;
 }
 
+QString fromAscii(const std::string& text) { return QString::fromLatin1(text); }
+
 QString dateTimeText(std::int64_t microseconds) {
     constexpr std::int64_t kMicrosecondsAMillisecond = 1000;
     std::int64_t milliseconds = microseconds / kMicrosecondsAMillisecond;
@@ -65,11 +66,11 @@ QString RowStore::Values::text(std::uint32_t row) const {
         case ColumnType::Int64:
             return QString::number(valueAt<std::int64_t>(values.get(), row));
         case ColumnType::Decimal64:
-            return base::Decimal::fromInt64(valueAt<std::int64_t>(values.get(), row), scale).toShortestText();
+            return fromAscii(base::ShortDecimal{valueAt<std::int64_t>(values.get(), row), scale}.toText());
         case ColumnType::Decimal128:
-            return base::Decimal::fromInt128(valueAt<base::Int128>(values.get(), row), scale).toShortestText();
+            return fromAscii(base::ShortDecimal{valueAt<base::Int128>(values.get(), row), scale}.toText());
         case ColumnType::Double:
-            return base::realText(valueAt<double>(values.get(), row));
+            return fromAscii(base::realText(valueAt<double>(values.get(), row)));
         case ColumnType::DateTime:
             return dateTimeText(valueAt<std::int64_t>(values.get(), row));
         case ColumnType::Text:

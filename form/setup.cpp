@@ -6,6 +6,7 @@
 #include "form/rules/setup_values.h"
 #include "form/run/activate_window.h"
 #include "form/run/surroundings.h"
+#include "lookup/setup_statements.h"
 
 #include <QWidget>
 
@@ -26,9 +27,6 @@ constexpr KindCaption kSupplierCaptions[] = {
     {Ctl::Label1_9, u"Denumire Furnizor:"},
     {Ctl::frmClient, u"Filtrare Furnizori:"},
 };
-
-constexpr QStringView kWarehouseStatement =
-    u" SELECT str(Depozite.Depozit,len(Depozite.Depozit),0) + ' - ' + Depozite.[Denumire Depozit] FROM Depozite";
 
 /// The steps of one set-up. Its order is the window's contract with the host: what a failure leaves behind is what the
 /// steps before it have done.
@@ -96,7 +94,7 @@ void Setup::show() {
 void Setup::readYear() {
     const auto years = std::make_shared<db::RowStore>();
     m_context.runner.run(m_members.Priza, [priza = m_members.Priza, years] {
-        const db::Rows rows = priza.execute(u"SELECT An FROM An"_s);
+        const db::Rows rows = priza.execute(lookup::kYearStatement.toString());
         if (const RowBlock* block = rows.fetch(1)) years->append(*block);
     });
     if (years->rowCount() == 0) throw base::Error(base::kNoCurrentRecord, u"Tabela An nu are nicio înregistrare."_s);
@@ -136,7 +134,7 @@ void Setup::fillWarehouses() {
     m_controls.warehouses().fill({});
     newRecordset();
     db::RowSet& rows = *m_members.rsQuery;
-    rows.open(m_members.Priza, kWarehouseStatement.toString(), m_context.runner);
+    rows.open(m_members.Priza, lookup::kWarehouseStatement.toString(), m_context.runner);
     QStringList items;
     for (rows.moveFirst(); !rows.isEof(); rows.moveNext())
         if (const std::optional<QString> item = rows.field(0)) items.append(*item);

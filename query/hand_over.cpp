@@ -10,11 +10,9 @@
 namespace velcoran::query {
 
 using namespace Qt::StringLiterals;
+using report::Grouping;
 
 namespace {
-
-constexpr int kMatchByName = 0;
-constexpr int kTotalsAlone = 1;
 
 void setTexts(report::Report& report, const QList<TextReplacement>& replacements) {
     for (const TextReplacement& one : replacements) report.setText(one.object, one.text);
@@ -24,24 +22,25 @@ void setTexts(report::Report& report, const QList<TextReplacement>& replacements
 
 HandOver planHandOver(const filters::FilterState& state, QStringView dateSeparator, const QString& caption) {
     HandOver plan;
-    plan.fileTitle = caption;
-    plan.kind = state.sTipRaport.text;
-    if (isPartnerEntry(state.cmbTipRaport)) {
+    plan.request = {.presentation = isPartnerEntry(state.cmbTipRaport) ? Grouping::Partner : Grouping::Day,
+                    .isTotalsAlone = state.chkTotale,
+                    .kind = state.sTipRaport.text,
+                    .fileTitle = caption,
+                    .filters = filtersInForce(state)};
+    if (plan.request.presentation == Grouping::Partner) {
         plan.definition = u"CRFacturiImport"_s;
-        plan.isClient = state.cmbTipRaport == u"Client";
-        if (plan.isClient) {
+        plan.request.isClient = state.cmbTipRaport == u"Client";
+        if (plan.request.isClient) {
             plan.presentationTexts = {
                 {u"Text2"_s, u"COD\r\nCLIENT"_s}, {u"Text3"_s, u"DENUMIRE\r\nCLIENT"_s}, {u"Text6"_s, u"CLIENT:"_s}};
         }
     } else {
         plan.definition = u"CRFacturiImportDT"_s;
-        plan.isClient = state.isExport();
-        if (plan.isClient) plan.presentationTexts = {{u"Text9"_s, u"CLIENT"_s}};
+        plan.request.isClient = state.isExport();
+        if (plan.request.isClient) plan.presentationTexts = {{u"Text9"_s, u"CLIENT"_s}};
     }
     plan.periodSource = periodSource(state, dateSeparator);
     if (state.isExport()) plan.titleTexts = {{u"Text1"_s, u"RAPORT FACTURI EXTERNE - CLIENTI"_s}};
-    plan.filtersInForce = filtersInForce(state);
-    if (state.chkTotale) plan.option = kTotalsAlone;
     return plan;
 }
 
@@ -50,14 +49,10 @@ void handOver(const HandOver& plan, const db::Connection& priza, const db::Comma
     rptFacturi = std::make_shared<report::Report>(report::definitionNamed(plan.definition));
     setTexts(*rptFacturi, plan.presentationTexts);
     rptFacturi->addCommand(priza, cmdRaport);
-    rptFacturi->bindFields(kMatchByName);
+    rptFacturi->bindFields();
     rptFacturi->setUnboundFieldSource(u"UnboundString6"_s, plan.periodSource);
     setTexts(*rptFacturi, plan.titleTexts);
-    rptFacturi->setFilterLines(plan.filtersInForce);
-    rptFacturi->setClient(plan.isClient);
-    rptFacturi->setFileTitle(plan.fileTitle);
-    rptFacturi->setKind(plan.kind);
-    if (plan.option != 0) rptFacturi->setOption(plan.option);
+    rptFacturi->setRequest(plan.request);
 }
 
 }  // namespace velcoran::query

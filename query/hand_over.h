@@ -1,10 +1,10 @@
 #pragma once
 
 #include "filters/filter_state.h"
+#include "report/layout/report_request.h"
 
 #include <QList>
 #include <QString>
-#include <QStringList>
 #include <QStringView>
 
 #include <memory>
@@ -16,7 +16,7 @@ struct Command;
 
 namespace velcoran::report {
 class Report;
-}
+}  // namespace velcoran::report
 
 namespace velcoran::query {
 
@@ -32,12 +32,8 @@ struct HandOver {
     QString definition;                        ///< "CRFacturiImport" or "CRFacturiImportDT"
     QList<TextReplacement> presentationTexts;  ///< before the data source is added
     QString periodSource;                      ///< source of UnboundString6
-    bool isClient = false;                     ///< the heading of this definition names clients
     QList<TextReplacement> titleTexts;         ///< after the fields are bound
-    QStringList filtersInForce;                ///< lines for the exports
-    QString fileTitle;                         ///< what files of the report are called: the window's caption
-    QString kind;                              ///< the report kind, as the host gave it
-    int option = 0;                            ///< 1 for a total report; 0 leaves the option alone
+    report::ReportRequest request;
 };
 
 /// The choice of definition, texts and option. The partner headings follow the list text "Client", the day heading and

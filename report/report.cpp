@@ -20,16 +20,10 @@ namespace {
 constexpr std::chrono::milliseconds kProgressInterval{250};
 
 /// Columns without which documents cannot be grouped or added up.
-std::vector<ColumnRole> neededColumns(Grouping grouping) {
-    std::vector<ColumnRole> needed{ColumnRole::Moneda,      ColumnRole::ValoareNeta,  ColumnRole::ValoareTVA,
-                                   ColumnRole::ValoareTaxe, ColumnRole::ValoareBruta, ColumnRole::CursValutar};
-    if (grouping == Grouping::Day) {
-        needed.push_back(ColumnRole::DataDoc);
-    } else {
-        needed.push_back(ColumnRole::CodClient);
-        needed.push_back(ColumnRole::NumeClient);
-    }
-    return needed;
+bool isNeeded(const ColumnRow& column, Grouping grouping) {
+    if (isAmount(column.role) || column.role == ColumnRole::Moneda) return true;
+    if (grouping == Grouping::Day) return column.role == ColumnRole::DataDoc;
+    return column.role == ColumnRole::CodClient || column.role == ColumnRole::NumeClient;
 }
 
 /// The text of a string constant of the formula language: between two quotes of one kind, a quote inside written twice.
@@ -55,17 +49,13 @@ struct Report::State {
     std::shared_ptr<const Definition> definition;
     QMap<QString, QString> texts;
     QMap<QString, QString> unboundTexts;
-    QStringList filterLines;
-    QString fileTitle;
-    QString reportKind;
-    bool isClient = false;
-    int option = 0;
+    ReportRequest request;
     db::Connection connection;
     QString commandText;
     db::Statement statement;
     bool isStatementCancelled = false;
     QList<db::Column> columns;
-    ColumnBinding binding{};
+    ColumnBinding binding;
     bool isBound = false;
 
     [[nodiscard]] const DefinitionObject& object(const QString& name, ObjectKind kind) const {
@@ -88,7 +78,7 @@ struct Report::Run {
     db::Connection connection;
     QString text;
     bool isPreparedAnew = false;  ///< a cancel may still wait in the old statement and would end this run
-    ColumnBinding binding{};
+    ColumnBinding binding;
     Grouping grouping = Grouping::Partner;
     std::function<void()> answered;
     std::function<void(qint64)> progress;
@@ -205,7 +195,6 @@ struct Report::Run {
 
 Report::Report(std::shared_ptr<const Definition> definition) : m_state(std::make_unique<State>()) {
     m_state->definition = std::move(definition);
-    m_state->binding.fill(-1);
     for (const DefinitionSection& section : m_state->definition->sections) {
         for (const DefinitionObject& object : section.objects) {
             if (object.kind == ObjectKind::Text) m_state->texts.insert(object.name, object.text);
@@ -241,20 +230,18 @@ void Report::addCommand(const db::Connection& connection, const db::Command& com
     m_state->columns = m_state->statement.columns();
 }
 
-void Report::bindFields(int matchType) {
-    if (matchType != 0) throw base::Error(base::kInvalidProcedureCall, u"Câmpurile se leagă numai după nume."_s);
+void Report::bindFields() {
     if (m_state->statement.isNull()) {
         throw base::Error(base::kInvalidProcedureCall, u"Raportul nu are o sursă de date."_s);
     }
-    ColumnBinding binding{};
-    binding.fill(-1);
+    ColumnBinding binding;
     for (int i = 0; i < m_state->columns.size(); ++i) {
         const std::optional<ColumnRole> role = columnOf(m_state->columns[i].name);
-        if (role && binding[static_cast<std::size_t>(*role)] < 0) binding[static_cast<std::size_t>(*role)] = i;
+        if (role && !binding[*role]) binding[*role] = i;
     }
-    for (const ColumnRole role : neededColumns(m_state->definition->grouping)) {
-        if (binding[static_cast<std::size_t>(role)] >= 0) continue;
-        throw base::Error(base::kNoSuchObject, u"Sursa de date nu are coloana „%1”."_s.arg(columnName(role)));
+    for (const ColumnRow& column : kColumns) {
+        if (binding[column.role] || !isNeeded(column, m_state->definition->grouping)) continue;
+        throw base::Error(base::kNoSuchObject, u"Sursa de date nu are coloana „%1”."_s.arg(column.name));
     }
     m_state->binding = binding;
     m_state->isBound = true;
@@ -267,48 +254,40 @@ void Report::setUnboundFieldSource(const QString& field, const QString& source) 
     m_state->unboundTexts[object.name] = *text;
 }
 
-QString Report::unboundFieldText(const QString& field) const {
-    return m_state->unboundTexts.value(m_state->object(field, ObjectKind::Unbound).name);
-}
+void Report::setRequest(const ReportRequest& request) { m_state->request = request; }
 
-void Report::setFilterLines(const QStringList& lines) { m_state->filterLines = lines; }
-
-QStringList Report::filterLines() const { return m_state->filterLines; }
-
-void Report::setClient(bool isClient) { m_state->isClient = isClient; }
-
-void Report::setFileTitle(const QString& title) { m_state->fileTitle = title; }
-
-QString Report::fileTitle() const { return m_state->fileTitle; }
-
-void Report::setKind(const QString& kind) { m_state->reportKind = kind; }
-
-QString Report::kind() const { return m_state->reportKind; }
-
-void Report::setOption(int option) {
-    if (option != 0 && option != 1) throw base::Error(base::kInvalidProcedureCall, u"Opțiunea este 0 sau 1."_s);
-    m_state->option = option;
-}
-
-int Report::option() const { return m_state->option; }
+const ReportRequest& Report::request() const { return m_state->request; }
 
 ReportTexts Report::snapshot() const {
-    return {m_state->definition, m_state->texts, m_state->unboundTexts, m_state->option, m_state->isClient};
+    return {m_state->definition, m_state->texts, m_state->unboundTexts, m_state->request};
+}
+
+std::shared_ptr<Report::Run> Report::newRun(RunWatcher watcher) const {
+    if (!m_state->isBound) throw base::Error(base::kInvalidProcedureCall, u"Câmpurile raportului nu sunt legate."_s);
+    auto run = std::make_shared<Run>();
+    run->statement = m_state->statement;
+    run->connection = m_state->connection;
+    run->text = m_state->commandText;
+    run->isPreparedAnew = m_state->isStatementCancelled;
+    run->binding = m_state->binding;
+    run->grouping = m_state->definition->grouping;
+    run->answered = std::move(watcher.answered);
+    run->progress = std::move(watcher.progress);
+    run->finished = std::move(watcher.finished);
+    return run;
+}
+
+std::shared_ptr<const ReportData> Report::load() {
+    cancelAndWait();
+    RunOutcome outcome = newRun({})->outcome();
+    if (outcome.error) throw *outcome.error;
+    if (outcome.isCancelled) throw base::Cancelled();
+    return std::move(outcome.data);
 }
 
 void Report::start(RunWatcher watcher) {
     cancelAndWait();
-    if (!m_state->isBound) throw base::Error(base::kInvalidProcedureCall, u"Câmpurile raportului nu sunt legate."_s);
-    m_run = std::make_shared<Run>();
-    m_run->statement = m_state->statement;
-    m_run->connection = m_state->connection;
-    m_run->text = m_state->commandText;
-    m_run->isPreparedAnew = m_state->isStatementCancelled;
-    m_run->binding = m_state->binding;
-    m_run->grouping = m_state->definition->grouping;
-    m_run->answered = std::move(watcher.answered);
-    m_run->progress = std::move(watcher.progress);
-    m_run->finished = std::move(watcher.finished);
+    m_run = newRun(std::move(watcher));
     try {
         m_worker.emplace([run = m_run] { run->work(); });
     } catch (...) {

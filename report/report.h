@@ -3,6 +3,7 @@
 #include "base/error.h"
 #include "db/command.h"
 #include "db/keeper.h"
+#include "report/layout/report_request.h"
 
 #include <QMap>
 #include <QString>
@@ -35,7 +36,7 @@ struct RunWatcher {
 
 /// An instance of a report definition: a copy whose texts, sources and options are its own, with its data source.
 ///
-/// A run: addCommand - bindFields - setUnboundFieldSource, setText, setOption - start. The report stops its run in its
+/// A run: addCommand - bindFields - setUnboundFieldSource, setText, setRequest - start. The report stops its run in its
 /// destructor.
 class Report {
 public:
@@ -58,36 +59,22 @@ public:
     /// Sets the data source: prepares the command's text on its connection and describes the columns.
     /// @throws Error of the provider for a bad statement
     void addCommand(const db::Connection& connection, const db::Command& command);
-    /// Binds the unbound fields to the source's columns. @param matchType 0: by name, the only one
-    /// @throws Error kInvalidProcedureCall for another type, or before addCommand
-    void bindFields(int matchType);
+    /// Binds the unbound fields to the source's columns, by name.
+    /// @throws Error kInvalidProcedureCall before addCommand, kNoSuchObject without a column that groups or totals need
+    void bindFields();
     /// Gives an unbound string field a string constant of the formula language, "'text'".
     /// @throws Error kTypeMismatch when the source is no string constant, kNoSuchObject when there is no such field
     void setUnboundFieldSource(const QString& field, const QString& source);
-    /// What an unbound string field shows.
-    [[nodiscard]] QString unboundFieldText(const QString& field) const;
-    /// The one further option: 0 detailed, 1 totals alone. @throws Error kInvalidProcedureCall for any other
-    void setOption(int option);
-    [[nodiscard]] int option() const;
-
-    /// Lines on what narrows the run, which exports put above the rows. Pages do not show them.
-    void setFilterLines(const QStringList& lines);
-    [[nodiscard]] QStringList filterLines() const;
-
-    /// Whether the partner headings speak of clients: what exports call the partner's columns.
-    void setClient(bool isClient);
-
-    /// What files of this report are called by default, without period and ending.
-    void setFileTitle(const QString& title);
-    [[nodiscard]] QString fileTitle() const;
-
-    /// What the report is of, in the words of whoever made it: it comes back with a document that is to be opened.
-    void setKind(const QString& kind);
-    [[nodiscard]] QString kind() const;
+    /// What was asked for: detailed or totals, who the partners are, what exports put above the rows.
+    void setRequest(const ReportRequest& request);
+    [[nodiscard]] const ReportRequest& request() const;
 
     /// What a document is laid out from.
     [[nodiscard]] ReportTexts snapshot() const;
 
+    /// Runs on the calling thread, to the end. What runs is cancelled on its connection.
+    /// @throws Error of the provider; kInvalidProcedureCall before bindFields; Cancelled for a stop
+    [[nodiscard]] std::shared_ptr<const ReportData> load();
     /// Starts the run on the report's own worker.
     void start(RunWatcher watcher);
     /// Stops a run; finished follows with isCancelled. Returns at once. A driver hears of a cancel only what it does at
@@ -100,6 +87,8 @@ public:
 private:
     struct Run;
     struct State;
+    [[nodiscard]] std::shared_ptr<Run> newRun(RunWatcher watcher) const;
+
     std::unique_ptr<State> m_state;
     std::shared_ptr<Run> m_run;
     std::optional<system::Worker> m_worker;  ///< of m_run

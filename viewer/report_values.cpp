@@ -8,11 +8,9 @@ namespace {
 
 QVariantMap totalValues(const report::CurrencyTotal& total, bool withRows) {
     const auto amount = [](const base::Decimal& value) { return value.toShortestText(2); };
-    QVariantMap map{{QStringLiteral("Moneda"), total.currency},
-                    {QStringLiteral("ValoareNeta"), amount(total.valoareNeta)},
-                    {QStringLiteral("ValoareTVA"), amount(total.valoareTVA)},
-                    {QStringLiteral("ValoareTaxe"), amount(total.valoareTaxe)},
-                    {QStringLiteral("ValoareBruta"), amount(total.valoareBruta)}};
+    QVariantMap map{{QStringLiteral("Moneda"), total.currency}};
+    for (const report::ColumnRow& column : report::kColumns)
+        if (column.kind == report::CellKind::Amount) map.insert(column.name.toString(), amount(total.sum(column.role)));
     if (withRows) map.insert(QStringLiteral("rows"), total.rows);
     return map;
 }
@@ -46,10 +44,10 @@ QVariantMap textMap(const QMap<QString, QString>& texts) {
 QVariantMap reportValues(const report::Document& document, const QString& definition) {
     const report::ReportTexts& texts = document.texts();
     return {{QStringLiteral("definition"), definition},
-            {QStringLiteral("option"), texts.option},
-            {QStringLiteral("title"), texts.texts.value(QStringLiteral("Text1"))},
+            {QStringLiteral("option"), texts.request.isTotalsAlone ? 1 : 0},
+            {QStringLiteral("title"), texts.text(report::ObjectRole::Title)},
             {QStringLiteral("texts"), textMap(texts.texts)},
-            {QStringLiteral("period"), texts.unboundTexts.value(QStringLiteral("UnboundString6"))},
+            {QStringLiteral("period"), texts.text(report::ObjectRole::Period)},
             {QStringLiteral("rows"), document.data().rowCount()},
             {QStringLiteral("pages"), document.pageCount()},
             {QStringLiteral("groups"), groupList(document.data())},

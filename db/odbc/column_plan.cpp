@@ -1,6 +1,6 @@
 #include "column_plan.h"
 
-#include "number_text.h"
+#include "base/int128.h"
 
 #include <algorithm>
 #include <iterator>
@@ -112,7 +112,7 @@ ColumnPlan planColumn(const DriverColumn& column, bool isLoose) {
             plan.cType = SQL_C_CHAR;
             plan.valueBytes = kNumberBytes;
             plan.expected = row.kind == ValueKind::Integer ? ColumnType::Int64 : ColumnType::Decimal64;
-            if (row.kind == ValueKind::Number) plan.scale = std::clamp<int>(column.digits, 0, kMaxDigits);
+            if (row.kind == ValueKind::Number) plan.scale = std::clamp<int>(column.digits, 0, base::kMaxDigits);
             break;
         case ValueKind::DateTime:
             plan.cType = SQL_C_TYPE_TIMESTAMP;

@@ -32,7 +32,8 @@ struct Waits {
 ///
 /// @param connectionText  as SQLDriverConnect takes it, "Driver=...;Server=...;..." or "DSN=..."
 /// @param sink            hears what the driver says about each call, opening included; may be empty
-/// @throws Error kProviderFailure with the driver's own words; -2147217843 when the server refuses user or password
+/// @throws Error kProviderFailure with the driver's own words; kAuthenticationFailed when the server refuses user or
+/// password
 [[nodiscard]] com::Ref<IConnection> openConnection(const QString& connectionText, const Waits& waits = {},
                                                    DiagnosticSink sink = {});
 

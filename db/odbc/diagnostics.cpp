@@ -1,7 +1,7 @@
 #include "diagnostics.h"
 
 #include "connection_text.h"
-#include "db/provider_errors.h"
+#include "db/provider/errors.h"
 
 #include <algorithm>
 #include <iterator>
@@ -28,24 +28,25 @@ struct NumberRow {
 };
 
 constexpr NumberRow kNumbers[] = {
-    {u"28", kAuthenticationFailed},  {u"08", base::kProviderFailure}, {u"HYT01", base::kProviderFailure},
-    {u"42S02", base::kNoSuchObject}, {u"42P01", base::kNoSuchObject},  // the standard's other code for an unknown table
+    {u"28", base::kAuthenticationFailed}, {u"08", base::kProviderFailure}, {u"HYT01", base::kProviderFailure},
+    {u"42S02", base::kNoSuchObject},      {u"42P01", base::kNoSuchObject},  // the standard's other code for an unknown
+                                                                            // table
 };
 
 /// Others in the way, by state and SQL Server's number (0 for any).
 struct ConflictRow {
     QStringView state;
     std::int32_t nativeNumber;
-    db::Conflict conflict;
+    provider::Conflict conflict;
 };
 
 constexpr ConflictRow kConflicts[] = {
-    {u"40001", 0, db::Conflict::Deadlock},       {u"", 1205, db::Conflict::Deadlock},
-    {u"HYT00", 1222, db::Conflict::LockTimeout}, {u"42000", 1222, db::Conflict::LockTimeout},
-    {u"HY000", 1222, db::Conflict::LockTimeout},
+    {u"40001", 0, provider::Conflict::Deadlock},       {u"", 1205, provider::Conflict::Deadlock},
+    {u"HYT00", 1222, provider::Conflict::LockTimeout}, {u"42000", 1222, provider::Conflict::LockTimeout},
+    {u"HY000", 1222, provider::Conflict::LockTimeout},
 };
 
-std::optional<db::Conflict> conflictOf(const QList<DiagnosticRecord>& records) {
+std::optional<provider::Conflict> conflictOf(const QList<DiagnosticRecord>& records) {
     for (const ConflictRow& row : kConflicts) {
         const auto fits = [&row](const DiagnosticRecord& record) {
             return record.state.startsWith(row.state) &&
@@ -118,7 +119,7 @@ base::Error errorOf(const QList<DiagnosticRecord>& records, Phase phase, const S
     const QString source = records.isEmpty() ? QString() : records.front().state;
     const QString description = secrets.scrub(words.join(u'\n'));
     const auto conflict = conflictOf(records);
-    return {number, conflict ? db::conflictText(*conflict, description) : description, source};
+    return {number, conflict ? provider::conflictText(*conflict, description) : description, source};
 }
 
 bool isCancelled(const QList<DiagnosticRecord>& records) {

@@ -15,9 +15,6 @@ class Secrets;
 /// Warnings of drivers and other diagnostics; off unless switched on by the category's name, "velcoran.odbc".
 Q_DECLARE_LOGGING_CATEGORY(logOdbc)
 
-/// The published number of a refused login, 0x80040E4D.
-constexpr std::int32_t kAuthenticationFailed = -2147217843;
-
 /// What was going on when a call failed: what is a statement's fault later is the connection's fault while it opens.
 enum class Phase { Connecting, Running };
 

@@ -4,11 +4,18 @@
 #include <sqlext.h>
 #include <sqlucode.h>
 
+#include <QString>
+
 #include <utility>
 
 namespace velcoran::odbc {
 
 static_assert(sizeof(SQLWCHAR) == 2, "wide texts are UTF-16");
+
+/// Pointers to wide texts are not const in the interface; drivers do not write through them.
+inline SQLWCHAR* wideText(const QString& text) {
+    return reinterpret_cast<SQLWCHAR*>(const_cast<ushort*>(text.utf16()));
+}
 
 /// Owner of a handle of the driver manager. Whoever owns one that takes part in a connection is used, and destroyed, on
 /// the connection's own thread.

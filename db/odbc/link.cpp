@@ -1,6 +1,6 @@
 #include "link.h"
 
-#include "cursor.h"
+#include "driver_statement.h"
 
 #include <algorithm>
 
@@ -11,9 +11,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 SQLPOINTER attributeValue(std::uintptr_t value) { return reinterpret_cast<SQLPOINTER>(value); }
-
-/// Pointers to wide texts are not const in the interface; drivers do not write through them.
-SQLWCHAR* wideText(const QString& text) { return reinterpret_cast<SQLWCHAR*>(const_cast<ushort*>(text.utf16())); }
 
 SQLUINTEGER readNumber(SQLHDBC connection, SQLUSMALLINT information) {
     SQLUINTEGER value = 0;
@@ -32,10 +29,27 @@ QString readText(SQLHDBC connection, SQLUSMALLINT information) {
 
 }  // namespace
 
-Link::Link(DiagnosticSink sink)
-    : m_gate(std::make_shared<CancelGate>([](void* statement) { SQLCancel(statement); })), m_sink(std::move(sink)) {}
+Link::Link(DiagnosticSink sink) : m_sink(std::move(sink)) {}
 
 Link::~Link() { disconnect(); }
+
+void Link::enter(const CancelToken& token, const StatementHandle& statement) {
+    const std::scoped_lock lock(m_callMutex);
+    if (token.isRequested()) throw base::Cancelled();
+    m_calledStatement = statement.get();
+    m_calledToken = &token;
+}
+
+void Link::leave() {
+    const std::scoped_lock lock(m_callMutex);
+    m_calledStatement = nullptr;
+    m_calledToken = nullptr;
+}
+
+void Link::cancelCall() {
+    const std::scoped_lock lock(m_callMutex);
+    if (m_calledStatement != nullptr && m_calledToken->isRequested()) SQLCancel(m_calledStatement);
+}
 
 /// The records of a handle's last call, which are logged and told to the sink.
 QList<DiagnosticRecord> Link::tellAll(SQLSMALLINT handleType, SQLHANDLE handle) const {
@@ -95,15 +109,15 @@ void Link::readTraits() {
 }
 
 void Link::disconnect() noexcept {
-    for (Cursor* cursor : std::exchange(m_cursors, {})) cursor->release();
-    m_openCursor = nullptr;
+    for (DriverStatement* statement : std::exchange(m_statements, {})) statement->release();
+    m_openStatement = nullptr;
     if (m_isConnected) SQLDisconnect(m_connection.get());
     m_isConnected = false;
     m_connection.reset();
     m_environment.reset();
 }
 
-StatementHandle Link::allocateStatement() {
+StatementHandle Link::allocateStatement(DriverStatement& owner) {
     SQLHANDLE handle = nullptr;
     if (!SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_STMT, m_connection.get(), &handle)))
         throw failureOf(tellAll(SQL_HANDLE_DBC, m_connection.get()));
@@ -111,6 +125,7 @@ StatementHandle Link::allocateStatement() {
     // Values may hold braces; a driver that looks for escape sequences would take them for some.
     tell(SQLSetStmtAttrW(statement.get(), SQL_ATTR_NOSCAN, attributeValue(SQL_NOSCAN_ON), SQL_IS_UINTEGER),
          SQL_HANDLE_STMT, statement.get());
+    m_statements.push_back(&owner);
     return statement;
 }
 
@@ -152,21 +167,21 @@ void Link::requireAlive() {
     throw lostError();
 }
 
-void Link::open(Cursor& cursor, const SharedToken& token) {
-    if (m_openCursor != nullptr && m_openCursor != &cursor) m_openCursor->storeRows(*token);
-    m_openCursor = &cursor;
+void Link::open(DriverStatement& statement, const SharedToken& token) {
+    if (m_openStatement != nullptr && m_openStatement != &statement) m_openStatement->storeRows(*token);
+    m_openStatement = &statement;
     setOpenToken(token);
 }
 
-void Link::noteClosed(const Cursor& cursor) {
-    if (m_openCursor != &cursor) return;
-    m_openCursor = nullptr;
+void Link::noteClosed(const DriverStatement& statement) {
+    if (m_openStatement != &statement) return;
+    m_openStatement = nullptr;
     setOpenToken(nullptr);
 }
 
-void Link::strikeOff(const Cursor& cursor) {
-    noteClosed(cursor);
-    std::erase(m_cursors, &cursor);
+void Link::strikeOff(const DriverStatement& statement) {
+    noteClosed(statement);
+    std::erase(m_statements, &statement);
 }
 
 SharedToken Link::openToken() const {

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <condition_variable>
 #include <deque>
+#include <mutex>
 
 #include <pthread.h>
 #include <signal.h>
@@ -48,26 +49,8 @@ struct Call {
 
 }  // namespace
 
-void CancelGate::enter(const CancelToken& token, void* target) {
-    const std::scoped_lock lock(m_mutex);
-    if (token.isRequested()) throw base::Cancelled();
-    m_target = target;
-    m_token = &token;
-}
-
-void CancelGate::leave() {
-    const std::scoped_lock lock(m_mutex);
-    m_target = nullptr;
-    m_token = nullptr;
-}
-
-void CancelGate::cancelCall() {
-    const std::scoped_lock lock(m_mutex);
-    if (m_target != nullptr && m_token->isRequested()) m_cancel(m_target);
-}
-
 struct Worker::State {
-    std::shared_ptr<CancelGate> gate;
+    Step cancelCall;
     std::chrono::milliseconds cancelWait{};
     std::mutex mutex;
     std::condition_variable work;    ///< for the calling thread
@@ -133,7 +116,7 @@ void Worker::State::cancelCalls() {
         wishes.wait(lock, [&] { return haveCallsEnded() || isCurrentUnwanted(); });
         if (haveCallsEnded()) break;
         lock.unlock();
-        gate->cancelCall();
+        cancelCall();
         lock.lock();
         wishes.wait_for(lock, kCancelInterval, [&] { return haveCallsEnded() || !isCurrentUnwanted(); });
     }
@@ -179,9 +162,8 @@ void Worker::State::awaitEnd(std::unique_lock<std::mutex>& lock, const std::shar
     }
 }
 
-Worker::Worker(std::shared_ptr<CancelGate> gate, std::chrono::milliseconds cancelWait)
-    : m_state(std::make_shared<State>()) {
-    m_state->gate = std::move(gate);
+Worker::Worker(Step cancelCall, std::chrono::milliseconds cancelWait) : m_state(std::make_shared<State>()) {
+    m_state->cancelCall = std::move(cancelCall);
     m_state->cancelWait = cancelWait;
     m_caller = startThread([state = m_state] { state->makeCalls(); });
     try {

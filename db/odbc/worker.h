@@ -1,56 +1,17 @@
 #pragma once
 
-#include <atomic>
+#include "db/provider/cancel_token.h"
+
 #include <chrono>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <thread>
 
 namespace velcoran::odbc {
 
-/// A wish to stop what one statement does; set from any thread, taken by the call that fails because of it.
-class CancelToken {
-public:
-    void request() { m_isRequested.store(true); }
-    [[nodiscard]] bool isRequested() const { return m_isRequested.load(); }
-    void clear() { m_isRequested.store(false); }
-
-private:
-    std::atomic<bool> m_isRequested{false};
-};
+using provider::CancelToken;
 using SharedToken = std::shared_ptr<CancelToken>;
-
-/// Lets a cancel reach the driver call that the worker is in, and no later one: the worker cannot leave the gate while
-/// a cancel goes through it.
-class CancelGate {
-public:
-    using Cancel = void (*)(void* target);
-
-    /// @param cancel  ends, from another thread, a call on the target
-    explicit CancelGate(Cancel cancel) : m_cancel(cancel) {}
-
-    /// Makes a driver call on a target. @throws Cancelled when the wish is there before the call
-    template <class Call>
-    auto pass(const CancelToken& token, void* target, Call call) {
-        enter(token, target);
-        const auto result = call();
-        leave();
-        return result;
-    }
-    /// Cancels the call that is under way, when its token wishes it. May block as long as the driver does.
-    void cancelCall();
-
-private:
-    void enter(const CancelToken& token, void* target);
-    void leave();
-
-    Cancel m_cancel;
-    std::mutex m_mutex;
-    void* m_target = nullptr;
-    const CancelToken* m_token = nullptr;
-};
 
 /// The thread that makes a connection's driver calls, one after the other, and the thread that cancels them.
 ///
@@ -66,7 +27,8 @@ public:
     /// What a caller of run meets when the worker was stopped or given up.
     struct Abandoned {};
 
-    Worker(std::shared_ptr<CancelGate> gate, std::chrono::milliseconds cancelWait);
+    /// @param cancelCall  ends, from another thread, what a step waits for; may block as long as the driver does
+    Worker(Step cancelCall, std::chrono::milliseconds cancelWait);
     /// Stops as stop does, when that was not done before.
     ~Worker();
     Worker(const Worker&) = delete;

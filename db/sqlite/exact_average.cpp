@@ -1,7 +1,5 @@
 #include "exact_average.h"
 
-#include "short_decimal.h"
-
 #include <algorithm>
 
 namespace velcoran::sqlite {
@@ -52,21 +50,21 @@ void ExactAverage::startSum() {
 }
 
 void ExactAverage::addReal(double value, std::int64_t times) {
-    const auto rounded = roundedTo15Digits(value);
+    const auto rounded = base::ShortDecimal::ofReal(value);
     if (rounded) {
         addToSum(rounded->mantissa, rounded->scale, times);
         return;
     }
-    if (!isBinary) binarySum = nearestReal(sum(), scale);
+    if (!isBinary) binarySum = base::ShortDecimal{sum(), scale}.toReal();
     isBinary = true;
     binarySum += value * static_cast<double>(times);
 }
 
 void ExactAverage::addToSum(base::Int128 mantissa, int scaleOfValue, std::int64_t times) {
     if (!isBinary && tryAddToSum(mantissa, scaleOfValue, times)) return;
-    if (!isBinary) binarySum = nearestReal(sum(), scale);
+    if (!isBinary) binarySum = base::ShortDecimal{sum(), scale}.toReal();
     isBinary = true;
-    binarySum += nearestReal(mantissa, scaleOfValue) * static_cast<double>(times);
+    binarySum += base::ShortDecimal{mantissa, scaleOfValue}.toReal() * static_cast<double>(times);
 }
 
 bool ExactAverage::tryAddToSum(base::Int128 mantissa, int scaleOfValue, std::int64_t times) {
@@ -83,7 +81,7 @@ bool ExactAverage::tryAddToSum(base::Int128 mantissa, int scaleOfValue, std::int
 
 double ExactAverage::mixedResult() const {
     if (isBinary) return binarySum / static_cast<double>(count);
-    constexpr base::Int128 kFifteenDigits = 1'000'000'000'000'000;
+    constexpr base::Int128 kFifteenDigits = base::powerOfTen(base::kRealDigits);
     base::Int128 quotient = sum() / count;
     base::Int128 rest = sum() % count;
     int places = scale;
@@ -99,7 +97,7 @@ double ExactAverage::mixedResult() const {
     while (quotient / unit >= kFifteenDigits || quotient / unit <= -kFifteenDigits) unit *= 10;
     const base::Int128 half = quotient < 0 ? -(unit / 2) : unit / 2;
     const base::Int128 rounded = (quotient + half) / unit * unit;
-    return nearestReal(rounded, places);
+    return base::ShortDecimal{rounded, places}.toReal();
 }
 
 }  // namespace velcoran::sqlite

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/decimal.h"
+#include "base/short_decimal.h"
 
 #include <cstdint>
 

@@ -1,6 +1,6 @@
 #include "failure.h"
 
-#include "db/provider_errors.h"
+#include "db/provider/errors.h"
 
 #include <QFile>
 
@@ -64,7 +64,7 @@ QString descriptionOf(int result, const QString& words, const QString& path) {
         case SQLITE_BUSY:
         case SQLITE_LOCKED:
         case SQLITE_PROTOCOL:
-            return db::conflictText(db::Conflict::LockTimeout, words);
+            return provider::conflictText(provider::Conflict::LockTimeout, words);
         case SQLITE_READONLY:
             return result == SQLITE_READONLY ? words : fileProblem(result, words, path);
         case SQLITE_IOERR:

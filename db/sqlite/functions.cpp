@@ -1,11 +1,10 @@
 #include "functions.h"
 
+#include "base/decimal.h"
 #include "base/error.h"
-#include "base/real_text.h"
+#include "db/provider/utf16.h"
 #include "exact_average.h"
 #include "like_pattern.h"
-#include "short_decimal.h"
-#include "utf16.h"
 
 #include <QString>
 
@@ -50,7 +49,7 @@ class ShownText {
 public:
     explicit ShownText(sqlite3_value* value) {
         if (sqlite3_value_type(value) == SQLITE_FLOAT) {
-            m_real = base::realText(sqlite3_value_double(value)).toStdString();
+            m_real = base::realText(sqlite3_value_double(value));
             m_view = m_real;
         } else {
             m_view = textOf(value);
@@ -76,13 +75,12 @@ constexpr std::int64_t kMaxStrLength = 8000;
 constexpr std::int64_t kMaxStrDecimals = 16;
 
 /// A number with exactly so many decimal places, rounded half away from zero.
-std::string fixedText(const ShortDecimal& number, int places) {
-    const QString text = base::Decimal::fromInt128(number.mantissa, number.scale).rounded(places).toText(places);
-    return text.toStdString();
+std::string fixedText(const base::Decimal& number, int places) {
+    return number.rounded(places).toText(places).toStdString();
 }
 
 /// The number right-justified; decimals give way where the whole number would not fit with them.
-std::string strText(const ShortDecimal& number, std::int64_t length, std::int64_t decimals) {
+std::string strText(const base::Decimal& number, std::int64_t length, std::int64_t decimals) {
     const std::string whole = fixedText(number, 0);
     const auto wholeLength = static_cast<std::int64_t>(whole.size());
     const std::int64_t room = std::clamp<std::int64_t>(length - wholeLength - 1, 0, decimals);
@@ -100,10 +98,10 @@ void strFunction(sqlite3_context* context, int count, sqlite3_value** values) {
         const std::int64_t length = count > 1 ? sqlite3_value_int64(values[1]) : kStrLength;
         const std::int64_t decimals = count > 2 ? sqlite3_value_int64(values[2]) : 0;
         if (length <= 0 || length > kMaxStrLength || decimals < 0) return;
-        std::optional<ShortDecimal> number;
+        std::optional<base::ShortDecimal> number;
         const int type = sqlite3_value_numeric_type(values[0]);
-        if (type == SQLITE_INTEGER) number = ShortDecimal{sqlite3_value_int64(values[0]), 0};
-        if (type == SQLITE_FLOAT) number = roundedTo15Digits(sqlite3_value_double(values[0]));
+        if (type == SQLITE_INTEGER) number = base::ShortDecimal{sqlite3_value_int64(values[0]), 0};
+        if (type == SQLITE_FLOAT) number = base::ShortDecimal::ofReal(sqlite3_value_double(values[0]));
         if (type == SQLITE_TEXT || type == SQLITE_BLOB) {
             sqlite3_result_error(context, "Error converting data type nvarchar to float.", -1);
         } else if (!number) {
@@ -171,7 +169,7 @@ void likeFunction(sqlite3_context* context, int count, sqlite3_value** values) {
             if (count > 2) {
                 const std::string_view text = textOf(values[2]);
                 const char* at = text.data();
-                if (!text.empty()) escape = nextCharacter(at, text.data() + text.size());
+                if (!text.empty()) escape = provider::nextCharacter(at, text.data() + text.size());
             }
             fresh = std::make_unique<LikePattern>(ShownText(values[0]).view(), escape);
             pattern = fresh.get();

@@ -1,21 +1,14 @@
 #include "like_pattern.h"
 
-#include "utf16.h"
-
-#include <QChar>
+#include "db/case_folding.h"
+#include "db/provider/utf16.h"
 
 #include <algorithm>
 
 namespace velcoran::sqlite {
 
-namespace {
-
-char32_t folded(char32_t character) {
-    if (character < 0x80) return character >= U'A' && character <= U'Z' ? character + 0x20 : character;
-    return QChar::toCaseFolded(character);
-}
-
-}  // namespace
+using db::folded;
+using provider::nextCharacter;
 
 LikePattern::LikePattern(std::string_view pattern, char32_t escape) {
     const char* at = pattern.data();

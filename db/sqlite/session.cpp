@@ -1,6 +1,6 @@
 #include "session.h"
 
-#include "db/provider_errors.h"
+#include "db/provider/errors.h"
 #include "dialect.h"
 #include "failure.h"
 #include "file_system.h"
@@ -95,15 +95,15 @@ int Session::onBusy(void* session, int looks) {
     return 1;
 }
 
-Session::Turn::Turn(Session& session, CancelToken& token) : m_session(session), m_lock(session.m_turn) {
-    if (session.isClosed()) throw db::closedConnectionError();
+Session::Turn::Turn(Session& session, provider::CancelToken& token) : m_session(session), m_lock(session.m_turn) {
+    if (session.isClosed()) throw provider::closedConnectionError();
     if (token.take()) throw base::Cancelled();
     session.m_current = &token;
 }
 
 Session::Turn::~Turn() { m_session.m_current = nullptr; }
 
-Session::Activity::Activity(Session& session, CancelToken& token) : m_session(session), m_token(token) {
+Session::Activity::Activity(Session& session, provider::CancelToken& token) : m_session(session), m_token(token) {
     const std::scoped_lock lock(m_session.m_activityMutex);
     m_session.m_active.push_back(&m_token);
 }
@@ -116,7 +116,7 @@ Session::Activity::~Activity() {
 
 void Session::cancelAll() {
     const std::scoped_lock lock(m_activityMutex);
-    for (CancelToken* token : m_active) token->request();
+    for (provider::CancelToken* token : m_active) token->request();
 }
 
 StatementHandle Session::prepare(const QString& text) {
@@ -136,7 +136,7 @@ StatementHandle Session::prepare(const QString& text) {
     return handle;
 }
 
-void Session::throwError(int result, CancelToken& token) {
+void Session::throwError(int result, provider::CancelToken& token) {
     const bool wasWished = token.take();
     if ((result & 0xFF) == SQLITE_INTERRUPT || wasWished) throw base::Cancelled();
     if ((result & 0xFF) == SQLITE_NOMEM) throw std::bad_alloc();

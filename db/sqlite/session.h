@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/error.h"
-#include "cancel_token.h"
+#include "db/provider/cancel_token.h"
 
 #include <QString>
 
@@ -34,7 +34,7 @@ public:
     class Turn {
     public:
         /// Waits for its turn. @throws Error kInvalidConnection when closed; Cancelled
-        Turn(Session& session, CancelToken& token);
+        Turn(Session& session, provider::CancelToken& token);
         ~Turn();
         Turn(const Turn&) = delete;
         Turn& operator=(const Turn&) = delete;
@@ -47,21 +47,21 @@ public:
     /// While it lives, a cancel of the connection reaches the token.
     class Activity {
     public:
-        Activity(Session& session, CancelToken& token);
+        Activity(Session& session, provider::CancelToken& token);
         ~Activity();
         Activity(const Activity&) = delete;
         Activity& operator=(const Activity&) = delete;
 
     private:
         Session& m_session;
-        CancelToken& m_token;
+        provider::CancelToken& m_token;
     };
 
     /// Compiles one statement of the component's dialect. Needs a Turn.
     /// @throws Error of the database; kStatementError for text after the statement and for none
     [[nodiscard]] StatementHandle prepare(const QString& text);
     /// Throws what the last call on the database left behind: Error or Cancelled. Needs a Turn.
-    [[noreturn]] void throwError(int result, CancelToken& token);
+    [[noreturn]] void throwError(int result, provider::CancelToken& token);
 
     void close() { m_isClosed = true; }
     [[nodiscard]] bool isClosed() const { return m_isClosed; }
@@ -78,10 +78,10 @@ private:
     QString m_path;
     sqlite3* m_database = nullptr;
     std::mutex m_turn;
-    CancelToken* m_current = nullptr;  ///< of the call whose turn it is
+    provider::CancelToken* m_current = nullptr;  ///< of the call whose turn it is
     std::atomic<bool> m_isClosed{false};
     std::mutex m_activityMutex;
-    std::vector<CancelToken*> m_active;
+    std::vector<provider::CancelToken*> m_active;
 
     [[nodiscard]] bool isStopWished() const;
     static int onProgress(void* session);

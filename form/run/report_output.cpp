@@ -146,8 +146,8 @@ void ReportOutput::resetExportOptions() {
 }
 
 QString ReportOutput::suggestedFile(const OutputSubject& subject) const {
-    const QString period = subject.report ? subject.report->unboundFieldText(u"UnboundString6"_s) : QString();
-    const QString title = subject.report ? subject.report->fileTitle() : m_window.windowTitle();
+    const QString period = subject.report ? subject.report->snapshot().text(report::ObjectRole::Period) : QString();
+    const QString title = subject.report ? subject.report->request().fileTitle : m_window.windowTitle();
     const QString name = report::suggestedFileName(title, period, report::kPdf);
     return QDir(QFileInfo(m_memory.folder).isDir() ? m_memory.folder : documentsFolder()).filePath(name);
 }
@@ -174,7 +174,6 @@ void ReportOutput::promptForExportOptions(const OutputSubject& subject) {
 void ReportOutput::exportReport(const OutputSubject& subject) {
     const auto document = shownDocument(subject);
     auto control = std::make_unique<report::ExportControl>();
-    if (subject.report) control->filters = subject.report->filterLines();
     const auto progress = std::make_shared<WorkProgress>();
     control->tell = [progress](qint64 done, qint64 total) {
         progress->total = total;

@@ -143,7 +143,7 @@ void ViewerEvents::exportChosen() {
 void ViewerEvents::openDocument(const QString& number, const QString& partner) {
     const auto report = m_context.controls.viewer().shownReport();
     if (!report || m_context.activity.isRunning()) return;
-    m_context.activity.callHost([&] { m_context.surroundings.openDocument(number, report->kind(), partner); });
+    m_context.activity.callHost([&] { m_context.surroundings.openDocument(number, report->request().kind, partner); });
 }
 
 /// The viewer's own answer to the click stays as it set it.

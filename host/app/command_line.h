@@ -1,27 +1,14 @@
 #pragma once
 
 #include "host/session/data_source.h"
+#include "host/unattended/export_request.h"
 
 #include <QDate>
 #include <QString>
-#include <QStringList>
 
 #include <variant>
 
 namespace velcoran::host {
-
-/// What a scheduled report is narrowed by. Empty texts do not narrow.
-struct ExportRequest {
-    QDate from, to;
-    bool isByDay = false;
-    bool hasTotals = false;
-    bool hasTemporary = false;
-    QString sort, category;
-    QString type, group, subgroup, product, producer;
-    QString partnerType, partnerCategory, partner, agent;
-    QStringList warehouses;
-    QString out;
-};
 
 enum class Command { Demo, Open, Export, Drive, SampleDatabase, Register, Unregister };
 

@@ -64,11 +64,15 @@ int main(int argc, char** argv) {
     if (const int* status = std::get_if<int>(&read)) return *status;
     const auto& options = std::get<Options>(read);
     const CommandRow& row = rowOf(options.command);
+    QCoreApplication::setApplicationName(QStringLiteral("velcoran-host"));
     try {
+        if (row.display == DisplayNeed::None) {
+            const QCoreApplication application(argc, argv);
+            return row.run(options);
+        }
         velcoran::host::ChosenDisplay display(row.display, argv[0]);
-        QApplication application(display.argumentCount(), display.arguments());
+        const QApplication application(display.argumentCount(), display.arguments());
         display.confirm();
-        QApplication::setApplicationName(QStringLiteral("velcoran-host"));
         return row.run(options);
     } catch (const velcoran::base::Error& error) {
         return complain(error);

@@ -19,15 +19,16 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
+/// What such a failure says.
+QString silenceWords(std::chrono::milliseconds limit) {
+    return u"no answer for %1 seconds"_s.arg(QString::number(static_cast<double>(limit.count()) / 1000));
+}
+
 /// Cancels the calls whose time is over, again and again until they end: a cancel reaches only what runs.
 class SilenceWatch {
 public:
-    SilenceWatch(com::Ref<IConnection> connection, std::chrono::milliseconds limit,
-                 std::shared_ptr<std::atomic<bool>> hasFailed)
-        : m_connection(std::move(connection)),
-          m_limit(limit),
-          m_hasFailed(std::move(hasFailed)),
-          m_thread([this] { watch(); }) {}
+    SilenceWatch(com::Ref<IConnection> connection, std::chrono::milliseconds limit)
+        : m_connection(std::move(connection)), m_limit(limit), m_thread([this] { watch(); }) {}
     ~SilenceWatch() {
         {
             const std::scoped_lock lock(m_mutex);
@@ -51,7 +52,6 @@ public:
         silence += Clock::now() - start;
         // Whatever the driver made of the cancel: rows that end with it are no whole answer.
         if (!call.isOver || result == com::kOk) return result;
-        if (m_hasFailed) *m_hasFailed = true;
         return com::guarded([this] { throw base::Error(base::kStatementError, silenceWords(m_limit)); });
     }
 
@@ -95,7 +95,6 @@ private:
 
     com::Ref<IConnection> m_connection;
     std::chrono::milliseconds m_limit;
-    std::shared_ptr<std::atomic<bool>> m_hasFailed;
     std::mutex m_mutex;
     std::condition_variable m_changed;
     Call* m_calls = nullptr;  ///< the calls in progress, on the stacks of their threads
@@ -179,15 +178,10 @@ private:
 
 }  // namespace
 
-com::Ref<IConnection> watchConnection(com::Ref<IConnection> connection, std::chrono::milliseconds limit,
-                                      std::shared_ptr<std::atomic<bool>> hasFailed) {
+com::Ref<IConnection> watchConnection(com::Ref<IConnection> connection, std::chrono::milliseconds limit) {
     if (!connection || limit.count() <= 0) return connection;
-    auto watch = std::make_shared<SilenceWatch>(connection, limit, std::move(hasFailed));
+    auto watch = std::make_shared<SilenceWatch>(connection, limit);
     return com::Ref<IConnection>::adopt(com::makeObject<WatchedConnection>(connection, std::move(watch)).release());
-}
-
-QString silenceWords(std::chrono::milliseconds limit) {
-    return u"no answer for %1 seconds"_s.arg(QString::number(static_cast<double>(limit.count()) / 1000));
 }
 
 std::chrono::milliseconds milliseconds(double seconds) {

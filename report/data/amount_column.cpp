@@ -1,17 +1,12 @@
 #include "amount_column.h"
 
 #include <algorithm>
-#include <limits>
 
 namespace velcoran::report {
 
 namespace {
 
 constexpr std::uint32_t kBlockRows = 4096;
-
-bool isNarrow(Int128 mantissa) {
-    return mantissa >= std::numeric_limits<std::int64_t>::min() && mantissa <= std::numeric_limits<std::int64_t>::max();
-}
 
 void widen(AmountColumn::Block& block) {
     block.isWide = true;
@@ -46,7 +41,7 @@ void AmountColumn::append(const Int128* mantissas, const std::uint8_t* nulls, st
     while (count > 0) {
         Block& block = blockFor(scale);
         const std::uint32_t part = std::min(count, kBlockRows - block.rowCount);
-        if (!block.isWide && !std::all_of(mantissas, mantissas + part, isNarrow)) widen(block);
+        if (!block.isWide && !std::all_of(mantissas, mantissas + part, base::fits64)) widen(block);
         if (!block.isWide) {
             for (std::uint32_t i = 0; i < part; ++i) block.narrow.push_back(static_cast<std::int64_t>(mantissas[i]));
         } else {
@@ -71,12 +66,12 @@ const AmountColumn::Block* AmountColumn::blockOf(std::uint32_t row) const {
     return after == m_blocks.begin() ? nullptr : &*std::prev(after);
 }
 
-std::optional<Amount> AmountColumn::at(std::uint32_t row) const {
+std::optional<ShortDecimal> AmountColumn::at(std::uint32_t row) const {
     const Block* block = blockOf(row);
     if (block == nullptr) return std::nullopt;
     const std::uint32_t index = row - block->firstRow;
     if (index >= block->rowCount || block->isNull(index)) return std::nullopt;
-    return Amount{block->mantissa(index), block->scale};
+    return ShortDecimal{block->mantissa(index), block->scale};
 }
 
 std::size_t AmountColumn::memoryUsed() const {
@@ -90,18 +85,16 @@ std::size_t AmountColumn::memoryUsed() const {
 
 void AmountSum::spill(int scale) {
     if (!m_wide) m_wide = std::make_unique<base::Decimal>();
-    *m_wide += base::Decimal::fromInt128(m_low, scale);
+    *m_wide += ShortDecimal{m_low, scale};
     m_low = 0;
 }
 
-void AmountSum::add(const Amount& amount, int scale) {
-    const int missing = scale - amount.scale;
-    Int128 mantissa = amount.mantissa;
-    if (missing == 0 ||
-        (missing <= kMaxInt128Power && !__builtin_mul_overflow(mantissa, powerOfTen(missing), &mantissa))) {
-        add(mantissa, scale);
+void AmountSum::add(const ShortDecimal& amount, int scale) {
+    const auto mantissa = base::timesPowerOfTen(amount.mantissa, scale - amount.scale);
+    if (mantissa) {
+        add(*mantissa, scale);
     } else {
-        add(amount.toDecimal());
+        add(base::Decimal(amount));
     }
 }
 
@@ -111,7 +104,7 @@ void AmountSum::add(const base::Decimal& amount) {
 }
 
 base::Decimal AmountSum::value(int scale) const {
-    const base::Decimal low = base::Decimal::fromInt128(m_low, scale);
+    const base::Decimal low = ShortDecimal{m_low, scale};
     return m_wide ? low + *m_wide : low;
 }
 

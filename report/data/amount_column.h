@@ -10,16 +10,7 @@
 namespace velcoran::report {
 
 using base::Int128;
-
-using base::powerOfTen;
-constexpr int kMaxInt128Power = base::kMaxDigits;
-
-/// One amount: mantissa / 10^scale.
-struct Amount {
-    Int128 mantissa = 0;
-    int scale = 0;
-    [[nodiscard]] base::Decimal toDecimal() const { return base::Decimal::fromInt128(mantissa, scale); }
-};
+using base::ShortDecimal;
 
 /// A column of exact amounts. Rows lie in blocks of one scale each, 8 bytes a value where the block allows it, else 16.
 class AmountColumn {
@@ -47,7 +38,7 @@ public:
     /// Largest scale of all blocks.
     [[nodiscard]] int scale() const { return m_scale; }
     /// Value of a row; nothing for null.
-    [[nodiscard]] std::optional<Amount> at(std::uint32_t row) const;
+    [[nodiscard]] std::optional<ShortDecimal> at(std::uint32_t row) const;
     [[nodiscard]] std::size_t memoryUsed() const;
 
 private:
@@ -74,7 +65,7 @@ public:
     }
     /// Adds an amount of any scale up to the sum's.
     /// @throws Error kOverflow beyond 256 bits
-    void add(const Amount& amount, int scale);
+    void add(const ShortDecimal& amount, int scale);
     void add(const base::Decimal& amount);
     [[nodiscard]] base::Decimal value(int scale) const;
 

@@ -1,7 +1,6 @@
 #include "amount_text.h"
 
 #include <array>
-#include <limits>
 
 namespace velcoran::report {
 
@@ -41,35 +40,25 @@ QString shortText(std::uint64_t magnitude, int places, bool isNegative) {
     return QString(reinterpret_cast<const QChar*>(buffer.data() + at), static_cast<qsizetype>(buffer.size() - at));
 }
 
-QString numberText(const Amount& amount, int places) {
-    constexpr Int128 kLimit = std::numeric_limits<std::int64_t>::max() / 1000;
-    if (amount.mantissa > kLimit || amount.mantissa < -kLimit || amount.scale > 18) {
-        return decimalText(amount.toDecimal(), places);
-    }
-    auto magnitude = static_cast<std::uint64_t>(amount.mantissa < 0 ? -amount.mantissa : amount.mantissa);
-    for (int scale = amount.scale; scale < places; ++scale) {
-        if (magnitude > std::numeric_limits<std::uint64_t>::max() / 10) return decimalText(amount.toDecimal(), places);
-        magnitude *= 10;
-    }
-    if (amount.scale > places) {
-        const auto divisor = static_cast<std::uint64_t>(powerOfTen(amount.scale - places));
-        const std::uint64_t rest = magnitude % divisor;
-        magnitude = magnitude / divisor + (rest >= divisor - rest ? 1 : 0);
-    }
-    return shortText(magnitude, places, amount.mantissa < 0 && magnitude != 0);
+QString numberText(const ShortDecimal& amount, int places) {
+    const std::optional<ShortDecimal> rounded = amount.rounded(places);
+    if (!rounded || !base::fits64(rounded->mantissa)) return decimalText(amount, places);
+    const bool isNegative = rounded->mantissa < 0;
+    return shortText(static_cast<std::uint64_t>(isNegative ? -rounded->mantissa : rounded->mantissa), places,
+                     isNegative);
 }
 
 }  // namespace
 
 QString amountText(const base::Decimal& amount) { return decimalText(amount, kAmountPlaces); }
-QString amountText(const Amount& amount) { return numberText(amount, kAmountPlaces); }
+QString amountText(const ShortDecimal& amount) { return numberText(amount, kAmountPlaces); }
 
 QString wholeAmountText(const base::Decimal& amount) {
     const QString plain = amount.toShortestText(kAmountPlaces);
     return decimalText(amount, static_cast<int>(plain.size() - 1 - plain.indexOf(u'.')));
 }
 
-QString rateText(const Amount& rate) {
+QString rateText(const ShortDecimal& rate) {
     QString text = numberText(rate, kRatePlaces);
     for (int places = kRatePlaces; places > kRateMinimum && text.endsWith(u'0'); --places) text.chop(1);
     return text;

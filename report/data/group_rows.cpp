@@ -211,7 +211,7 @@ SumColumn sumColumn(const AmountColumn& column, const std::vector<std::uint32_t>
             if (isSameScale) {
                 sums.add(cell, block.mantissa(i));
             } else {
-                sums.add(cell, Amount{block.mantissa(i), block.scale});
+                sums.add(cell, ShortDecimal{block.mantissa(i), block.scale});
             }
         }
     }
@@ -220,7 +220,7 @@ SumColumn sumColumn(const AmountColumn& column, const std::vector<std::uint32_t>
 }
 
 void addCell(const SumColumn& sums, std::uint32_t cell, int scale, AmountSum& total) {
-    if (const std::optional<Amount> amount = sums.amount(cell)) {
+    if (const std::optional<ShortDecimal> amount = sums.amount(cell)) {
         total.add(amount->mantissa, scale);
     } else {
         total.add(sums.value(cell));
@@ -248,9 +248,10 @@ std::vector<CurrencyTotal> reportTotals(const RowStore& store, const GroupIndex&
     for (const Total& total : byRank) {
         if (total.rows == 0) continue;
         const std::u16string_view text = pool.text(total.currency);
-        const auto value = [&](std::size_t i) { return total.sums[i].value(store.amounts[i].scale()); };
-        totals.push_back({QString(reinterpret_cast<const QChar*>(text.data()), static_cast<qsizetype>(text.size())),
-                          total.rows, value(0), value(1), value(2), value(3)});
+        CurrencyTotal& shown = totals.emplace_back();
+        shown.currency = QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
+        shown.rows = total.rows;
+        for (std::size_t i = 0; i < kSumCount; ++i) shown.sums[i] = total.sums[i].value(store.amounts[i].scale());
     }
     return totals;
 }

@@ -28,12 +28,12 @@ public:
     explicit Cursor(const AmountColumn& column) : m_block(column.blocks().begin()), m_end(column.blocks().end()) {}
 
     /// @param row  0, 1, 2 and so on
-    std::optional<Amount> next(std::uint32_t row) {
+    std::optional<ShortDecimal> next(std::uint32_t row) {
         while (m_block != m_end && row >= m_block->firstRow + m_block->rowCount) ++m_block;
         if (m_block == m_end) return std::nullopt;
         const std::uint32_t index = row - m_block->firstRow;
         if (m_block->isNull(index)) return std::nullopt;
-        return Amount{m_block->mantissa(index), m_block->scale};
+        return ShortDecimal{m_block->mantissa(index), m_block->scale};
     }
 
 private:
@@ -54,9 +54,9 @@ LeiTotal leiTotal(const RowStore& store) {
     AmountSum sum;
     LeiTotal result;
     for (std::uint32_t row = 0; row < store.rowCount; ++row) {
-        const std::optional<Amount> amount = gross.next(row);
-        std::optional<Amount> factor = rate.next(row);
-        if (isLei[moneda.numbers[row]]) factor = Amount{1, 0};
+        const std::optional<ShortDecimal> amount = gross.next(row);
+        std::optional<ShortDecimal> factor = rate.next(row);
+        if (isLei[moneda.numbers[row]]) factor = ShortDecimal{1, 0};
         if (!factor || factor->mantissa == 0) {
             ++result.rowsWithoutRate;
             continue;
@@ -64,9 +64,9 @@ LeiTotal leiTotal(const RowStore& store) {
         if (!amount) continue;
         Int128 product = 0;
         if (__builtin_mul_overflow(amount->mantissa, factor->mantissa, &product)) {
-            sum.add(amount->toDecimal() * factor->toDecimal());
+            sum.add(base::Decimal(*amount) * *factor);
         } else {
-            sum.add(Amount{product, amount->scale + factor->scale}, scale);
+            sum.add(ShortDecimal{product, amount->scale + factor->scale}, scale);
         }
     }
     result.value = sum.value(scale).rounded(kLeiPlaces);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "amount_column.h"
+#include "columns.h"
 #include "report_data.h"
 #include "sum_column.h"
 #include "text_column.h"
@@ -9,34 +10,6 @@
 #include <vector>
 
 namespace velcoran::report {
-
-/// The columns of the report statement, texts first.
-enum class ColumnRole : std::uint8_t {
-    TipRaport,
-    CodClient,
-    NumeClient,
-    DataDoc,
-    Moneda,
-    NumarFactura,
-    ValoareNeta,
-    ValoareTVA,
-    ValoareTaxe,
-    ValoareBruta,
-    CursValutar,
-};
-constexpr std::size_t kRepeatedTextCount = 5;  ///< TipRaport to Moneda
-constexpr std::size_t kAmountCount = 5;        ///< ValoareNeta to CursValutar
-constexpr std::size_t kSumCount = 4;           ///< ValoareNeta to ValoareBruta
-constexpr std::size_t kColumnCount = 11;
-
-/// Name of a column, as the report statement has it.
-[[nodiscard]] QString columnName(ColumnRole role);
-/// The column of a name, whatever the case of its letters.
-[[nodiscard]] std::optional<ColumnRole> columnOf(QStringView name);
-[[nodiscard]] constexpr bool isAmount(ColumnRole role) { return role >= ColumnRole::ValoareNeta; }
-
-/// How a definition groups its documents.
-enum class Grouping : std::uint8_t { Partner, Day };
 
 /// The rows as they came.
 struct RowStore {
@@ -51,9 +24,7 @@ struct RowStore {
     [[nodiscard]] const RepeatedTextColumn& text(ColumnRole role) const {
         return texts[static_cast<std::size_t>(role)];
     }
-    [[nodiscard]] const AmountColumn& amount(ColumnRole role) const {
-        return amounts[static_cast<std::size_t>(role) - static_cast<std::size_t>(ColumnRole::ValoareNeta)];
-    }
+    [[nodiscard]] const AmountColumn& amount(ColumnRole role) const { return amounts[amountIndex(role)]; }
     [[nodiscard]] std::size_t memoryUsed() const;
 };
 

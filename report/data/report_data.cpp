@@ -8,37 +8,15 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-struct ColumnRow {
-    ColumnRole role;
-    const char16_t* name;
-};
-
-constexpr ColumnRow kColumns[] = {
-    {ColumnRole::TipRaport, u"TipRaport"},     {ColumnRole::CodClient, u"CodClient"},
-    {ColumnRole::NumeClient, u"NumeClient"},   {ColumnRole::DataDoc, u"DataDoc"},
-    {ColumnRole::Moneda, u"Moneda"},           {ColumnRole::NumarFactura, u"NumarFactura"},
-    {ColumnRole::ValoareNeta, u"ValoareNeta"}, {ColumnRole::ValoareTVA, u"ValoareTVA"},
-    {ColumnRole::ValoareTaxe, u"ValoareTaxe"}, {ColumnRole::ValoareBruta, u"ValoareBruta"},
-    {ColumnRole::CursValutar, u"CursValutar"},
-};
-static_assert(std::size(kColumns) == kColumnCount);
-
 QString toText(std::u16string_view text) {
     return QString(reinterpret_cast<const QChar*>(text.data()), static_cast<qsizetype>(text.size()));
 }
 
 }  // namespace
 
-QString columnName(ColumnRole role) {
-    for (const ColumnRow& row : kColumns) {
-        if (row.role == role) return QString::fromUtf16(row.name);
-    }
-    return {};
-}
-
 std::optional<ColumnRole> columnOf(QStringView name) {
     for (const ColumnRow& row : kColumns) {
-        if (name.compare(QStringView(row.name), Qt::CaseInsensitive) == 0) return row.role;
+        if (name.compare(row.name, Qt::CaseInsensitive) == 0) return row.role;
     }
     return std::nullopt;
 }
@@ -86,12 +64,8 @@ GroupTotal ReportData::group(qint64 group) const {
     GroupTotal result{keyTexts(*m_content, number), index.rowsOf(number), {}};
     for (std::uint32_t i = index.cellStarts[number]; i < index.cellStarts[number + 1]; ++i) {
         const TotalCell& cell = index.cells[i];
-        CurrencyTotal total{
-            toText(store.text(ColumnRole::Moneda).pool.text(cell.currency)), cell.rowCount, {}, {}, {}, {}};
-        total.valoareNeta = index.sums[0].value(i);
-        total.valoareTVA = index.sums[1].value(i);
-        total.valoareTaxe = index.sums[2].value(i);
-        total.valoareBruta = index.sums[3].value(i);
+        CurrencyTotal total{toText(store.text(ColumnRole::Moneda).pool.text(cell.currency)), cell.rowCount, {}};
+        for (std::size_t sum = 0; sum < kSumCount; ++sum) total.sums[sum] = index.sums[sum].value(i);
         result.totals.push_back(std::move(total));
     }
     return result;

@@ -1,20 +1,26 @@
 #pragma once
 
 #include "base/decimal.h"
+#include "columns.h"
 
 #include <QString>
 #include <QStringList>
 
+#include <array>
 #include <memory>
 #include <vector>
 
 namespace velcoran::report {
 
+/// How documents are presented: in groups of a partner or of a day.
+enum class Grouping : std::uint8_t { Partner, Day };
+
 /// Sums of one currency.
 struct CurrencyTotal {
     QString currency;  ///< as the documents hold it; empty for null
     qint64 rows = 0;
-    base::Decimal valoareNeta, valoareTVA, valoareTaxe, valoareBruta;
+    std::array<base::Decimal, kSumCount> sums;  ///< ValoareNeta to ValoareBruta
+    [[nodiscard]] const base::Decimal& sum(ColumnRole role) const { return sums[amountIndex(role)]; }
 };
 
 /// One group of the report, in its order.

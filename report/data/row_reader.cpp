@@ -1,11 +1,8 @@
 #include "row_reader.h"
 
-#include "base/real_text.h"
-
 #include <QDateTime>
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -37,70 +34,48 @@ std::u16string_view toView(const QString& text) {
     return {reinterpret_cast<const char16_t*>(text.utf16()), static_cast<std::size_t>(text.size())};
 }
 
-/// A decimal that 128 bits hold; trailing zeros behind the point do not count.
-std::optional<Amount> narrowed(const base::Decimal& value) {
-    const std::optional<base::Decimal> shortest = base::Decimal::parse(value.toShortestText());
-    if (!shortest || shortest->scale() > kMaxInt128Power) return std::nullopt;
-    const auto& mantissa = shortest->mantissa();
-    if (abs(mantissa) > base::Decimal::fromInt128(powerOfTen(kMaxInt128Power) - 1, 0).mantissa()) return std::nullopt;
-    return Amount{static_cast<Int128>(mantissa), shortest->scale()};
-}
-
 /// A text as a number is written: with a point, no blanks around.
-QString numberText(std::u16string_view text) {
+std::string numberText(std::u16string_view text) {
     QString number = toText(text).trimmed();
     if (!number.contains(u'.')) number.replace(u',', u'.');
-    return number;
+    return number.toLatin1().toStdString();
 }
 
-/// A binary floating point number that a provider wrote with an exponent, having no decimal for it.
-std::optional<double> parseReal(const QString& text) {
-    const qsizetype exponentAt = text.indexOf(u'e', 0, Qt::CaseInsensitive);
-    if (exponentAt < 0) return std::nullopt;
-    const auto digitCount =
-        std::count_if(text.begin(), text.begin() + exponentAt, [](QChar one) { return one.isDigit(); });
-    if (digitCount > base::kRealDigits) return std::nullopt;
-    bool isReal = false;
-    const double value = text.toDouble(&isReal);
-    return isReal && std::isfinite(value) ? std::optional(value) : std::nullopt;
+/// The number of a finite double, to 15 digits and 38 places. Nothing for one that 128 bits do not hold.
+std::optional<ShortDecimal> amountOf(double value) {
+    const std::optional<ShortDecimal> amount = ShortDecimal::ofReal(value);
+    if (amount || std::fabs(value) >= 1) return amount;
+    const std::optional<ShortDecimal> raised = ShortDecimal::ofReal(value * base::kRealPowers[base::kMaxRealPower]);
+    if (!raised) return ShortDecimal{};
+    const std::optional<ShortDecimal> rest = raised->rounded(base::kMaxDigits - base::kMaxRealPower);
+    return rest && rest->mantissa != 0 ? ShortDecimal{rest->mantissa, base::kMaxDigits} : ShortDecimal{};
 }
 
-/// The number of a finite double, to 15 digits. Nothing for one that 128 bits do not hold.
-std::optional<Amount> amountOf(double value) {
-    std::array<char, 32> buffer{};
-    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::scientific,
-                                   base::kRealDigits - 1);
-    Int128 mantissa = 0;
-    const char* at = buffer.data();
-    for (; *at != 'e'; ++at) {
-        if (*at >= '0' && *at <= '9') mantissa = mantissa * 10 + (*at - '0');
-    }
-    if (mantissa == 0) return Amount{};
-    int exponent = 0;
-    std::from_chars(at[1] == '+' ? at + 2 : at + 1, end.ptr, exponent);
-    int scale = base::kRealDigits - 1 - exponent;
-    for (; scale > 0 && mantissa % 10 == 0; --scale) mantissa /= 10;
-    if (scale > kMaxInt128Power + base::kRealDigits) return Amount{};
-    if (scale > kMaxInt128Power) {
-        mantissa /= powerOfTen(scale - kMaxInt128Power);
-        scale = kMaxInt128Power;
-    }
-    if (scale < base::kRealDigits - kMaxInt128Power) return std::nullopt;
-    if (scale < 0) mantissa *= powerOfTen(-scale);
-    return Amount{value < 0 ? -mantissa : mantissa, std::max(scale, 0)};
+/// The number of a text that is none of at most 38 digits: a binary floating point number that a provider wrote with
+/// an exponent may be small, and is dropped behind its last place; no other is changed to be held.
+/// @param isNumber  set when the text is a number
+std::optional<ShortDecimal> oddAmount(const std::string& text, bool& isNumber) {
+    const double value = QByteArray::fromRawData(text.data(), static_cast<qsizetype>(text.size())).toDouble(&isNumber);
+    isNumber = isNumber && std::isfinite(value);
+    const std::size_t exponentAt = std::min(text.find_first_of("eE"), text.size());
+    const auto isDigit = [](char one) { return one >= '0' && one <= '9'; };
+    const auto digits = std::count_if(text.data(), text.data() + exponentAt, isDigit);
+    const bool isReal = isNumber && exponentAt != text.size() && digits <= base::kRealDigits;
+    return isReal ? amountOf(value) : std::nullopt;
 }
+
+QString shown(const ShortDecimal& amount) { return QString::fromStdString(amount.toText()); }
 
 QString numberText(const ColumnBlock& column, std::uint32_t row) {
     switch (column.type) {
         case ColumnType::Int64:
             return QString::number(static_cast<const std::int64_t*>(column.values)[row]);
         case ColumnType::Decimal64:
-            return base::Decimal::fromInt64(static_cast<const std::int64_t*>(column.values)[row], column.scale)
-                .toShortestText();
+            return shown(ShortDecimal{static_cast<const std::int64_t*>(column.values)[row], column.scale});
         case ColumnType::Decimal128:
-            return base::Decimal::fromInt128(wideAt(column, row), column.scale).toShortestText();
+            return shown(ShortDecimal{wideAt(column, row), column.scale});
         case ColumnType::Double:
-            return base::realText(static_cast<const double*>(column.values)[row]);
+            return QString::fromStdString(base::realText(static_cast<const double*>(column.values)[row]));
         default:
             return {};
     }
@@ -132,7 +107,7 @@ public:
         m_mantissas.push_back(0);
         m_nulls.push_back(1);
     }
-    void add(Amount amount) {
+    void add(ShortDecimal amount) {
         if (amount.scale != m_scale && !matchScales(amount)) {
             flush();
             m_scale = amount.scale;
@@ -148,13 +123,12 @@ public:
 
 private:
     static bool raise(Int128& mantissa, int places) {
-        Int128 raised = 0;
-        if (__builtin_mul_overflow(mantissa, powerOfTen(places), &raised)) return false;
-        mantissa = raised;
-        return true;
+        const std::optional<Int128> raised = base::timesPowerOfTen(mantissa, places);
+        mantissa = raised.value_or(mantissa);
+        return raised.has_value();
     }
     /// Brings the amount and what was gathered to one scale. @return false when a mantissa is too long for that
-    bool matchScales(Amount& amount) {
+    bool matchScales(ShortDecimal& amount) {
         if (amount.scale < m_scale) return raise(amount.mantissa, m_scale - amount.scale);
         std::vector<Int128> raised = m_mantissas;
         for (Int128& mantissa : raised) {
@@ -173,21 +147,17 @@ private:
 
 /// The amount in a column of numbers with a point that moves, or of texts.
 /// @param isNumber  set when the value is a number, also one that 128 bits do not hold
-std::optional<Amount> mixedAmount(const ColumnBlock& column, std::uint32_t row, bool& isNumber) {
+std::optional<ShortDecimal> mixedAmount(const ColumnBlock& column, std::uint32_t row, bool& isNumber) {
     if (column.type == ColumnType::Double) {
         const double value = static_cast<const double*>(column.values)[row];
         isNumber = std::isfinite(value);
         return isNumber ? amountOf(value) : std::nullopt;
     }
     if (column.type != ColumnType::Text) return std::nullopt;
-    const QString text = numberText(textAt(column, row));
-    if (const std::optional<double> real = parseReal(text)) {
-        isNumber = true;
-        return amountOf(*real);
-    }
-    const std::optional<base::Decimal> number = base::Decimal::parse(text);
+    const std::string text = numberText(textAt(column, row));
+    const std::optional<ShortDecimal> number = ShortDecimal::parse(text);
     isNumber = number.has_value();
-    return number ? narrowed(*number) : std::nullopt;
+    return number ? number : oddAmount(text, isNumber);
 }
 
 /// Blocks whose rows all have the block's scale.
@@ -214,29 +184,29 @@ void RowReader::addOddValue(ColumnRole role, const ColumnBlock& column, std::uin
         m_store.oddRates.emplace_back(m_store.rowCount + row, m_store.oddRateTexts.intern(toView(shown)));
     } else if (!shown.trimmed().isEmpty()) {
         throw base::Error(base::kTypeMismatch,
-                          u"Valoarea „%2” din coloana %1 nu este un număr."_s.arg(columnName(role), shown));
+                          u"Valoarea „%2” din coloana %1 nu este un număr."_s.arg(kColumns[role].name, shown));
     }
 }
 
 void RowReader::addAmounts(ColumnRole role, const RowBlock& block) {
-    AmountColumn& column = m_store.amounts[static_cast<std::size_t>(role) - kRepeatedTextCount - 1];
-    const int source = m_binding[static_cast<std::size_t>(role)];
-    if (source >= 0 && addUniform(column, block.columns[source], block.rowCount, m_mantissas)) return;
+    AmountColumn& column = m_store.amounts[amountIndex(role)];
+    const std::optional<int> source = m_binding[role];
+    if (source && addUniform(column, block.columns[*source], block.rowCount, m_mantissas)) return;
     AmountRuns runs(column, m_mantissas, m_nulls);
     for (std::uint32_t row = 0; row < block.rowCount; ++row) {
-        if (source < 0 || isNull(block.columns[source], row)) {
+        if (!source || isNull(block.columns[*source], row)) {
             runs.addNull();
             continue;
         }
         bool isNumber = false;
-        const std::optional<Amount> amount = mixedAmount(block.columns[source], row, isNumber);
+        const std::optional<ShortDecimal> amount = mixedAmount(block.columns[*source], row, isNumber);
         if (amount) {
             runs.add(*amount);
         } else if (isNumber) {
             throw base::Error(base::kOverflow,
-                              u"O valoare din coloana %1 are prea multe cifre."_s.arg(columnName(role)));
+                              u"O valoare din coloana %1 are prea multe cifre."_s.arg(kColumns[role].name));
         } else {
-            addOddValue(role, block.columns[source], row);
+            addOddValue(role, block.columns[*source], row);
             runs.addNull();
         }
     }
@@ -244,7 +214,7 @@ void RowReader::addAmounts(ColumnRole role, const RowBlock& block) {
 }
 
 void RowReader::addTexts(ColumnRole role, const RowBlock& block) {
-    const int source = m_binding[static_cast<std::size_t>(role)];
+    const std::optional<int> source = m_binding[role];
     const bool isPlain = role == ColumnRole::NumarFactura;
     const auto append = [&](std::optional<std::u16string_view> text) {
         if (isPlain) {
@@ -254,12 +224,12 @@ void RowReader::addTexts(ColumnRole role, const RowBlock& block) {
         }
     };
     for (std::uint32_t row = 0; row < block.rowCount; ++row) {
-        if (source < 0 || isNull(block.columns[source], row)) {
+        if (!source || isNull(block.columns[*source], row)) {
             append(std::nullopt);
-        } else if (block.columns[source].type == ColumnType::Text) {
-            append(textAt(block.columns[source], row));
+        } else if (block.columns[*source].type == ColumnType::Text) {
+            append(textAt(block.columns[*source], row));
         } else {
-            append(toView(convertedText(block.columns[source], row)));
+            append(toView(convertedText(block.columns[*source], row)));
         }
     }
 }
@@ -268,11 +238,11 @@ void RowReader::add(const RowBlock& block) {
     if (block.rowCount > std::numeric_limits<std::uint32_t>::max() - 1 - m_store.rowCount) {
         throw base::Error(base::kOverflow, u"Interogarea are prea multe rânduri."_s);
     }
-    for (std::size_t role = 0; role < kColumnCount; ++role) {
-        if (isAmount(static_cast<ColumnRole>(role))) {
-            addAmounts(static_cast<ColumnRole>(role), block);
+    for (const ColumnRow& column : kColumns) {
+        if (isAmount(column.role)) {
+            addAmounts(column.role, block);
         } else {
-            addTexts(static_cast<ColumnRole>(role), block);
+            addTexts(column.role, block);
         }
     }
     m_store.rowCount += block.rowCount;

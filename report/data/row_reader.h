@@ -5,8 +5,8 @@
 
 namespace velcoran::report {
 
-/// Which column of the source feeds each column of the report, by ColumnRole; -1 for none.
-using ColumnBinding = std::array<int, kColumnCount>;
+/// Which column of the source feeds each column of the report; nothing where none does.
+using ColumnBinding = base::EnumArray<std::optional<int>, ColumnRole, kColumnCount>;
 
 /// Takes blocks of rows into a store.
 class RowReader {

@@ -23,13 +23,13 @@ public:
         m_long[index] = sum;
     }
     /// @throws Error kOverflow beyond 256 bits
-    void add(std::uint32_t index, const Amount& amount);
+    void add(std::uint32_t index, const ShortDecimal& amount);
     /// No more amounts come: takes as little memory as the sums allow.
     void finish();
 
     [[nodiscard]] base::Decimal value(std::uint32_t index) const;
     /// The sum where 128 bits hold it.
-    [[nodiscard]] std::optional<Amount> amount(std::uint32_t index) const;
+    [[nodiscard]] std::optional<ShortDecimal> amount(std::uint32_t index) const;
     [[nodiscard]] std::size_t memoryUsed() const;
 
 private:

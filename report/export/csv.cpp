@@ -43,12 +43,12 @@ public:
 private:
     void writeHeading() {
         m_line.clear();
-        for (const ExportColumn& column : statementColumns()) appendCell(quoted(m_source.heading(column)));
+        for (const ColumnRow& column : statementColumns()) appendCell(quoted(m_source.heading(column)));
         endLine();
     }
     void writeRow(std::uint32_t row) {
         m_line.resize(0);
-        for (const ExportColumn& column : statementColumns()) appendCell(cell(column.role, row));
+        for (const ColumnRow& column : statementColumns()) appendCell(cell(column.role, row));
         endLine();
     }
     void appendCell(QByteArrayView cell) {
@@ -71,7 +71,7 @@ private:
     }
     QByteArray amountCell(ColumnRole role, std::uint32_t row) const {
         const bool isRate = role == ColumnRole::CursValutar;
-        const std::optional<Amount> amount = m_source.store().amount(role).at(row);
+        const std::optional<ShortDecimal> amount = m_source.store().amount(role).at(row);
         if (amount) return exactText(*amount, isRate ? kRatePlaces : kAmountPlaces, m_decimal);
         return isRate ? quoted(m_source.oddRate(row)) : QByteArray();
     }

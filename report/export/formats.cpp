@@ -48,33 +48,10 @@ private:
     std::exception_ptr m_failure;
 };
 
-void writePdf(const Document& document, const QString& file, ExportControl& control) {
-    system::DurableFile output(file);
-    FileDevice device(output);
-    ExportProgress progress;
-    progress.stop = &control.stop;
-    progress.report = [&control](int done, int total) {
-        if (control.tell) control.tell(done, total);
-    };
-    try {
-        exportPdf(document, device, progress);
-    } catch (...) {
-        device.rethrow();
-        throw;
-    }
-    if (control.stop) throw base::Cancelled();
-    output.commit();
+const FormatRow* rowOf(int type) {
+    const auto* row = std::ranges::find(kFormats, type, &FormatRow::type);
+    return row == std::end(kFormats) ? nullptr : row;
 }
-
-struct Writer {
-    int type;
-    void (*write)(const Document& document, const QString& file, ExportControl& control);
-};
-
-constexpr Writer kWriters[] = {
-    {kPdf, writePdf},   {kXlsx, writeXlsx}, {kCsv, writeCsv},
-    {kHtml, writeHtml}, {kOdt, writeOdt},   {kPlainText, writePlainText},
-};
 
 /// The two dates of a period as yyyy-mm-dd; empty where it has no two.
 QString isoPeriod(const QString& period) {
@@ -99,18 +76,37 @@ QString safeName(const QString& text) {
 
 }  // namespace
 
-const std::vector<ExportFormat>& exportFormats() {
-    static const std::vector<ExportFormat> kFormats{
-        {kPdf, u"Document PDF"_s, u"pdf"_s},
-        {kXlsx, u"Registru Excel (XLSX)"_s, u"xlsx"_s},
-        {kCsv, u"Valori separate (CSV)"_s, u"csv"_s},
-        {kHtml, u"Pagină web (HTML)"_s, u"html"_s},
-        {kOdt, u"Document text OpenDocument (ODT)"_s, u"odt"_s},
-        {kPlainText, u"Text simplu (TXT)"_s, u"txt"_s},
-        {kOwnReport, u"Raport Velcoran"_s, u"vraport"_s},
-        {kOwnDefinition, u"Definiție de raport Velcoran"_s, u"vdefinitie"_s},
+void writePdf(const Document& document, const QString& file, ExportControl& control) {
+    system::DurableFile output(file);
+    FileDevice device(output);
+    ExportProgress progress;
+    progress.stop = &control.stop;
+    progress.report = [&control](int done, int total) {
+        if (control.tell) control.tell(done, total);
     };
-    return kFormats;
+    try {
+        exportPdf(document, device, progress);
+    } catch (...) {
+        device.rethrow();
+        throw;
+    }
+    if (control.stop) throw base::Cancelled();
+    output.commit();
+}
+
+const std::vector<ExportFormat>& exportFormats() {
+    static const std::vector<ExportFormat> kOffered = [] {
+        std::vector<ExportFormat> offered;
+        for (const FormatRow& row : kFormats)
+            offered.push_back({row.type, row.name.toString(), row.extension.toString()});
+        return offered;
+    }();
+    return kOffered;
+}
+
+bool isWritten(int type) {
+    const FormatRow* row = rowOf(type);
+    return row != nullptr && row->write != nullptr;
 }
 
 const ExportFormat* exportFormat(int type) {
@@ -128,13 +124,11 @@ QString suggestedFileName(const QString& title, const QString& period, int type)
 
 void exportReport(int type, const std::shared_ptr<const Document>& document, const QString& file,
                   ExportControl& control) {
-    const auto* writer =
-        std::find_if(std::begin(kWriters), std::end(kWriters), [type](const Writer& one) { return one.type == type; });
-    if (writer == std::end(kWriters)) {
+    if (!isWritten(type)) {
         throw base::Error(base::kFormatNotAvailable, u"Formatul de export %1 nu este disponibil."_s.arg(type));
     }
     const system::WriteSignals held;
-    writer->write(*document, file, control);
+    rowOf(type)->write(*document, file, control);
 }
 
 }  // namespace velcoran::report

@@ -14,17 +14,8 @@ namespace velcoran::report {
 
 class Document;
 
-/// Types of the export formats, as the window's commands know them.
-enum ExportType : int {
-    kOwnReport = 1,
-    kCsv = 5,
-    kPlainText = 8,
-    kHtml = 24,
-    kPdf = 31,
-    kOwnDefinition = 33,
-    kXlsx = 36,
-    kOdt = 41,
-};
+/// The format that is proposed first.
+constexpr int kPdf = 31;
 
 /// A format as the export dialog offers it.
 struct ExportFormat {
@@ -37,6 +28,8 @@ struct ExportFormat {
 [[nodiscard]] const std::vector<ExportFormat>& exportFormats();
 /// The format of a type; null when there is none.
 [[nodiscard]] const ExportFormat* exportFormat(int type);
+/// True for the formats that are written; false for the engine's own two and for what is no format.
+[[nodiscard]] bool isWritten(int type);
 
 /// A name for the file: "Facturi Import Furnizori 2026-03-01 - 2026-03-15.pdf".
 /// @param title   what the report is called; what file systems refuse is replaced by "-"
@@ -53,7 +46,6 @@ public:
     ExportControl(const ExportControl&) = delete;
     ExportControl& operator=(const ExportControl&) = delete;
 
-    QStringList filters;                       ///< lines on the filters in force; may be empty
     QLocale locale{QLocale::Romanian};         ///< decimal separator, and with it the separator of CSV
     std::function<void(qint64, qint64)> tell;  ///< done, of how many: pages of PDF, else rows (of a report of totals:
                                                ///< groups); may be empty; called on the exporting thread

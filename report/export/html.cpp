@@ -38,10 +38,16 @@ tbody.report td { font-weight: bold; }
 <body>
 )";
 
+/// Columns that the label of a line of totals takes, in front of the currency, and that of the total in lei.
+constexpr int kTotalLabelColumns = 4;
+constexpr int kLeiLabelColumns = 2;
+
+/// An attribute of a cell over several columns.
+QByteArray span(int columns) { return " colspan=\"" + QByteArray::number(columns) + '"'; }
+
 class HtmlSink final : public ReportSink {
 public:
-    HtmlSink(const ExportSource& source, const QStringList& filters, system::DurableFile& output)
-        : m_source(source), m_filters(filters), m_output(output) {}
+    HtmlSink(const ExportSource& source, system::DurableFile& output) : m_source(source), m_output(output) {}
 
     void begin() override {
         m_text = kStart;
@@ -51,7 +57,7 @@ public:
         if (!m_source.period().isEmpty()) element("p class=\"period\"", u"Perioada: "_s + m_source.period());
         writeFilters();
         m_text += "<table>\n<thead>\n<tr>";
-        for (const ExportColumn& column : pageColumns()) {
+        for (const ColumnRow& column : pageColumns()) {
             cell(isAmount(column.role) ? "th scope=\"col\" class=\"n\"" : "th scope=\"col\"", m_source.heading(column));
         }
         m_text += "</tr>\n</thead>\n";
@@ -59,12 +65,12 @@ public:
     }
     void beginGroup(const QString& title) override {
         m_text += "<tbody class=\"group\">\n<tr class=\"group\">";
-        cell("th scope=\"rowgroup\" colspan=\"10\"", title);
+        cell("th scope=\"rowgroup\"" + span(kPageColumnCount), title);
         m_text += "</tr>\n";
     }
     void row(std::uint32_t row) override {
         m_text += "<tr>";
-        for (const ExportColumn& column : pageColumns()) {
+        for (const ColumnRow& column : pageColumns()) {
             cell(isAmount(column.role) ? "td class=\"n\"" : "td", m_source.shownText(column, row));
         }
         m_text += "</tr>\n";
@@ -106,35 +112,34 @@ private:
     }
     void heading(const QString& text) {
         m_text += "<tr>";
-        cell("th colspan=\"10\"", text);
+        cell("th" + span(kPageColumnCount), text);
         m_text += "</tr>\n";
     }
     void writeFilters() {
-        if (m_filters.isEmpty()) return;
+        if (m_source.filters().isEmpty()) return;
         m_text += "<ul class=\"filters\">\n";
-        for (const QString& filter : m_filters) element("li", filter);
+        for (const QString& filter : m_source.filters()) element("li", filter);
         m_text += "</ul>\n";
     }
     void writeTotals(const std::vector<CurrencyTotal>& totals) {
         for (const CurrencyTotal& total : totals) {
             const TotalLine line = totalLine(total);
             m_text += "<tr class=\"total\">";
-            cell("td colspan=\"4\"", line.label);
-            cell("td colspan=\"2\"", line.currency);
+            cell("td" + span(kTotalLabelColumns), line.label);
+            cell("td" + span(kFirstSumColumn - kTotalLabelColumns), line.currency);
             for (const QString& amount : line.amounts) cell("td class=\"n\"", amount);
             m_text += "</tr>\n";
         }
     }
     void writeLei(const LeiTotal& lei) {
         m_text += "<tr class=\"lei\">";
-        cell("td colspan=\"2\"", QString::fromUtf16(kTotalInLei));
-        cell("td colspan=\"7\"", withoutRateText(lei));
+        cell("td" + span(kLeiLabelColumns), QString::fromUtf16(kTotalInLei));
+        cell("td" + span(kPageColumnCount - kLeiLabelColumns - 1), withoutRateText(lei));
         cell("td class=\"n\"", amountText(lei.value));
         m_text += "</tr>\n";
     }
 
     const ExportSource& m_source;
-    const QStringList& m_filters;
     system::DurableFile& m_output;
     QByteArray m_text;
 };
@@ -144,7 +149,7 @@ private:
 void writeHtml(const Document& document, const QString& file, ExportControl& control) {
     const ExportSource source(document);
     system::DurableFile output(file);
-    HtmlSink sink(source, control.filters, output);
+    HtmlSink sink(source, output);
     walkReport(source, sink, control);
     output.commit();
 }

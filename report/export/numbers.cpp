@@ -2,36 +2,11 @@
 
 #include <QDate>
 
-#include <algorithm>
-#include <array>
-#include <limits>
-
 namespace velcoran::report {
 
 namespace {
 
-constexpr int kExactDigits = 15;
-constexpr std::int64_t kExactLimit = 1'000'000'000'000'000;
-constexpr int kMaxShortScale = 18;
-
-constexpr double kPowers[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8, 1e9,
-                              1e10, 1e11, 1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18};
-
-/// Digits from the right, with the separator behind those of the scale.
-QByteArray shortText(std::uint64_t magnitude, int scale, bool isNegative, int minimumPlaces, char separator) {
-    for (; scale > minimumPlaces && magnitude % 10 == 0; --scale) magnitude /= 10;
-    std::array<char, 48> buffer{};
-    std::size_t at = buffer.size();
-    for (int place = scale; place < minimumPlaces; ++place) buffer[--at] = '0';
-    if (scale == 0 && minimumPlaces > 0) buffer[--at] = separator;
-    for (int digit = 0; magnitude != 0 || digit <= scale; ++digit) {
-        if (digit == scale && scale > 0) buffer[--at] = separator;
-        buffer[--at] = static_cast<char>('0' + magnitude % 10);
-        magnitude /= 10;
-    }
-    if (isNegative) buffer[--at] = '-';
-    return {buffer.data() + at, static_cast<qsizetype>(buffer.size() - at)};
-}
+constexpr Int128 kExactLimit = base::powerOfTen(base::kRealDigits);
 
 int numberAt(QStringView text, qsizetype at, qsizetype count) {
     int number = 0;
@@ -49,29 +24,21 @@ QByteArray exactText(const base::Decimal& amount, int minimumPlaces, char decima
     return amount.toShortestText(minimumPlaces).toLatin1().replace('.', decimalSeparator);
 }
 
-QByteArray exactText(const Amount& amount, int minimumPlaces, char decimalSeparator) {
-    constexpr Int128 kLimit = std::numeric_limits<std::int64_t>::max();
-    const Int128 magnitude = amount.mantissa < 0 ? -amount.mantissa : amount.mantissa;
-    if (magnitude > kLimit || magnitude < 0 || amount.scale > kMaxShortScale) {
-        return exactText(amount.toDecimal(), minimumPlaces, decimalSeparator);
-    }
-    return shortText(static_cast<std::uint64_t>(magnitude), amount.scale, amount.mantissa < 0, minimumPlaces,
-                     decimalSeparator);
+QByteArray exactText(const ShortDecimal& amount, int minimumPlaces, char decimalSeparator) {
+    return QByteArray::fromStdString(amount.toText(minimumPlaces)).replace('.', decimalSeparator);
 }
 
-std::optional<double> spreadsheetNumber(const Amount& amount) {
-    const Int128 magnitude = amount.mantissa < 0 ? -amount.mantissa : amount.mantissa;
-    if (magnitude < 0 || magnitude >= kExactLimit || amount.scale > kMaxShortScale) {
-        return spreadsheetNumber(amount.toDecimal());
+std::optional<double> spreadsheetNumber(const ShortDecimal& amount) {
+    if (amount.mantissa >= kExactLimit || amount.mantissa <= -kExactLimit) {
+        return spreadsheetNumber(base::Decimal(amount));
     }
-    // Both are exact, so the quotient is the nearest number.
-    return static_cast<double>(static_cast<std::int64_t>(amount.mantissa)) / kPowers[amount.scale];
+    return amount.toReal();
 }
 
 std::optional<double> spreadsheetNumber(const base::Decimal& amount) {
     QString digits = amount.digits();
     while (digits.size() > 1 && digits.endsWith(u'0')) digits.chop(1);
-    if (digits.size() > kExactDigits) return std::nullopt;
+    if (digits.size() > base::kRealDigits) return std::nullopt;
     return amount.toShortestText().toDouble();
 }
 

@@ -27,7 +27,7 @@ QByteArray metaXml(const ExportSource& source) {
 QByteArray columnStyles() {
     constexpr int kPrintableWidth = 27700;  // hundredths of a millimetre between the margins
     int characters = 0;
-    for (const ExportColumn& column : pageColumns()) characters += column.width;
+    for (const ColumnRow& column : pageColumns()) characters += column.width;
     Q_ASSERT(characters > 0);
     QByteArray xml;
     for (std::size_t i = 0; i < pageColumns().size(); ++i) {
@@ -41,8 +41,7 @@ QByteArray columnStyles() {
 
 class OdtSink final : public ReportSink {
 public:
-    OdtSink(const ExportSource& source, const QStringList& filters, ZipWriter& zip)
-        : m_source(source), m_filters(filters), m_zip(zip) {}
+    OdtSink(const ExportSource& source, ZipWriter& zip) : m_source(source), m_zip(zip) {}
 
     void begin() override {
         m_text = kContentStart;
@@ -52,13 +51,13 @@ public:
         appendParagraphText(m_text, m_source.title());
         m_text += "</text:h>";
         if (!m_source.period().isEmpty()) paragraph("Head", u"Perioada: "_s + m_source.period());
-        for (const QString& filter : m_filters) paragraph("Head", filter);
+        for (const QString& filter : m_source.filters()) paragraph("Head", filter);
         m_text += "<table:table table:name=\"Raport\" table:style-name=\"Table\">";
         for (std::size_t i = 0; i < pageColumns().size(); ++i) {
             m_text += "<table:table-column table:style-name=\"T" + QByteArray::number(static_cast<int>(i)) + "\"/>";
         }
         m_text += "<table:table-header-rows><table:table-row>";
-        for (const ExportColumn& column : pageColumns()) {
+        for (const ColumnRow& column : pageColumns()) {
             cell("Column", isAmount(column.role) ? "BoldRight" : "Bold", m_source.heading(column));
         }
         m_text += "</table:table-row></table:table-header-rows>";
@@ -67,7 +66,7 @@ public:
     void beginGroup(const QString& title) override { wideRow("Group", title); }
     void row(std::uint32_t row) override {
         beginRow();
-        for (const ExportColumn& column : pageColumns()) {
+        for (const ColumnRow& column : pageColumns()) {
             cell("Cell", isAmount(column.role) ? "Right" : "Left", m_source.shownText(column, row));
         }
         endRow();
@@ -133,7 +132,6 @@ private:
     }
 
     const ExportSource& m_source;
-    const QStringList& m_filters;
     ZipWriter& m_zip;
     QByteArray m_text;
 };
@@ -150,7 +148,7 @@ void writeOdt(const Document& document, const QString& file, ExportControl& cont
     zip.addStored("meta.xml", metaXml(source));
     zip.addStored("styles.xml", kStyles);
     zip.beginDeflated("content.xml");
-    OdtSink sink(source, control.filters, zip);
+    OdtSink sink(source, zip);
     walkReport(source, sink, control);
     zip.endDeflated();
     zip.finish();

@@ -41,7 +41,7 @@ qsizetype widthOf(const AmountColumn& column, bool isRate) {
             most = std::max(most, block.mantissa(i));
         }
         for (const Int128 mantissa : {least, most}) {
-            const Amount amount{mantissa, block.scale};
+            const ShortDecimal amount{mantissa, block.scale};
             width = std::max(width, isRate ? rateText(amount).size() + kRateSlack : amountText(amount).size());
         }
     }
@@ -80,7 +80,7 @@ void widen(Widths& widths, const std::vector<CurrencyTotal>& totals) {
 Widths columnWidths(const ExportSource& source, const ExportPace& pace) {
     Widths widths{};
     for (std::size_t i = 0; i < widths.size(); ++i) {
-        const ExportColumn& column = pageColumns()[i];
+        const ColumnRow& column = pageColumns()[i];
         pace.stopIfAsked();
         widths[i] = source.isTotalsAlone() ? 0 : widthOf(source, column.role);
         widths[i] = std::max(widths[i], source.heading(column).size());
@@ -95,13 +95,13 @@ Widths columnWidths(const ExportSource& source, const ExportPace& pace) {
 
 class TextSink final : public ReportSink {
 public:
-    TextSink(const ExportSource& source, const QStringList& filters, const Widths& widths, system::DurableFile& output)
-        : m_source(source), m_filters(filters), m_widths(widths), m_output(output) {}
+    TextSink(const ExportSource& source, const Widths& widths, system::DurableFile& output)
+        : m_source(source), m_widths(widths), m_output(output) {}
 
     void begin() override {
         line(m_source.title());
         if (!m_source.period().isEmpty()) line(u"Perioada: "_s + m_source.period());
-        for (const QString& filter : m_filters) line(filter);
+        for (const QString& filter : m_source.filters()) line(filter);
         line({});
         std::array<QString, kPageColumnCount> cells;
         for (std::size_t i = 0; i < cells.size(); ++i) cells[i] = m_source.heading(pageColumns()[i]);
@@ -168,7 +168,6 @@ private:
     }
 
     const ExportSource& m_source;
-    const QStringList& m_filters;
     Widths m_widths;
     system::DurableFile& m_output;
 };
@@ -180,7 +179,7 @@ void writePlainText(const Document& document, const QString& file, ExportControl
     system::DurableFile output(file);
     const qint64 steps = source.isTotalsAlone() ? source.data().groupCount() : source.data().rowCount();
     const Widths widths = columnWidths(source, ExportPace(control, steps));
-    TextSink sink(source, control.filters, widths, output);
+    TextSink sink(source, widths, output);
     output.write("\xEF\xBB\xBF");
     walkReport(source, sink, control);
     output.commit();

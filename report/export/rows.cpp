@@ -13,67 +13,47 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr ExportColumn kPageColumns[] = {
-    {ColumnRole::CodClient, CellKind::Text, u"Cod %1", 14},
-    {ColumnRole::NumeClient, CellKind::Text, u"Denumire %1", 40},
-    {ColumnRole::NumarFactura, CellKind::Text, u"Numar document", 18},
-    {ColumnRole::DataDoc, CellKind::Date, u"Data document", 14},
-    {ColumnRole::Moneda, CellKind::Text, u"Moneda", 9},
-    {ColumnRole::CursValutar, CellKind::Rate, u"Curs valutar", 13},
-    {ColumnRole::ValoareNeta, CellKind::Amount, u"Valoare neta", 18},
-    {ColumnRole::ValoareTVA, CellKind::Amount, u"Valoare TVA", 18},
-    {ColumnRole::ValoareTaxe, CellKind::Amount, u"Valoare taxe", 18},
-    {ColumnRole::ValoareBruta, CellKind::Amount, u"Valoare bruta", 18},
-};
-static_assert(std::size(kPageColumns) == kPageColumnCount);
-
-constexpr ExportColumn kStatementColumns[] = {
-    {ColumnRole::TipRaport, CellKind::Text, u"Tip raport", 10},
-    kPageColumns[0],
-    kPageColumns[1],
-    kPageColumns[3],
-    kPageColumns[2],
-    kPageColumns[6],
-    kPageColumns[7],
-    kPageColumns[9],
-    kPageColumns[4],
-    kPageColumns[5],
-    kPageColumns[8],
-};
-static_assert(std::size(kStatementColumns) == kColumnCount);
+template <std::size_t kCount>
+constexpr std::array<ColumnRow, kCount> inOrderOf(int ColumnRow::*place) {
+    std::array<ColumnRow, kCount> columns = {};
+    std::size_t count = 0;
+    for (const ColumnRow& column : kColumns) {
+        if (column.*place < 0) continue;
+        columns.at(static_cast<std::size_t>(column.*place)) = column;
+        ++count;
+    }
+    if (count != kCount) throw "columns without a place";
+    return columns;
+}
+constexpr auto kPageColumns = inOrderOf<kPageColumnCount>(&ColumnRow::onPage);
+constexpr auto kStatementColumns = inOrderOf<kColumnCount>(&ColumnRow::inStatement);
+static_assert(kPageColumns[kFirstSumColumn].kind == CellKind::Amount &&
+              kPageColumns[kFirstSumColumn - 1].kind != CellKind::Amount);
 
 constexpr qint64 kTellEvery = 1024;
 
 QStringView toView(std::u16string_view text) { return {text.data(), static_cast<qsizetype>(text.size())}; }
 
-/// Text of a text object as it stands in the report, on one line.
-QString objectText(const ReportTexts& texts, const QString& name) {
-    const DefinitionObject* object = texts.definition->object(name);
-    return texts.texts.value(name, object == nullptr ? QString() : object->text).simplified();
-}
-
 }  // namespace
 
-std::span<const ExportColumn> pageColumns() { return kPageColumns; }
-std::span<const ExportColumn> statementColumns() { return kStatementColumns; }
+std::span<const ColumnRow> pageColumns() { return kPageColumns; }
+std::span<const ColumnRow> statementColumns() { return kStatementColumns; }
 
 ExportSource::ExportSource(const Document& document) : m_document(document), m_content(document.data().content()) {
-    m_partner = document.texts().isClient ? u"client"_s : u"furnizor"_s;
+    m_partner = document.texts().request.isClient ? u"client"_s : u"furnizor"_s;
 }
 
 QString ExportSource::period() const {
-    QString period = m_document.texts().unboundTexts.value(u"UnboundString6"_s);
+    QString period = m_document.texts().text(ObjectRole::Period);
     return period.remove(u'=').trimmed();
 }
 
-QString ExportSource::heading(const ExportColumn& column) const {
-    QString text = QString::fromUtf16(column.heading);
-    return text.replace(u"%1"_s, m_partner);
+QString ExportSource::heading(const ColumnRow& column) const {
+    return column.heading.toString().replace(u"%1"_s, m_partner);
 }
 
 QString ExportSource::groupTitle(std::uint32_t group) const {
-    const bool isDay = m_content.grouping == Grouping::Day;
-    const QString label = isDay ? u"DATA:"_s : objectText(m_document.texts(), u"Text6"_s);
+    const QString label = m_document.texts().text(ObjectRole::GroupLabel).simplified();
     return (label + u' ' + m_document.groupText(group)).trimmed();
 }
 
@@ -93,18 +73,17 @@ QStringView ExportSource::oddRate(std::uint32_t row) const {
     return odd != rates.end() && odd->first == row ? toView(store().oddRateTexts.text(odd->second)) : QStringView();
 }
 
-QString ExportSource::shownText(const ExportColumn& column, std::uint32_t row) const {
+QString ExportSource::shownText(const ColumnRow& column, std::uint32_t row) const {
     if (!isAmount(column.role)) return text(column.role, row).toString();
-    const std::optional<Amount> amount = store().amount(column.role).at(row);
+    const std::optional<ShortDecimal> amount = store().amount(column.role).at(row);
     if (column.kind == CellKind::Rate) return amount ? rateText(*amount) : oddRate(row).toString();
     return amount ? amountText(*amount) : QString();
 }
 
 TotalLine totalLine(const CurrencyTotal& total) {
-    return {u"Total documente: "_s + countText(total.rows),
-            total.currency,
-            {amountText(total.valoareNeta), amountText(total.valoareTVA), amountText(total.valoareTaxe),
-             amountText(total.valoareBruta)}};
+    TotalLine line{u"Total documente: "_s + countText(total.rows), total.currency, {}};
+    std::ranges::transform(total.sums, line.amounts.begin(), [](const base::Decimal& sum) { return amountText(sum); });
+    return line;
 }
 
 QString withoutRateText(const LeiTotal& lei) {

@@ -10,22 +10,12 @@ namespace velcoran::report {
 
 class ExportControl;
 
-enum class CellKind : std::uint8_t { Text, Date, Amount, Rate };
-
-/// A column of the exported table.
-struct ExportColumn {
-    ColumnRole role = ColumnRole::CodClient;
-    CellKind kind = CellKind::Text;
-    const char16_t* heading = nullptr;  ///< %1 for the partner: "furnizor", "client"
-    int width = 0;                      ///< characters
-};
-
-/// The columns in the order of the pages.
-[[nodiscard]] std::span<const ExportColumn> pageColumns();
+/// The columns in the order of the pages: the sums are the last.
+[[nodiscard]] std::span<const ColumnRow> pageColumns();
 /// All columns in the order of the report statement.
-[[nodiscard]] std::span<const ExportColumn> statementColumns();
+[[nodiscard]] std::span<const ColumnRow> statementColumns();
 constexpr int kPageColumnCount = 10;
-constexpr int kFirstSumColumn = 6;  ///< of the page columns: the four that have totals are the last
+constexpr int kFirstSumColumn = kPageColumnCount - static_cast<int>(kSumCount);
 
 /// Texts around the table.
 inline constexpr char16_t kGrandTotal[] = u"TOTAL GENERAL";
@@ -40,13 +30,15 @@ public:
     [[nodiscard]] const ReportData::Content& content() const { return m_content; }
     [[nodiscard]] const RowStore& store() const { return m_content.store; }
     [[nodiscard]] const ReportData& data() const { return m_document.data(); }
-    [[nodiscard]] bool isTotalsAlone() const { return m_document.texts().option != 0; }
+    [[nodiscard]] bool isTotalsAlone() const { return m_document.texts().request.isTotalsAlone; }
     [[nodiscard]] QString title() const { return m_document.title(); }
+    /// Lines on the filters in force; may be empty.
+    [[nodiscard]] const QStringList& filters() const { return m_document.texts().request.filters; }
     /// "01/03/2026 - 15/03/2026".
     [[nodiscard]] QString period() const;
     /// Moment of printing, for a document's properties.
     [[nodiscard]] QDateTime made() const { return m_document.printTime(); }
-    [[nodiscard]] QString heading(const ExportColumn& column) const;
+    [[nodiscard]] QString heading(const ColumnRow& column) const;
     /// "FURNIZOR: F0001 ALFA TRADE SRL", "DATA: 15/03/2026".
     [[nodiscard]] QString groupTitle(std::uint32_t group) const;
     /// Rows of a group in the order of the report.
@@ -56,7 +48,7 @@ public:
     /// A rate that is no number, as it stands; else empty.
     [[nodiscard]] QStringView oddRate(std::uint32_t row) const;
     /// A cell as the pages show it.
-    [[nodiscard]] QString shownText(const ExportColumn& column, std::uint32_t row) const;
+    [[nodiscard]] QString shownText(const ColumnRow& column, std::uint32_t row) const;
 
 private:
     const Document& m_document;

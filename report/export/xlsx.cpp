@@ -91,7 +91,7 @@ public:
           m_control(control),
           m_isDay(m_source.content().grouping == Grouping::Day),
           m_place(std::make_shared<system::DurableFile>(file, system::DurableFile::Use::byPath)) {
-        m_headingRow = static_cast<lxw_row_t>((m_source.period().isEmpty() ? 2 : 3) + control.filters.size());
+        m_headingRow = static_cast<lxw_row_t>((m_source.period().isEmpty() ? 2 : 3) + m_source.filters().size());
         requireRoom();
     }
 
@@ -157,7 +157,7 @@ private:
             text(0, u"Perioada: "_s + m_source.period());
             ++m_row;
         }
-        for (const QString& filter : m_control.filters) {
+        for (const QString& filter : m_source.filters()) {
             text(0, filter);
             ++m_row;
         }
@@ -177,7 +177,7 @@ private:
 
     void writeRows(ExportPace& pace) {
         std::vector<std::pair<QString, bool>> headings;
-        for (const ExportColumn& column : pageColumns()) {
+        for (const ColumnRow& column : pageColumns()) {
             headings.emplace_back(m_source.heading(column), isAmount(column.role));
         }
         beginSheet("Raport", headings);
@@ -195,7 +195,7 @@ private:
     }
     void writeRow(std::uint32_t row) {
         lxw_col_t at = 0;
-        for (const ExportColumn& column : pageColumns()) {
+        for (const ColumnRow& column : pageColumns()) {
             if (isAmount(column.role)) {
                 writeAmount(at, column, row);
             } else if (column.role == ColumnRole::NumarFactura) {
@@ -207,13 +207,13 @@ private:
         }
         ++m_row;
     }
-    void writeAmount(lxw_col_t at, const ExportColumn& column, std::uint32_t row) {
-        const std::optional<Amount> amount = m_source.store().amount(column.role).at(row);
+    void writeAmount(lxw_col_t at, const ColumnRow& column, std::uint32_t row) {
+        const std::optional<ShortDecimal> amount = m_source.store().amount(column.role).at(row);
         const bool isRate = column.kind == CellKind::Rate;
         if (amount) return number(at, *amount, isRate ? m_formats->rate : m_formats->amount, m_formats->right);
         if (isRate) text(at, m_source.oddRate(row), m_formats->right);
     }
-    void writeRepeated(lxw_col_t at, const ExportColumn& column, std::uint32_t row) {
+    void writeRepeated(lxw_col_t at, const ColumnRow& column, std::uint32_t row) {
         Repeated& repeated = m_repeated[static_cast<std::size_t>(column.role)];
         const std::uint32_t number = m_source.store().text(column.role).numbers[row];
         if (repeated.number != number) {
@@ -231,12 +231,12 @@ private:
     void writeTotals(ExportPace& pace) {
         std::vector<std::pair<QString, bool>> headings;
         for (std::size_t i = 0; i < pageColumns().size(); ++i) {
-            const ExportColumn& column = pageColumns()[i];
+            const ColumnRow& column = pageColumns()[i];
             const bool isKey = m_isDay ? column.role == ColumnRole::DataDoc : i < 2;
             if (isKey || column.role == ColumnRole::Moneda) headings.emplace_back(m_source.heading(column), false);
         }
         headings.emplace_back(u"Documente"_s, true);
-        for (const ExportColumn& column : pageColumns().subspan(kFirstSumColumn)) {
+        for (const ColumnRow& column : pageColumns().subspan(kFirstSumColumn)) {
             headings.emplace_back(m_source.heading(column), true);
         }
         beginSheet("Totaluri", headings);
@@ -285,10 +285,7 @@ private:
         writeNumber(at++, static_cast<double>(total.rows), plain);
         lxw_format* amount = isBold ? m_formats->boldAmount : m_formats->amount;
         lxw_format* right = isBold ? m_formats->boldRight : m_formats->right;
-        for (const base::Decimal* value :
-             {&total.valoareNeta, &total.valoareTVA, &total.valoareTaxe, &total.valoareBruta}) {
-            number(at++, *value, amount, right);
-        }
+        for (const base::Decimal& value : total.sums) number(at++, value, amount, right);
         ++m_row;
     }
 

@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QJsonDocument>
 
+#include <algorithm>
 #include <cmath>
 
 static void initialiseResources() { Q_INIT_RESOURCE(velcoran_definitions); }
@@ -32,6 +33,8 @@ constexpr JsonWord<ObjectKind> kObjectKinds[] = {
     {u"text", ObjectKind::Text}, {u"field", ObjectKind::Field}, {u"unbound", ObjectKind::Unbound},
     {u"line", ObjectKind::Line}, {u"box", ObjectKind::Box},
 };
+constexpr JsonWord<ObjectRole> kRoles[] = {
+    {u"title", ObjectRole::Title}, {u"period", ObjectRole::Period}, {u"groupLabel", ObjectRole::GroupLabel}};
 constexpr JsonWord<Alignment> kAlignments[] = {
     {u"left", Alignment::Left},
     {u"centre", Alignment::Centre},
@@ -62,10 +65,6 @@ constexpr VariableRow kVariables[] = {
     {u"continued", Variable::Continued, Scope::Group},
     {u"currency", Variable::Currency, Scope::Totals},
     {u"rows", Variable::Rows, Scope::Totals},
-    {u"ValoareNeta", Variable::ValoareNeta, Scope::Totals},
-    {u"ValoareTVA", Variable::ValoareTVA, Scope::Totals},
-    {u"ValoareTaxe", Variable::ValoareTaxe, Scope::Totals},
-    {u"ValoareBruta", Variable::ValoareBruta, Scope::Totals},
     {u"leiTotal", Variable::LeiTotal, Scope::ReportEnd},
     {u"withoutRate", Variable::WithoutRate, Scope::ReportEnd},
 };
@@ -80,12 +79,17 @@ bool isInScope(Scope scope, const DefinitionSection& section) {
     return true;
 }
 
-Variable variableOf(const JsonNode& node, QStringView word, const DefinitionSection& section) {
-    for (const VariableRow& row : kVariables) {
-        if (row.word != word) continue;
-        if (!isInScope(row.scope, section)) node.fail(u"{%1} has no value in this section"_s.arg(word));
-        return row.variable;
-    }
+/// A word between braces: a variable, or the column whose sum is meant.
+TemplatePart variableOf(const JsonNode& node, QStringView word, const DefinitionSection& section) {
+    const auto checked = [&](Scope scope, const TemplatePart& part) {
+        if (!isInScope(scope, section)) node.fail(u"{%1} has no value in this section"_s.arg(word));
+        return part;
+    };
+    for (const VariableRow& row : kVariables)
+        if (row.word == word) return checked(row.scope, {{}, row.variable});
+    for (const ColumnRow& column : kColumns)
+        if (column.kind == CellKind::Amount && column.name == word)
+            return checked(Scope::Totals, {{}, Variable::Sum, column.role});
     node.fail(u"unknown variable {%1}"_s.arg(word));
 }
 
@@ -99,7 +103,7 @@ std::vector<TemplatePart> readTemplate(const JsonNode& node, const QString& text
         if (open < 0) break;
         const qsizetype close = text.indexOf(u'}', open);
         if (close < 0) node.fail(u"\"text\" has a brace that is not closed"_s);
-        parts.push_back({{}, variableOf(node, QStringView(text).mid(open + 1, close - open - 1), section)});
+        parts.push_back(variableOf(node, QStringView(text).mid(open + 1, close - open - 1), section));
         at = close + 1;
     }
     return parts;
@@ -152,6 +156,7 @@ DefinitionObject readObject(const JsonNode& node, const QString& name, const Def
     object.place = readPlace(node, section, definition.printableWidth());
     object.colour = readColour(node);
     object.shown = node.word<Shown>(u"shown"_s, kShown, Shown::Always);
+    if (node.has(u"role"_s)) object.role = node.word<ObjectRole>(u"role"_s, kRoles);
     switch (object.kind) {
         case ObjectKind::Line:
         case ObjectKind::Box:
@@ -159,16 +164,16 @@ DefinitionObject readObject(const JsonNode& node, const QString& name, const Def
             object.thickness = {node.number(u"thickness"_s, 1, 200, 8)};
             return object;
         case ObjectKind::Text:
-            node.allowOnly(kWords + QStringList{u"text"_s});
+            node.allowOnly(kWords + QStringList{u"text"_s, u"role"_s});
             object.text = node.text(u"text"_s);
             break;
         case ObjectKind::Field:
             node.allowOnly(kWords + QStringList{u"text"_s, u"when"_s});
             object.parts = readTemplate(node, node.text(u"text"_s), section);
-            if (node.has(u"when"_s)) object.condition = variableOf(node, node.text(u"when"_s), section);
+            if (node.has(u"when"_s)) object.condition = variableOf(node, node.text(u"when"_s), section).variable;
             break;
         case ObjectKind::Unbound:
-            node.allowOnly(kWords + QStringList{u"format"_s});
+            node.allowOnly(kWords + QStringList{u"format"_s, u"role"_s});
             object.format = node.word<ValueFormat>(u"format"_s, kFormats, ValueFormat::Text);
             object.column = columnOf(name);
             if (object.format != ValueFormat::Text && !(object.column && isAmount(*object.column))) {
@@ -256,13 +261,25 @@ base::Twips lineHeightOf(float fontSize) {
     return {static_cast<std::int32_t>(std::lround(static_cast<double>(fontSize) * 20 * kLineSpacing))};
 }
 
-const DefinitionObject* Definition::object(const QString& objectName) const {
-    for (const DefinitionSection& section : sections) {
-        for (const DefinitionObject& object : section.objects) {
-            if (object.name == objectName) return &object;
-        }
+namespace {
+
+template <class Value>
+const DefinitionObject* objectWith(const Definition& definition, Value DefinitionObject::*member, const Value& value) {
+    for (const DefinitionSection& section : definition.sections) {
+        const auto found = std::ranges::find(section.objects, value, member);
+        if (found != section.objects.end()) return &*found;
     }
     return nullptr;
+}
+
+}  // namespace
+
+const DefinitionObject* Definition::object(const QString& objectName) const {
+    return objectWith(*this, &DefinitionObject::name, objectName);
+}
+
+const DefinitionObject* Definition::object(ObjectRole role) const {
+    return objectWith(*this, &DefinitionObject::role, role);
 }
 
 const DefinitionSection* Definition::section(SectionKind kind) const {

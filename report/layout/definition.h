@@ -3,9 +3,13 @@
 #include <QByteArray>
 #include <QString>
 
+#include <cstdint>
 #include <memory>
 
 namespace velcoran::report {
+
+/// The part that an object plays for those who read a report without its pages.
+enum class ObjectRole : std::uint8_t { None, Title, Period, GroupLabel };
 
 class Definition;
 struct PageSetup;

@@ -37,10 +37,7 @@ enum class Variable : std::uint8_t {
     Continued,
     Currency,
     Rows,
-    ValoareNeta,
-    ValoareTVA,
-    ValoareTaxe,
-    ValoareBruta,
+    Sum,  ///< of a column
     ReportRows,
     LeiTotal,
     WithoutRate,
@@ -50,11 +47,13 @@ enum class Variable : std::uint8_t {
 struct TemplatePart {
     QString words;
     std::optional<Variable> variable;
+    ColumnRole column = ColumnRole::ValoareNeta;  ///< of a sum
 };
 
 struct DefinitionObject {
     QString name;
     ObjectKind kind = ObjectKind::Text;
+    ObjectRole role = ObjectRole::None;
     base::TwipsRect place;              ///< in the section
     QString text;                       ///< of a text object, as designed
     std::vector<TemplatePart> parts;    ///< of a field
@@ -86,6 +85,8 @@ public:
 
     /// The object of a name; null when there is none.
     [[nodiscard]] const DefinitionObject* object(const QString& objectName) const;
+    /// The object that plays a part; null when there is none.
+    [[nodiscard]] const DefinitionObject* object(ObjectRole role) const;
     /// The only section of a kind; null when there is none.
     [[nodiscard]] const DefinitionSection* section(SectionKind kind) const;
     /// Width between the margins of the designed sheet.

@@ -25,7 +25,7 @@ struct Document::Layout {
           printTime(time),
           maker(data->content(), texts, setup, printTime),
           pagination(
-              {texts.definition.get(), &data->content(), texts.option == 1, maker.designedHeight(),
+              {texts.definition.get(), &data->content(), texts.request.isTotalsAlone, maker.designedHeight(),
                [this](std::uint32_t group, bool isContinued) { return maker.headingGrowth(group, isContinued); }}) {}
     Layout(const Layout&) = delete;
     Layout& operator=(const Layout&) = delete;
@@ -45,10 +45,14 @@ const ReportData& Document::data() const { return *m_layout->data; }
 const ReportTexts& Document::texts() const { return m_layout->texts; }
 const QDateTime& Document::printTime() const { return m_layout->printTime; }
 
-QString Document::title() const {
-    const DefinitionObject* object = m_layout->texts.definition->object(u"Text1"_s);
-    return m_layout->texts.texts.value(u"Text1"_s, object == nullptr ? QString() : object->text).simplified();
+QString ReportTexts::text(ObjectRole role) const {
+    const DefinitionObject* object = definition->object(role);
+    if (object == nullptr) return {};
+    return object->kind == ObjectKind::Text ? texts.value(object->name, object->text)
+                                            : unboundTexts.value(object->name);
 }
+
+QString Document::title() const { return m_layout->texts.text(ObjectRole::Title).simplified(); }
 
 Page Document::page(base::PageNumber number) const {
     requirePage(number);

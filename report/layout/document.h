@@ -1,9 +1,11 @@
 #pragma once
 
 #include "base/units.h"
+#include "definition.h"
 #include "page.h"
 #include "page_setup.h"
 #include "report/data/report_data.h"
+#include "report_request.h"
 
 #include <QDateTime>
 #include <QMap>
@@ -16,16 +18,15 @@
 
 namespace velcoran::report {
 
-class Definition;
-enum class ColumnRole : std::uint8_t;
-
 /// What an instance of a definition says at one moment: the snapshot that a document is laid out from.
 struct ReportTexts {
     std::shared_ptr<const Definition> definition;
     QMap<QString, QString> texts;         ///< text objects
     QMap<QString, QString> unboundTexts;  ///< unbound fields with a string constant for their source
-    int option = 0;                       ///< 0 detailed, 1 totals alone
-    bool isClient = false;                ///< the partners are clients, not suppliers
+    ReportRequest request;
+
+    /// Text of the object that plays a part, as it stands; empty for a definition without it.
+    [[nodiscard]] QString text(ObjectRole role) const;
 };
 
 /// A loaded report laid out for one page set-up. Immutable; every function may be called from any thread. Making it
@@ -48,7 +49,7 @@ public:
     [[nodiscard]] const ReportData& data() const;
     [[nodiscard]] const ReportTexts& texts() const;
     [[nodiscard]] const QDateTime& printTime() const;
-    /// Text of the definition's title object (Text1) on one line.
+    /// Text of the title on one line.
     [[nodiscard]] QString title() const;
 
     /// @throws Error kInvalidProcedureCall for a number outside 1 to pageCount()

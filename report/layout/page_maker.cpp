@@ -21,13 +21,11 @@ QString toText(std::u16string_view text) {
     return QString(reinterpret_cast<const QChar*>(text.data()), static_cast<qsizetype>(text.size()));
 }
 
-bool isSum(Variable variable) { return variable >= Variable::ValoareNeta && variable <= Variable::ValoareBruta; }
-
 /// A number must be read whole: it gets smaller where a word would get an ellipsis.
 bool isNumber(const DefinitionObject& object) {
     if (object.kind == ObjectKind::Unbound) return object.format != ValueFormat::Text;
     return object.parts.size() == 1 && object.parts[0].variable &&
-           (isSum(*object.parts[0].variable) || *object.parts[0].variable == Variable::LeiTotal);
+           (object.parts[0].variable == Variable::Sum || object.parts[0].variable == Variable::LeiTotal);
 }
 
 std::int32_t rounded(double value) { return static_cast<std::int32_t>(std::lround(value)); }
@@ -49,8 +47,8 @@ struct PageMaker::Context {
     [[nodiscard]] QString text(const base::Decimal& amount) const {
         return digits == Digits::Whole ? wholeAmountText(amount) : amountText(amount);
     }
-    [[nodiscard]] QString text(const Amount& amount) const {
-        return digits == Digits::Whole ? wholeAmountText(amount.toDecimal()) : amountText(amount);
+    [[nodiscard]] QString text(const ShortDecimal& amount) const {
+        return digits == Digits::Whole ? wholeAmountText(amount) : amountText(amount);
     }
 };
 
@@ -109,20 +107,15 @@ int PageMaker::headingGrowth(std::uint32_t group, bool isContinued) const {
     return static_cast<int>(lines.size() - 1) * lineHeightOf(m_growing->fontSize).value;
 }
 
-QString PageMaker::sumText(Variable variable, const Context& context) const {
-    const auto index = static_cast<std::size_t>(variable) - static_cast<std::size_t>(Variable::ValoareNeta);
-    if (context.total != nullptr) {
-        const base::Decimal* const sums[] = {&context.total->valoareNeta, &context.total->valoareTVA,
-                                             &context.total->valoareTaxe, &context.total->valoareBruta};
-        return context.text(*sums[index]);
-    }
-    const SumColumn& sums = m_content.index.sums[index];
-    const std::optional<Amount> amount = sums.amount(context.cell);
+QString PageMaker::sumText(ColumnRole column, const Context& context) const {
+    if (context.total != nullptr) return context.text(context.total->sum(column));
+    const SumColumn& sums = m_content.index.sums[amountIndex(column)];
+    const std::optional<ShortDecimal> amount = sums.amount(context.cell);
     return amount ? context.text(*amount) : context.text(sums.value(context.cell));
 }
 
-QString PageMaker::variableText(Variable variable, const Context& context) const {
-    switch (variable) {
+QString PageMaker::variableText(const TemplatePart& part, const Context& context) const {
+    switch (*part.variable) {
         case Variable::Page:
             return QString::number(context.page);
         case Variable::Pages:
@@ -148,9 +141,10 @@ QString PageMaker::variableText(Variable variable, const Context& context) const
             return context.text(m_content.lei.value);
         case Variable::WithoutRate:
             return countText(m_content.lei.rowsWithoutRate);
-        default:
-            return sumText(variable, context);
+        case Variable::Sum:
+            break;
     }
+    return sumText(part.column, context);
 }
 
 QString PageMaker::unboundValue(const DefinitionObject& object, const Context& context) const {
@@ -161,7 +155,7 @@ QString PageMaker::unboundValue(const DefinitionObject& object, const Context& c
     const RowStore& store = m_content.store;
     if (*object.column == ColumnRole::NumarFactura) return toText(store.numarFactura.at(row));
     if (!isAmount(*object.column)) return toText(store.text(*object.column).at(row));
-    const std::optional<Amount> amount = store.amount(*object.column).at(row);
+    const std::optional<ShortDecimal> amount = store.amount(*object.column).at(row);
     const bool isPrintedRate = object.format == ValueFormat::Rate && context.digits == Digits::Printed;
     if (amount) return isPrintedRate ? rateText(*amount) : context.text(*amount);
     if (*object.column != ColumnRole::CursValutar) return {};
@@ -172,18 +166,18 @@ QString PageMaker::unboundValue(const DefinitionObject& object, const Context& c
 QString PageMaker::valueOf(const DefinitionObject& object, const Context& context) const {
     if (object.kind == ObjectKind::Text) return m_texts.texts.value(object.name, object.text);
     if (object.kind == ObjectKind::Unbound) return unboundValue(object, context);
-    if (object.parts.size() == 1 && object.parts[0].variable) return variableText(*object.parts[0].variable, context);
+    if (object.parts.size() == 1 && object.parts[0].variable) return variableText(object.parts[0], context);
     QString text;
     for (const TemplatePart& part : object.parts) {
-        text += part.variable ? variableText(*part.variable, context) : part.words;
+        text += part.variable ? variableText(part, context) : part.words;
     }
     return text;
 }
 
 bool PageMaker::isShown(const DefinitionObject& object, const Context&) const {
     if (object.shown == Shown::Never) return false;
-    if (object.shown == Shown::Detailed && m_texts.option == 1) return false;
-    if (object.shown == Shown::Totals && m_texts.option != 1) return false;
+    if (object.shown == Shown::Detailed && m_texts.request.isTotalsAlone) return false;
+    if (object.shown == Shown::Totals && !m_texts.request.isTotalsAlone) return false;
     return !(object.condition == Variable::WithoutRate && m_content.lei.rowsWithoutRate == 0);
 }
 

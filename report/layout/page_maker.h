@@ -41,8 +41,8 @@ private:
     [[nodiscard]] bool isShown(const DefinitionObject& object, const Context& context) const;
     [[nodiscard]] QString valueOf(const DefinitionObject& object, const Context& context) const;
     [[nodiscard]] QString unboundValue(const DefinitionObject& object, const Context& context) const;
-    [[nodiscard]] QString variableText(Variable variable, const Context& context) const;
-    [[nodiscard]] QString sumText(Variable variable, const Context& context) const;
+    [[nodiscard]] QString variableText(const TemplatePart& part, const Context& context) const;
+    [[nodiscard]] QString sumText(ColumnRole column, const Context& context) const;
     [[nodiscard]] double roomOf(const DefinitionObject& object) const;
     [[nodiscard]] base::TwipsRect placeOnSheet(const base::TwipsRect& place, int top) const;
 

@@ -33,6 +33,8 @@ TEST(RowFilter, matchesValues) {
         {u"șAn%", u"ȘANTIER", true},
         {u"sAn%", u"ȘANTIER", false},
         {u"ÎNCĂ%", u"încărcător", true},
+        {u"%\U00010400x", u"a\U00010428X", true},  // a letter of two units
+        {u"\U00010401%", u"\U00010428", false},
         // only "%" at an end stands for other characters
         {u"a_c%", u"abc", false},
         {u"a_c%", u"A_Cd", true},

@@ -3,8 +3,8 @@
 #include <QComboBox>
 #include <QGuiApplication>
 
+#include "report/layout/document.h"
 #include "report/report.h"
-
 
 namespace velcoran::tests {
 
@@ -205,9 +205,9 @@ TEST_F(ReportRunTest, whatIsShownKeepsItsKindAndFilters) {
     run();
     const auto shown = viewer()->shownReport();
     ASSERT_NE(shown, nullptr);
-    EXPECT_EQ(shown->fileTitle(), u"Facturi Import Furnizori"_s);
-    EXPECT_TRUE(shown->filterLines().join(u' ').contains(u"PF1"_s));
-    EXPECT_FALSE(shown->unboundFieldText(u"UnboundString6"_s).isEmpty());
+    EXPECT_EQ(shown->request().fileTitle, u"Facturi Import Furnizori"_s);
+    EXPECT_TRUE(shown->request().filters.join(u' ').contains(u"PF1"_s));
+    EXPECT_FALSE(shown->snapshot().unboundTexts.isEmpty());
 }
 
 }  // namespace velcoran::tests

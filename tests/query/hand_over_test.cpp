@@ -36,7 +36,7 @@ struct PlanCase {
     QString definition;
     QList<TextReplacement> presentationTexts;
     QList<TextReplacement> titleTexts;
-    int option;
+    bool isTotalsAlone;
 };
 
 TEST(HandOver, followsListKindAndTotals) {
@@ -45,15 +45,15 @@ TEST(HandOver, followsListKindAndTotals) {
     const QList<TextReplacement> dayHeading{{u"Text9"_s, u"CLIENT"_s}};
     const QList<TextReplacement> title{{u"Text1"_s, u"RAPORT FACTURI EXTERNE - CLIENTI"_s}};
     const PlanCase cases[] = {
-        {u"Import"_s, u"Furnizor"_s, false, u"CRFacturiImport"_s, {}, {}, 0},
-        {u"Export"_s, u"Client"_s, false, u"CRFacturiImport"_s, headings, title, 0},
-        {u"Import"_s, u"Zi"_s, false, u"CRFacturiImportDT"_s, {}, {}, 0},
-        {u"Export"_s, u"Zi"_s, false, u"CRFacturiImportDT"_s, dayHeading, title, 0},
-        {u"Export"_s, u"Zi"_s, true, u"CRFacturiImportDT"_s, dayHeading, title, 1},
-        {u"Import"_s, u"Furnizor"_s, true, u"CRFacturiImport"_s, {}, {}, 1},
-        {u"import"_s, u"Furnizor"_s, false, u"CRFacturiImport"_s, {}, {}, 0},
-        {u"export"_s, u"Zi"_s, false, u"CRFacturiImportDT"_s, {}, {}, 0},
-        {u"Import"_s, u"Client"_s, false, u"CRFacturiImport"_s, headings, {}, 0},
+        {u"Import"_s, u"Furnizor"_s, false, u"CRFacturiImport"_s, {}, {}, false},
+        {u"Export"_s, u"Client"_s, false, u"CRFacturiImport"_s, headings, title, false},
+        {u"Import"_s, u"Zi"_s, false, u"CRFacturiImportDT"_s, {}, {}, false},
+        {u"Export"_s, u"Zi"_s, false, u"CRFacturiImportDT"_s, dayHeading, title, false},
+        {u"Export"_s, u"Zi"_s, true, u"CRFacturiImportDT"_s, dayHeading, title, true},
+        {u"Import"_s, u"Furnizor"_s, true, u"CRFacturiImport"_s, {}, {}, true},
+        {u"import"_s, u"Furnizor"_s, false, u"CRFacturiImport"_s, {}, {}, false},
+        {u"export"_s, u"Zi"_s, false, u"CRFacturiImportDT"_s, {}, {}, false},
+        {u"Import"_s, u"Client"_s, false, u"CRFacturiImport"_s, headings, {}, false},
     };
     for (const PlanCase& one : cases) {
         const HandOver plan = planHandOver(stateOf(one.kind, one.entry, one.isTotal), u"/");
@@ -61,8 +61,9 @@ TEST(HandOver, followsListKindAndTotals) {
         EXPECT_EQ(plan.definition, one.definition) << name;
         EXPECT_EQ(plan.presentationTexts, one.presentationTexts) << name;
         EXPECT_EQ(plan.titleTexts, one.titleTexts) << name;
-        EXPECT_EQ(plan.isClient, !one.presentationTexts.isEmpty()) << name << ": the columns follow their heading";
-        EXPECT_EQ(plan.option, one.option) << name;
+        EXPECT_EQ(plan.request.isClient, !one.presentationTexts.isEmpty())
+            << name << ": the columns follow their heading";
+        EXPECT_EQ(plan.request.isTotalsAlone, one.isTotalsAlone) << name;
         EXPECT_EQ(plan.periodSource, u"'= 01/07/2003 - 31/07/2003 ='") << name;
     }
 }
@@ -86,10 +87,10 @@ TEST_F(HandOverRun, preparesTheReportForTheViewer) {
     EXPECT_EQ(rptFacturi->name(), u"CRFacturiImport");
     EXPECT_EQ(rptFacturi->text(u"Text1"_s), u"RAPORT FACTURI EXTERNE - CLIENTI");
     EXPECT_EQ(rptFacturi->text(u"Text3"_s), u"DENUMIRE\r\nCLIENT");
-    EXPECT_EQ(rptFacturi->unboundFieldText(u"UnboundString6"_s), u"= 01/07/2003 - 31/07/2003 =");
-    EXPECT_EQ(rptFacturi->option(), 1);
-    EXPECT_TRUE(rptFacturi->snapshot().isClient);
-    EXPECT_EQ(rptFacturi->filterLines(), QStringList{u"Inclusiv exporturile temporare"_s});
+    EXPECT_EQ(rptFacturi->snapshot().unboundTexts.value(u"UnboundString6"_s), u"= 01/07/2003 - 31/07/2003 =");
+    EXPECT_TRUE(rptFacturi->request().isTotalsAlone);
+    EXPECT_TRUE(rptFacturi->request().isClient);
+    EXPECT_EQ(rptFacturi->request().filters, QStringList{u"Inclusiv exporturile temporare"_s});
 }
 
 TEST_F(HandOverRun, keepsAHalfPreparedReportWhenTheStatementFails) {
@@ -98,7 +99,7 @@ TEST_F(HandOverRun, keepsAHalfPreparedReportWhenTheStatementFails) {
     EXPECT_EQ(rptFacturi->text(u"Text6"_s), u"CLIENT:");
     EXPECT_NE(rptFacturi->text(u"Text1"_s), u"RAPORT FACTURI EXTERNE - CLIENTI")
         << "the title comes after the statement";
-    EXPECT_EQ(rptFacturi->option(), 0);
+    EXPECT_FALSE(rptFacturi->request().isTotalsAlone);
 }
 
 TEST(FiltersInForce, areThoseThatTheStatementHas) {

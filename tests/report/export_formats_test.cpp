@@ -2,6 +2,7 @@
 #include "export_read_back.h"
 #include "report/export/formats.h"
 #include "report/export/numbers.h"
+#include "report/export/writers.h"
 
 #include <QDir>
 
@@ -84,12 +85,12 @@ TEST(ExportNumbers, keepEveryDigit) {
              Case{1234567890123400, 4, "123456789012,34", true},
              Case{std::numeric_limits<qint64>::max(), 2, "92233720368547758,07", false},
          }) {
-        const Amount amount{one.mantissa, one.scale};
+        const ShortDecimal amount{one.mantissa, one.scale};
         EXPECT_EQ(exactText(amount, 2, ','), one.text);
-        EXPECT_EQ(exactText(amount.toDecimal(), 2, ','), one.text);
+        EXPECT_EQ(exactText(base::Decimal(amount), 2, ','), one.text);
         const auto number = spreadsheetNumber(amount);
         ASSERT_EQ(number.has_value(), one.isNumber) << one.text;
-        EXPECT_EQ(number, spreadsheetNumber(amount.toDecimal())) << one.text;
+        EXPECT_EQ(number, spreadsheetNumber(base::Decimal(amount))) << one.text;
         EXPECT_EQ(number.value_or(0), one.isNumber ? QByteArray(one.text).replace(',', '.').toDouble() : 0) << one.text;
     }
     EXPECT_EQ(spreadsheetDay(u"15/03/2026"), 46096.0);

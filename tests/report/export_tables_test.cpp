@@ -1,5 +1,6 @@
 #include "export_read_back.h"
 #include "report/data/amount_text.h"
+#include "report/export/writers.h"
 
 using namespace Qt::StringLiterals;
 using namespace velcoran;
@@ -49,10 +50,10 @@ void expectTotal(const std::vector<SheetCell>& row, std::size_t at, const Curren
     ASSERT_EQ(row.size(), at + 6);
     EXPECT_EQ(row[at].value, total.currency);
     EXPECT_EQ(row[at + 1].value.toLongLong(), total.rows);
-    expectAmount(row[at + 2], total.valoareNeta);
-    expectAmount(row[at + 3], total.valoareTVA);
-    expectAmount(row[at + 4], total.valoareTaxe);
-    expectAmount(row[at + 5], total.valoareBruta);
+    expectAmount(row[at + 2], total.sum(ColumnRole::ValoareNeta));
+    expectAmount(row[at + 3], total.sum(ColumnRole::ValoareTVA));
+    expectAmount(row[at + 4], total.sum(ColumnRole::ValoareTaxe));
+    expectAmount(row[at + 5], total.sum(ColumnRole::ValoareBruta));
 }
 
 }  // namespace
@@ -122,14 +123,16 @@ TEST_F(ExportXlsx, keepsTextsNumbersAndDates) {
     rows[1].net = u"-0.07"_s;
     rows[2].date = u"candva"_s;
     rows[3].rate = std::nullopt;
-    m_control.filters = {u"Furnizor: =ALFA"_s, u"Agent: 12"_s};
-    exported(kXlsx, ReportRun(answerOf(rows)).document());
+    const QStringList filters{u"Furnizor: =ALFA"_s, u"Agent: 12"_s};
+    ReportRun run(answerOf(rows));
+    run.report().setRequest({.filters = filters});
+    exported(kXlsx, run.document());
     const Sheet sheet = readSheet(entry(path(u"raport"_s), u"xl/worksheets/sheet1.xml"_s));
     ASSERT_EQ(sheet.rows.size(), 6 + rows.size());
     EXPECT_EQ(sheet.rows[0][0].value, u"RAPORT FACTURI EXTERNE - FURNIZORI"_s);
     EXPECT_EQ(sheet.rows[1][0].value, u"Perioada: 01/01/2026 - 31/12/2026"_s);
-    EXPECT_EQ(sheet.rows[2][0].value, m_control.filters[0]);
-    EXPECT_EQ(sheet.rows[3][0].value, m_control.filters[1]);
+    EXPECT_EQ(sheet.rows[2][0].value, filters[0]);
+    EXPECT_EQ(sheet.rows[3][0].value, filters[1]);
     EXPECT_EQ(sheet.rows[5][0].value, u"Cod furnizor"_s);
     EXPECT_EQ(sheet.frozenAt, u"A7"_s);
     EXPECT_EQ(sheet.filter, u"A6:J20"_s);

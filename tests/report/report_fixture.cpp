@@ -32,9 +32,9 @@ ReportRun::ReportRun(tests::FakeAnswer answer, const QString& definition, int op
     m_connection->answer({}, std::move(answer));
     const db::Connection connection(m_connection->asConnection());
     m_report.addCommand(connection, {connection, db::kCommandText, u"SELECT"_s});
-    m_report.bindFields(0);
+    m_report.bindFields();
     m_report.setUnboundFieldSource(u"UnboundString6"_s, u"'= 01/01/2026 - 31/12/2026 ='"_s);
-    m_report.setOption(option);
+    m_report.setRequest({.isTotalsAlone = option == 1});
 }
 
 RunOutcome ReportRun::outcome() {

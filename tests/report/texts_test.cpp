@@ -51,10 +51,10 @@ TEST(AmountText, isRoundedHalfAwayFromZeroAndGrouped) {
              Case{9223372036854775807, 18, u"9,22", u"9,223372036854775807", u"9,223372"},
          }) {
         // The same amount through the short arithmetic and through the long one.
-        const Amount amount{one.mantissa, one.scale};
+        const ShortDecimal amount{one.mantissa, one.scale};
         EXPECT_EQ(amountText(amount), QString::fromUtf16(one.amount)) << one.mantissa;
-        EXPECT_EQ(amountText(amount.toDecimal()), QString::fromUtf16(one.amount)) << one.mantissa;
-        EXPECT_EQ(wholeAmountText(amount.toDecimal()), QString::fromUtf16(one.whole)) << one.mantissa;
+        EXPECT_EQ(amountText(base::Decimal(amount)), QString::fromUtf16(one.amount)) << one.mantissa;
+        EXPECT_EQ(wholeAmountText(base::Decimal(amount)), QString::fromUtf16(one.whole)) << one.mantissa;
         EXPECT_EQ(rateText(amount), QString::fromUtf16(one.rate)) << one.mantissa;
     }
     EXPECT_EQ(countText(999), u"999"_s);

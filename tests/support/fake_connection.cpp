@@ -45,14 +45,13 @@ std::int64_t microsecondsOf(const FakeColumn& column, const QString& text) {
 }
 
 void FakeBuffer::appendDecimal(const FakeColumn& column, const QString& text) {
-    const auto value = base::Decimal::parse(text);
-    if (!value) badCell(column, text);
-    const base::Decimal scaled = value->rounded(column.scale);
-    if (!(scaled == *value)) badCell(column, text);
+    const auto value = base::ShortDecimal::parse(text.toStdString());
+    const auto scaled = value ? value->rounded(column.scale) : std::nullopt;
+    if (!scaled || scaled->toText() != value->toText()) badCell(column, text);
     if (column.type == ColumnType::Decimal64) {
-        m_integers.push_back(static_cast<std::int64_t>(scaled.mantissa()));
+        m_integers.push_back(static_cast<std::int64_t>(scaled->mantissa));
     } else {
-        m_wide.push_back(static_cast<base::Int128>(scaled.mantissa()));
+        m_wide.push_back(scaled->mantissa);
     }
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "base/decimal.h"
 #include "base/error.h"
+#include "base/short_decimal.h"
 #include "com/object.h"
 
 #include <QString>

@@ -31,7 +31,7 @@ std::shared_ptr<report::Report> scriptedReport(const com::Ref<FakeConnection>& c
     const db::Connection used(connection->asConnection());
     auto report = std::make_shared<report::Report>(report::definitionNamed(u"CRFacturiImport"_s));
     report->addCommand(used, {used, db::kCommandText, u"SELECT"_s});
-    report->bindFields(0);
+    report->bindFields();
     report->setUnboundFieldSource(u"UnboundString6"_s, u"'= 01/03/2026 - 31/03/2026 ='"_s);
     return report;
 }

@@ -70,7 +70,7 @@ TEST_P(Contract, keepsNumbersOf38Digits) {
     ASSERT_EQ(block->columns[0].type, ColumnType::Decimal128);
     base::Int128 mantissa = 0;
     std::memcpy(&mantissa, block->columns[0].values, sizeof mantissa);
-    EXPECT_EQ(base::Decimal::fromInt128(mantissa, block->columns[0].scale).toText(), Provider::bigNumberText());
+    EXPECT_EQ(base::Decimal(base::ShortDecimal{mantissa, block->columns[0].scale}).toText(), Provider::bigNumberText());
 }
 
 TEST_P(Contract, showsFloatsInTheDigitsThatPeopleWrite) {

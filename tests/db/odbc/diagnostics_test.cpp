@@ -37,7 +37,7 @@ TEST(Diagnostics, becomeOneErrorWithThePublishedNumber) {
         {{u"22012"_s}, Phase::Running, base::kStatementError},
         {{u"HYT00"_s}, Phase::Running, base::kStatementError},
         {{u"08S01"_s, u"42000"_s}, Phase::Running, base::kProviderFailure},
-        {{u"08001"_s, u"28000"_s}, Phase::Connecting, kAuthenticationFailed},
+        {{u"08001"_s, u"28000"_s}, Phase::Connecting, base::kAuthenticationFailed},
         {{u"08004"_s}, Phase::Running, base::kStatementError},
         {{u"08004"_s}, Phase::Connecting, base::kProviderFailure},
         {{u"08004"_s, u"42S02"_s}, Phase::Running, base::kNoSuchObject},

@@ -34,6 +34,7 @@ TEST(LikePattern, followsTheServer) {
         {"san%", "ȘANTIER", false},
         {"%ȚI%", "terți", true},
         {"Ι%", "ι", true},
+        {"%\U00010400x", "a\U00010428X", true},
         {"[a-c]x", "Bx", true},
         {"[a-c]x", "dx", false},
         {"[^a-c]x", "dx", true},
