@@ -318,21 +318,6 @@ TEST(Cancel, endsARunSoonAndOnce) {
     }
 }
 
-TEST(Cancel, hidesTheProvidersWordsForIt) {
-    tests::FakeAnswer answer = answerOf({Row(), Row()});
-    answer.blockRows = 1;
-    answer.fetchError = base::Error(base::kProviderFailure, u"Operation cancelled"_s);
-    answer.fetchErrorAt = 1;
-    ReportRun run(answer);
-    std::promise<RunOutcome> promise;
-    run.report().start({.answered = [&] { run.report().cancel(); },
-                        .progress = {},
-                        .finished = [&](RunOutcome outcome) { promise.set_value(std::move(outcome)); }});
-    const RunOutcome outcome = promise.get_future().get();
-    EXPECT_TRUE(outcome.isCancelled);
-    EXPECT_FALSE(outcome.error);
-}
-
 TEST(ReportRun, runsAgainAlsoAfterAStop) {
     tests::FakeAnswer answer = answerOf({Row(), Row()});
     answer.runDelay = std::chrono::seconds(60);
