@@ -16,25 +16,10 @@ namespace {
 const char* const kWaiting[] = {"Raport", "cmdExit", "cmbVizual", "frmEnable", "Command1", "cmdViz"};
 
 FakeAnswer invoices() {
-    const FakeColumn money{{}, ColumnType::Decimal64, 2};
-    const auto amount = [&](const QString& name) {
-        FakeColumn column = money;
-        column.name = name;
-        return column;
-    };
-    return {.columns = {{u"TipRaport"_s},
-                        {u"CodClient"_s},
-                        {u"NumeClient"_s},
-                        {u"DataDoc"_s},
-                        {u"NumarFactura"_s},
-                        amount(u"ValoareNeta"_s),
-                        amount(u"ValoareTVA"_s),
-                        amount(u"ValoareBruta"_s),
-                        {u"Moneda"_s},
-                        amount(u"CursValutar"_s),
-                        amount(u"ValoareTaxe"_s)},
-            .rows = {{u"Furnizor"_s, u"F1"_s, u"ALFA"_s, u"05/07/2003"_s, u"100"_s, u"10.00"_s, u"1.90"_s, u"11.90"_s,
-                      u"EUR"_s, u"4.97"_s, u"0.00"_s}}};
+    FakeAnswer answer = reportColumns();
+    answer.rows = {{u"Furnizor"_s, u"F1"_s, u"ALFA"_s, u"05/07/2003"_s, u"100"_s, u"10.00"_s, u"1.90"_s, u"11.90"_s,
+                    u"EUR"_s, u"4.97"_s, u"0.00"_s}};
+    return answer;
 }
 
 }  // namespace
