@@ -38,6 +38,7 @@ public:
         m_list->setSelectionMode(QAbstractItemView::SingleSelection);
         m_list->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         m_list->setUniformItemSizes(true);
+        m_list->setMinimumHeight(1);  // Qt's own is higher than a short list
         m_list->setMouseTracking(true);
     }
 

@@ -48,15 +48,13 @@ QString suggestedFile() {
     return QDir(QFileInfo(documents).isDir() ? documents : QDir::homePath()).filePath(u"raport.pdf"_s);
 }
 
-void prepare(QPrinter& printer, QPrintDialog& dialog, int pageCount, const PrintRequest& request) {
+void prepare(QPrintDialog& dialog, int pageCount) {
     dialog.setWindowTitle(u"Tipărește raportul"_s);
     dialog.setLocale(QLocale(QLocale::Romanian, QLocale::Romania));
     dialog.setOptions(QAbstractPrintDialog::PrintToFile | QAbstractPrintDialog::PrintPageRange |
                       QAbstractPrintDialog::PrintCollateCopies);
     dialog.setMinMax(1, pageCount);
     dialog.setFromTo(1, pageCount);
-    printer.setCopyCount(std::max(request.copies, 1));
-    printer.setCollateCopies(request.isCollated);
 }
 
 void readChoice(const QPrinter& printer, const QPrintDialog& dialog, PrintRequest& request) {
@@ -83,9 +81,11 @@ bool choosePrint(QWidget* window, int pageCount, PrintRequest& request) {
     } else {
         printer.setPrinterName(name);
     }
-    QPrintDialog dialog(&printer, window);
+    printer.setCopyCount(std::max(request.copies, 1));
+    printer.setCollateCopies(request.isCollated);
+    QPrintDialog dialog(&printer, window);  // reads the copies here
     const desktop::OwnLook look(dialog);
-    prepare(printer, dialog, pageCount, request);
+    prepare(dialog, pageCount);
     openOptions(dialog);
     hideUnused(dialog);
     if (!runDialog(dialog)) return false;

@@ -151,6 +151,8 @@ TEST_F(ControlsTest, theButtonClicksByEnterAndBlank) {
     m_button.setFocus();
     for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Space, Qt::Key_Down, Qt::Key_Right})
         QTest::keyClick(&m_button, key);
+    QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, {}, true);
+    QApplication::sendEvent(&m_button, &held);
     EXPECT_EQ(clicks, 3);
     EXPECT_TRUE(m_button.hasFocus());
 }
@@ -160,7 +162,8 @@ TEST_F(ControlsTest, theCheckBoxTellsBothNotificationsUnlessLocked) {
     QObject::connect(&m_box, &CheckBox::changed, [&](bool isTicked) { told += isTicked ? u"C"_s : u"c"_s; });
     QObject::connect(&m_box, &CheckBox::ticked, [&](bool isTicked) { told += isTicked ? u"T"_s : u"t"_s; });
     m_box.setFocus();
-    QTest::mouseClick(&m_box, Qt::LeftButton, {}, QPoint(115, 20));
+    m_box.resize(600, 24);
+    QTest::mouseClick(&m_box, Qt::LeftButton, {}, QPoint(595, 20));
     m_box.setValue(false);
     m_box.setValue(false);
     m_box.setLocked(true);
@@ -190,6 +193,56 @@ TEST_F(ControlsTest, theDatePickerTellsEveryChangeOnce) {
                                                   {u"min"_s, u"2026-01-01"_s},
                                                   {u"max"_s, u"2027-01-31"_s},
                                                   {u"shown"_s, u"31/iul./26"_s}}));
+}
+
+TEST_F(ControlsTest, leavingTheDatePickerFinishesWhatWasTyped) {
+    m_date.setBounds({2026, 1, 1}, {2027, 1, 31});
+    m_date.setValue({2026, 3, 15});
+    m_date.setFocus();
+    QTest::keyClicks(&m_date, u"2"_s);
+    EXPECT_EQ(m_date.shown(), u"2/mar./26"_s);
+    m_button.setFocus();
+    EXPECT_EQ(m_date.shown(), u"02/mar./26"_s);
+    m_date.setFocus();
+    QTest::keyClicks(&m_date, u"5"_s);
+    EXPECT_EQ(m_date.value(), QDate(2026, 3, 5)) << "a new number, and no 25";
+}
+
+TEST_F(ControlsTest, aDateIsTypedWithAnySeparatorAndChangedWhereItIsPressed) {
+    m_date.setBounds({2026, 1, 1}, {2027, 1, 31});
+    m_date.resize(200, 24);
+    for (const QString& typed : {u"5/7/26"_s, u"5.7.26"_s, u"5-7-26"_s}) {
+        m_date.setValue({2026, 3, 15});
+        m_button.setFocus();
+        QTest::mouseClick(&m_date, Qt::LeftButton, {}, QPoint(4, 12));
+        QTest::keyClicks(&m_date, typed);
+        EXPECT_EQ(m_date.value(), QDate(2026, 7, 5)) << qPrintable(typed);
+    }
+    const auto behind = [this](const QString& text) { return m_date.fontMetrics().horizontalAdvance(text) + 6; };
+    const std::pair<int, QDate> presses[] = {
+        {4, {2026, 3, 16}}, {behind(u"15/"_s), {2026, 4, 15}}, {behind(u"15/mar./"_s), {2026, 3, 15}}};
+    for (const auto& [place, value] : presses) {
+        m_date.setValue({2026, 3, 15});
+        QTest::mouseClick(&m_date, Qt::LeftButton, {}, QPoint(place, 12));
+        QTest::keyClick(&m_date, Qt::Key_Up);
+        EXPECT_EQ(m_date.value(), value) << "a year more would leave the bounds";
+    }
+}
+
+TEST_F(ControlsTest, whatOpensAtTheFootOfTheScreenOpensUpwards) {
+    const QRect screen = m_window.screen()->availableGeometry();
+    m_list.fill({u"a"_s, u"b"_s, u"c"_s}, 0);
+    m_date.setBounds({2026, 1, 1}, {2027, 1, 31});
+    for (QWidget* control : {static_cast<QWidget*>(&m_list), static_cast<QWidget*>(&m_date)}) {
+        m_window.move(screen.left(), screen.bottom() - control->mapTo(&m_window, QPoint(0, control->height())).y());
+        control->setFocus();
+        QTest::keyClick(control, Qt::Key_F4);
+        const QWidget* open = QApplication::activePopupWidget();
+        ASSERT_NE(open, nullptr);
+        EXPECT_LT(open->geometry().bottom(), control->mapToGlobal(QPoint(0, 0)).y())
+            << control->metaObject()->className();
+        QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Escape);
+    }
 }
 
 TEST_F(ControlsTest, theCalendarPicksWithinTheBounds) {

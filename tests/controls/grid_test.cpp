@@ -3,9 +3,11 @@
 #include "support/test_data.h"
 #include "window_test.h"
 
+#include <QHelpEvent>
 #include <QInputMethodEvent>
 #include <QScrollBar>
 #include <QStringListModel>
+#include <QToolTip>
 
 using namespace Qt::StringLiterals;
 
@@ -130,6 +132,17 @@ TEST_F(GridTest, aClickIsPressedAndReleasedInOneRow) {
         QTest::mouseRelease(viewport, one.button, {}, one.released);
         EXPECT_EQ(m_clicks, one.clicks);
     }
+}
+
+TEST_F(GridTest, aCellThatIsCutShowsWholeUnderThePointer) {
+    for (const bool isCut : {false, true}) {
+        m_grid.setColumnWidth(1, {isCut ? 200 : 1700});
+        const QPoint place = m_grid.viewport()->mapFrom(&m_grid, m_grid.cellRect(2, 1).center());
+        QHelpEvent help(QEvent::ToolTip, place, m_grid.viewport()->mapToGlobal(place));
+        QApplication::sendEvent(m_grid.viewport(), &help);
+        EXPECT_EQ(QToolTip::text(), isCut ? u"2/1"_s : QString());
+    }
+    QToolTip::hideText();
 }
 
 TEST_F(GridTest, aHandlerThatHidesTheGridEndsTheText) {

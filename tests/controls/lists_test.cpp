@@ -79,6 +79,12 @@ TEST_F(DropDownListTest, theTypedStartIsForgottenWithTheFocus) {
     m_list.setFocus();
     QTest::keyClicks(&m_list, u"p"_s);
     EXPECT_EQ(m_list.index(), 1);
+    QTest::keyClicks(&m_list, u"roduse "_s);
+    m_other.setFocus();
+    m_list.setFocus();
+    QTest::keyClicks(&m_list, u"i"_s);
+    EXPECT_EQ(m_list.index(), 1) << "no item starts so";
+    QTest::keyClicks(&m_list, u"p"_s);
     QInputMethodEvent commit(QString(), {});
     commit.setCommitString(u"RODUSE I"_s);
     QApplication::sendEvent(&m_list, &commit);
@@ -375,6 +381,10 @@ TEST_F(TickListTest, noCurrentRowIsAState) {
     EXPECT_TRUE(m_list.ticked().isEmpty());
     QTest::keyClick(&m_list, Qt::Key_Down);
     EXPECT_EQ(m_list.currentIndex(), 0);
+    QTest::keyClick(&m_list, Qt::Key_Up);
+    EXPECT_EQ(m_list.currentIndex(), 0) << "the first stays";
+    QTest::keyClick(&m_list, Qt::Key_Space, Qt::AltModifier);
+    EXPECT_TRUE(m_list.ticked().isEmpty());
 }
 
 }  // namespace velcoran::controls

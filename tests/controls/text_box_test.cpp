@@ -194,6 +194,14 @@ TEST_F(TextBoxTest, theSameTextOverItselfIsNoChange) {
     EXPECT_EQ(m_changes, 2) << "a change back is one";
 }
 
+TEST_F(TextBoxTest, aLockedFieldTakesNoDropAndNoPaste) {
+    m_box.setText(u"abc"_s);
+    m_box.setReadOnly(true);
+    drop(u"x"_s, 3);
+    m_box.paste();
+    EXPECT_EQ(m_box.text(), u"abc"_s);
+}
+
 TEST_F(TextBoxTest, whatAnInputMethodTakesBackMakesRoom) {
     m_box.setText(u"abcde"_s);
     m_box.setFocus();
@@ -247,6 +255,17 @@ TEST_F(TextBoxTest, theFocusSelectsAllAndTheSelectionStays) {
     QTest::mouseClick(&m_box, Qt::LeftButton, {}, QPoint(150, 12));
     EXPECT_EQ(m_box.selLength(), 0);
     EXPECT_EQ(m_box.selStart(), 3);
+    for (const int way : {2, 100}) {
+        m_other.setFocus();
+        QTest::mousePress(&m_box, Qt::LeftButton, {}, QPoint(3, 12));
+        QMouseEvent move(QEvent::MouseMove, QPointF(3 + way, 12), m_box.mapToGlobal(QPointF(3 + way, 12)), Qt::NoButton,
+                         Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&m_box, &move);
+        QTest::mouseRelease(&m_box, Qt::LeftButton, {}, QPoint(3 + way, 12));
+        EXPECT_EQ(m_box.selLength(), 3) << way;
+        EXPECT_EQ(m_box.cursorPosition(), 3) << way;
+        QTest::qWait(0);
+    }
 }
 
 TEST_F(TextBoxTest, sidewaysKeysCollapseTheSelectionToItsEdge) {

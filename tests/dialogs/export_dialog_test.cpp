@@ -1,6 +1,7 @@
 #include "dialogs/export_dialog.h"
 
 #include "dialog_driver.h"
+#include "dialogs/dialog_runner.h"
 #include "support/test_data.h"
 
 #include <QDir>
@@ -47,13 +48,16 @@ protected:
         QFile old(path(name));
         ASSERT_TRUE(old.open(QIODevice::WriteOnly));
     }
-    /// Presses Enter in the file's field. @return text of the message that came; empty for none
+    /// Presses Enter in the file's field.
+    /// @param answer  the button that is pressed in a message; none for Enter
+    /// @return        text of the message that came; empty for none
     QString acceptWith(int answer) {
         QString text;
         const tests::DialogDriver user([&](QDialog& box) {
             auto* message = qobject_cast<QMessageBox*>(&box);
             if (message == nullptr) return;
             text = message->text();
+            if (answer == QMessageBox::NoButton) return QTest::keyClick(message, Qt::Key_Return);
             message->button(static_cast<QMessageBox::StandardButton>(answer))->click();
         });
         QTest::keyClick(&file, Qt::Key_Return);
@@ -83,8 +87,10 @@ TEST_F(ExportDialogTest, aNameAloneLiesInTheSuggestedFolder) {
 
 TEST_F(ExportDialogTest, asksBeforeItReplaces) {
     write(u"raport.pdf"_s);
-    EXPECT_EQ(acceptWith(QMessageBox::No), u"Fișierul „raport.pdf” există deja.\nÎl înlocuiți?"_s);
-    EXPECT_TRUE(dialog.isVisible());
+    for (const auto answer : {QMessageBox::No, QMessageBox::NoButton}) {
+        EXPECT_EQ(acceptWith(answer), u"Fișierul „raport.pdf” există deja.\nÎl înlocuiți?"_s);
+        EXPECT_TRUE(dialog.isVisible()) << "Enter alone loses no file";
+    }
     EXPECT_FALSE(acceptWith(QMessageBox::Yes).isEmpty());
     EXPECT_EQ(dialog.result(), QDialog::Accepted);
 }
@@ -103,6 +109,27 @@ TEST_F(ExportDialogTest, refusesWhatIsNoFile) {
         file.setText(each.typed);
         EXPECT_EQ(acceptWith(QMessageBox::Ok), each.words);
         EXPECT_TRUE(dialog.isVisible());
+    }
+}
+
+TEST_F(ExportDialogTest, goesWithItsWindowButNotWhenThatIsMinimised) {
+    for (const bool isMinimised : {true, false}) {
+        QWidget window;
+        window.show();
+        ExportDialog asked(&window, kFormats, path(u"raport.pdf"_s));
+        QTimer::singleShot(0, &window, [&] {
+            if (!isMinimised) {
+                window.hide();
+                EXPECT_FALSE(asked.isVisible());
+                return asked.reject();
+            }
+            QHideEvent hidden;
+            QSpontaneKeyEvent::setSpontaneous(&hidden);  // as the window system tells it
+            qApp->notify(&window, &hidden);
+            EXPECT_TRUE(asked.isVisible());
+            asked.accept();
+        });
+        EXPECT_EQ(runDialog(asked), isMinimised);
     }
 }
 

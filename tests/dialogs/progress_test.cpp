@@ -5,6 +5,8 @@
 
 #include <QElapsedTimer>
 #include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
 #include <QWidget>
 
 #include <gtest/gtest.h>
@@ -73,16 +75,38 @@ TEST_F(Progress, aLongWorkSaysHowFarItIsAndEscapeStopsIt) {
     const tests::DialogDriver user([&](QDialog& dialog) {
         appeared = elapsed.elapsed();
         said = dialog.findChild<QLabel*>()->text();
+        EXPECT_EQ(dialog.findChild<QProgressBar*>()->value() * 4, dialog.findChild<QProgressBar*>()->maximum() * 3);
         QTest::keyClick(&dialog, Qt::Key_Escape);
     });
-    EXPECT_THROW(run([this] { workUntilStopped(); }), base::Cancelled);
+    QString atLast;
+    std::atomic_bool isSeen{false};
+    QTimer::singleShot(900, &window, [&] {
+        if (const QWidget* dialog = QApplication::activeModalWidget()) {
+            atLast = dialog->findChild<QLabel*>()->text();
+            EXPECT_FALSE(dialog->findChild<QPushButton*>()->isEnabled());
+        }
+        isSeen = true;
+    });
+    EXPECT_THROW(run([&] {
+                     while (!isSeen) std::this_thread::sleep_for(1ms);
+                     workUntilStopped();
+                 }),
+                 base::Cancelled);
     EXPECT_EQ(said, u"Se lucrează… (1.500 din 2.000)"_s);
+    EXPECT_EQ(atLast, u"Se oprește…"_s);
     EXPECT_GE(appeared, 500);
 }
 
-TEST_F(Progress, closingTheWindowStopsTheWork) {
+TEST_F(Progress, closingTheWindowStopsTheWorkAndShowsNothingMore) {
     QTimer::singleShot(20, &window, &QWidget::close);
-    EXPECT_THROW(run([this] { workUntilStopped(); }), base::Cancelled);
+    bool wasDialog = false;
+    QTimer::singleShot(550, &window, [&] { wasDialog = QApplication::activeModalWidget() != nullptr; });
+    EXPECT_THROW(run([this] {
+                     std::this_thread::sleep_for(600ms);
+                     workUntilStopped();
+                 }),
+                 base::Cancelled);
+    EXPECT_FALSE(wasDialog);
 }
 
 }  // namespace

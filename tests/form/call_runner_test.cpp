@@ -62,14 +62,6 @@ TEST_F(SlowStatementTest, closingCancelsAndTheCloseFollows) {
     EXPECT_EQ(member("priza"), u"false"_s);
 }
 
-TEST_F(SlowStatementTest, aSetupMeanwhileIsRefused) {
-    std::optional<base::Error> error;
-    lookUpWhile([&] { error = failureOf(u"Export"_s); });
-    ASSERT_TRUE(error.has_value());
-    EXPECT_EQ(error->number(), 5);
-    EXPECT_EQ(member("caption"), u"Facturi Import Furnizori"_s);
-}
-
 TEST_F(SlowStatementTest, aRefusedCallLeavesTheConnectionToo) {
     const auto other = FakeConnection::create();
     int refused = 0;

@@ -115,13 +115,6 @@ protected:
     OutputTest() {
         connection->answer(u"SELECT An FROM An"_s, {.columns = {{u"An"_s}}, .rows = {{u"2003"_s}}});
         connection->answer(u"FROM Depozite"_s, {.columns = {{u"Depozit"_s}}, .rows = {{u"1 - Central"_s}}});
-        for (const char16_t* name :
-             {u"TipRaport", u"CodClient", u"NumeClient", u"DataDoc", u"NumarFactura", u"ValoareNeta", u"ValoareTVA",
-              u"ValoareBruta", u"Moneda", u"CursValutar", u"ValoareTaxe"}) {
-            const QString column = QString::fromUtf16(name);
-            const bool isAmount = column.startsWith(u"Valoare") || column == u"CursValutar"_s;
-            invoices.columns.append({column, isAmount ? ColumnType::Decimal64 : ColumnType::Text, isAmount ? 2 : 0});
-        }
         invoices.rows = {{u"Furnizor"_s, u"F1"_s, u"ALFA"_s, u"05/07/2003"_s, u"100"_s, u"10.00"_s, u"1.90"_s,
                           u"11.90"_s, u"EUR"_s, u"4.97"_s, u"0.00"_s}};
         connection->answer(u"AS TipRaport"_s, invoices);
@@ -142,7 +135,7 @@ protected:
     QTemporaryDir m_folder;
     OutputSurroundings surroundings;
     com::Ref<FakeConnection> connection = FakeConnection::create();
-    FakeAnswer invoices;
+    FakeAnswer invoices = reportColumns();
     form::RptStoc window{surroundings};
     viewer::ReportViewer* viewer = nullptr;
 };

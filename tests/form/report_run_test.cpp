@@ -3,13 +3,8 @@
 #include <QComboBox>
 #include <QGuiApplication>
 
-#include "db/forwarding.h"
-#include "db/keeper.h"
 #include "report/layout/document.h"
 #include "report/report.h"
-
-#include <QElapsedTimer>
-#include <QTimer>
 
 namespace velcoran::tests {
 
@@ -21,25 +16,10 @@ namespace {
 const char* const kWaiting[] = {"Raport", "cmdExit", "cmbVizual", "frmEnable", "Command1", "cmdViz"};
 
 FakeAnswer invoices() {
-    const FakeColumn money{{}, ColumnType::Decimal64, 2};
-    const auto amount = [&](const QString& name) {
-        FakeColumn column = money;
-        column.name = name;
-        return column;
-    };
-    return {.columns = {{u"TipRaport"_s},
-                        {u"CodClient"_s},
-                        {u"NumeClient"_s},
-                        {u"DataDoc"_s},
-                        {u"NumarFactura"_s},
-                        amount(u"ValoareNeta"_s),
-                        amount(u"ValoareTVA"_s),
-                        amount(u"ValoareBruta"_s),
-                        {u"Moneda"_s},
-                        amount(u"CursValutar"_s),
-                        amount(u"ValoareTaxe"_s)},
-            .rows = {{u"Furnizor"_s, u"F1"_s, u"ALFA"_s, u"05/07/2003"_s, u"100"_s, u"10.00"_s, u"1.90"_s, u"11.90"_s,
-                      u"EUR"_s, u"4.97"_s, u"0.00"_s}}};
+    FakeAnswer answer = reportColumns();
+    answer.rows = {{u"Furnizor"_s, u"F1"_s, u"ALFA"_s, u"05/07/2003"_s, u"100"_s, u"10.00"_s, u"1.90"_s, u"11.90"_s,
+                    u"EUR"_s, u"4.97"_s, u"0.00"_s}};
+    return answer;
 }
 
 }  // namespace
@@ -177,24 +157,6 @@ TEST_F(ReportRunTest, aLostConnectionLeavesTheWindowUsable) {
     EXPECT_TRUE(surroundings.messages.isEmpty());
 }
 
-TEST_F(ReportRunTest, closingOrSettingUpWhileItLoadsLeavesNothingBehind) {
-    FakeAnswer slow = invoices();
-    slow.runDelay = 5s;
-    connection->answer(u"AS TipRaport"_s, slow);
-    run();
-    expectPointer(u"hourglass"_s);
-    setUpFor(u"Export"_s);
-    expectPointer(u"default"_s);
-    expectWaiting(false);
-    EXPECT_TRUE(isShown("frmEnable"));
-    EXPECT_FALSE(viewer()->isBusy());
-    run();
-    window.close();
-    EXPECT_FALSE(window.isLoaded());
-    expectPointer(u"default"_s);
-    EXPECT_FALSE(connection->isBusy());
-}
-
 TEST_F(ReportRunTest, emptiesCodesWhoseFieldsAreEmpty) {
     giveFocus("txtCodClient");
     press(Qt::Key_Return);
@@ -216,126 +178,6 @@ TEST_F(ReportRunTest, showsTheValueOfAClickedObject) {
     EXPECT_TRUE(useDefault);
     emit viewer()->printButtonClicked(&useDefault);
     EXPECT_FALSE(useDefault);
-}
-
-TEST_F(ReportRunTest, aCallEndsTheWaitStateThatAFailedRunLeft) {
-    connection->answer(u"AS TipRaport"_s, {.openError = base::Error(base::kStatementError, u"Incorrect syntax"_s)});
-    run();
-    expectWaiting(true);
-    setUpFor(u"Export"_s);
-    expectWaiting(false);
-    EXPECT_TRUE(isShown("frmEnable"));
-    EXPECT_EQ(caption("Label2"), u"Asteptati va rog ! Se interogheaza baza de date ..."_s);
-    connection->answer(u"AS TipRaport"_s, invoices());
-    run();
-    ASSERT_TRUE(waitForEnd());
-    EXPECT_TRUE(viewer()->hasReport());
-}
-
-TEST_F(ReportRunTest, withoutAnOpenConnectionTheWindowStaysAsItWas) {
-    struct Case {
-        const char* name;
-        std::function<void()> lose;
-        int number;
-    };
-    const Case cases[] = {{"none", [this] { window.setPriza(db::Connection()); }, base::kObjectNotSet},
-                          {"closed by its host", [this] { connection->close(); }, base::kInvalidConnection}};
-    for (const Case& one : cases) {
-        one.lose();
-        surroundings.messages.clear();
-        run();
-        ASSERT_EQ(surroundings.messages.size(), 1) << one.name;
-        EXPECT_TRUE(surroundings.messages[0].text.startsWith(QString::number(one.number))) << one.name;
-        expectWaiting(false);
-        expectPointer(u"default"_s);
-        EXPECT_EQ(focus(), u"Raport"_s) << one.name;
-        window.setPriza(db::Connection(connection->asConnection()));
-    }
-}
-
-TEST_F(ReportRunTest, escStopsTheLoadWithoutAnyFocusAndOnce) {
-    FakeAnswer slow = invoices();
-    slow.runDelay = 60s;
-    connection->answer(u"AS TipRaport"_s, slow);
-    run();
-    ASSERT_TRUE(waitFor([this] { return connection->isBusy(); }));
-    EXPECT_EQ(focus(), QString());
-    QKeyEvent held(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier, QString(), true);
-    QApplication::sendEvent(&window, &held);
-    EXPECT_TRUE(viewer()->isBusy()) << "a key held down from before stops nothing";
-    QTest::keyClick(&window, Qt::Key_Escape);
-    ASSERT_TRUE(waitForEnd());
-    EXPECT_TRUE(window.isLoaded());
-    EXPECT_TRUE(surroundings.messages.isEmpty());
-    expectPointer(u"default"_s);
-    EXPECT_EQ(focus(), u"CRW"_s);
-}
-
-TEST_F(ReportRunTest, aStoppedPreparationLeavesTheFiltersAsTheyWere) {
-    FakeAnswer slow = invoices();
-    slow.openDelay = 60s;
-    connection->answer(u"AS TipRaport"_s, slow);
-    giveFocus("Raport");
-    QTimer::singleShot(500, &window, [this] { QTest::keyClick(&window, Qt::Key_Escape); });
-    run();
-    expectWaiting(false);
-    expectPointer(u"default"_s);
-    EXPECT_TRUE(surroundings.messages.isEmpty());
-    EXPECT_TRUE(isShown("frmEnable"));
-    EXPECT_EQ(focus(), u"Raport"_s);
-    connection->answer(u"AS TipRaport"_s, invoices());
-    run();
-    ASSERT_TRUE(waitForEnd());
-    EXPECT_TRUE(viewer()->hasReport()) << "the stop was for that run alone";
-}
-
-/// A connection whose driver does not hear a cancel.
-class DeafStatement final : public db::ForwardingStatement {
-public:
-    using ForwardingStatement::ForwardingStatement;
-    com::HResult Cancel() override { return com::kOk; }
-};
-class DeafConnection final : public db::ForwardingConnection {
-public:
-    using ForwardingConnection::ForwardingConnection;
-    com::HResult Cancel() override { return com::kOk; }
-
-private:
-    com::Ref<IRows> wrap(com::Ref<IRows> rows, const QString&) override { return rows; }
-    com::Ref<IStatement> wrap(com::Ref<IStatement> statement, const QString&) override {
-        return com::Ref<IStatement>::adopt(com::makeObject<DeafStatement>(std::move(statement)).release());
-    }
-};
-
-TEST_F(ReportRunTest, aSilentServerHoldsNeitherACloseNorACall) {
-    for (const bool isClosing : {true, false}) {
-        const auto silent = FakeConnection::create();
-        silent->answer(u"FROM An"_s, {.columns = {{u"An"_s}}, .rows = {{u"2003"_s}}});
-        silent->answer(u"FROM Depozite"_s, {.columns = {{u"D"_s}}, .rows = {{u"1 - A"_s}}});
-        FakeAnswer slow = invoices();
-        slow.fetchDelay = 2s;
-        silent->answer(u"AS TipRaport"_s, slow);
-        const auto deaf =
-            com::Ref<IConnection>::adopt(com::makeObject<DeafConnection>(silent->asConnection()).release());
-        window.setPriza(db::Connection(deaf));
-        window.Incarca(u"Import"_s, QDate(2003, 7, 15), {});
-        run();
-        ASSERT_TRUE(waitFor([&] { return silent->isBusy(); }));
-        QElapsedTimer clock;
-        clock.start();
-        if (isClosing) {
-            window.close();
-            EXPECT_FALSE(window.isLoaded());
-        } else {
-            setUpFor(u"Export"_s);
-            EXPECT_EQ(member("caption"), u"Facturi Export Clienti"_s);
-        }
-        EXPECT_LT(clock.elapsed(), 1900) << "the window's thread did not wait for the driver";
-        EXPECT_FALSE(db::keeper().isEmpty());
-        EXPECT_THROW((void)db::Connection(deaf).execute(u"SELECT An FROM An"_s), base::Error);
-        ASSERT_TRUE(waitFor([] { return db::keeper().isEmpty(); })) << "joined when the driver has returned";
-        EXPECT_NO_THROW((void)db::Connection(deaf).execute(u"SELECT An FROM An"_s));
-    }
 }
 
 TEST_F(ReportRunTest, whatIsShownKeepsItsKindAndFilters) {

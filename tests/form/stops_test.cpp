@@ -122,6 +122,9 @@ TEST_F(StopsTest, escStopsTheLoadWhereverTheFocusIs) {
         run();
         ASSERT_TRUE(waitUntilReading()) << isDeaf;
         EXPECT_EQ(focus(), QString()) << "nothing can be worked";
+        QKeyEvent held(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier, {}, true);
+        QCoreApplication::sendEvent(&window, &held);
+        EXPECT_TRUE(viewer()->isBusy()) << "a key held down from before stops nothing";
         QElapsedTimer clock;
         clock.start();
         pressInWindow(Qt::Key_Escape);
@@ -133,8 +136,6 @@ TEST_F(StopsTest, escStopsTheLoadWhereverTheFocusIs) {
         EXPECT_EQ(focus(), u"CRW"_s);
         EXPECT_FALSE(viewer()->failure().isValid()) << "a stop is no failure";
         EXPECT_TRUE(surroundings.messages.isEmpty());
-
-        QKeyEvent held(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier, {}, true);
         QCoreApplication::sendEvent(QApplication::focusWidget(), &held);
         EXPECT_TRUE(window.isLoaded()) << "held down it does nothing more";
         QTest::mouseClick(find<QWidget>("cmdViz"), Qt::LeftButton);
@@ -202,6 +203,11 @@ TEST_F(StopsTest, aStoppedPreparationLeavesTheWindowAsItWas) {
         EXPECT_EQ(focus(), u"Raport"_s);
         EXPECT_EQ(member("bRaportIncarcat"), u"false"_s);
     }
+    connection->answerAtLast();
+    ASSERT_TRUE(waitFor([] { return db::keeper().isEmpty(); }));
+    connection->answer(kReport, oneInvoice());
+    run();
+    ASSERT_TRUE(waitFor([this] { return viewer()->hasReport(); })) << "the stop was for that run alone";
 }
 
 TEST_F(StopsTest, aStopCountsAlsoWhenTheStatementCameToItsEnd) {
@@ -328,6 +334,7 @@ TEST_F(StopsTest, aCallEndsWhatIsLeftStanding) {
     EXPECT_TRUE(isShown("fraMesaj"));
     setUpFor(u"Export"_s);
     expectFiltersUsable();
+    EXPECT_EQ(caption("Label2"), u"Asteptati va rog ! Se interogheaza baza de date ..."_s);
     EXPECT_EQ(focus(), u"Raport"_s) << "where it was";
 
     lookUp();

@@ -23,15 +23,39 @@ extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 
 namespace hosts {
 
-/// The names of a folder of /proc/self, with what each link leads to.
-inline std::string entriesOf(const char* folder) {
-    std::set<std::string> entries;
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-        std::error_code none;
-        entries.insert(entry.path().filename().string() + " " + std::filesystem::read_symlink(entry, none).string());
-    }
+/// The numbers in a folder of /proc/self.
+inline std::set<int> numbersIn(const char* folder) {
+    std::set<int> numbers;
+    for (const auto& entry : std::filesystem::directory_iterator(folder))
+        numbers.insert(std::stoi(entry.path().filename().string()));
+    return numbers;
+}
+
+/// What a descriptor is open on; empty for a closed one. The name of a file may change under it, its device, number and
+/// type do not; what has no file behind it shares one number, and its kind is its name.
+inline std::string targetOf(int descriptor) {
+    struct stat target {};
+    if (fstat(descriptor, &target) != 0) return {};
+    std::error_code none;
+    const std::string name =
+        std::filesystem::read_symlink("/proc/self/fd/" + std::to_string(descriptor), none).string();
+    if (name.starts_with("anon_inode:")) return name;
+    return std::to_string(target.st_dev) + ":" + std::to_string(target.st_ino) + " type " +
+           std::to_string(target.st_mode & S_IFMT);
+}
+
+/// The open descriptors with what each is open on, without the one that lists them.
+inline std::string openDescriptors() {
     std::string text;
-    for (const std::string& entry : entries) text += entry + "; ";
+    for (const int descriptor : numbersIn("/proc/self/fd"))
+        if (const std::string target = targetOf(descriptor); !target.empty())
+            text += std::to_string(descriptor) + " " + target + "; ";
+    return text;
+}
+
+inline std::string threads() {
+    std::string text;
+    for (const int thread : numbersIn("/proc/self/task")) text += std::to_string(thread) + "; ";
     return text;
 }
 
@@ -60,8 +84,8 @@ inline std::map<std::string, std::string> processFacts() {
         const std::string text = *variable;
         facts["variable " + text.substr(0, text.find('='))] = text;
     }
-    facts["descriptors"] = entriesOf("/proc/self/fd");
-    facts["threads"] = entriesOf("/proc/self/task");
+    facts["descriptors"] = openDescriptors();
+    facts["threads"] = threads();
     return facts;
 }
 

@@ -174,6 +174,14 @@ TEST(Document, manyCurrenciesOfOneGroupFlowOverPages) {
     }
 }
 
+TEST(Document, knowsTheTextsOfItsRowsAndNoMore) {
+    const auto document = ReportRun(answerOf({Row()})).document();
+    EXPECT_EQ(document->textOfRow(0, ColumnRole::NumarFactura), u"1001"_s);
+    EXPECT_EQ(document->textOfRow(0, ColumnRole::CodClient), u"F0001"_s);
+    for (const qint64 row : {qint64{-1}, qint64{1}})
+        EXPECT_THROW((void)document->textOfRow(row, ColumnRole::CodClient), base::Error);
+}
+
 TEST(Page, showsAmountsWholeHoweverLong) {
     Row row;
     row.net = row.gross = u"123456789012345678901234567890123456.78"_s;

@@ -139,7 +139,9 @@ TEST_F(ExportDocuments, plainTextStandsInColumns) {
     std::vector<Row> rows = sampleRows(200, 9);
     rows[0].net = u"-123456789012.34"_s;
     rows[1].name = u"NUME 𝄞 CU\r\nRAND"_s;
-    const auto document = ReportRun(answerOf(rows)).document();
+    for (Row& row : rows) row.rate = u"19000000.000000"_s;
+    rows[2].rate = u"18000000.123456"_s;  // smaller, longer, and wider than the heading
+    const auto document = ReportRun(answerOf(rows, {.rateScale = 6})).document();
     const QStringList lines = QString::fromUtf8(exported(kPlainText, document).sliced(3)).split(u"\r\n"_s);
     const qsizetype heading = lines.indexOf(QRegularExpression(u"^Cod furnizor .* Valoare bruta$"_s));
     ASSERT_GT(heading, 0);
@@ -155,6 +157,27 @@ TEST_F(ExportDocuments, plainTextStandsInColumns) {
     const qsizetype moneda = lines[heading].indexOf(u"Moneda");
     for (const QString& line : lines.sliced(heading).filter(u"Total documente: "_s))
         EXPECT_TRUE(line[moneda - 1].isSpace() && line[moneda].isUpper()) << qPrintable(line);
+}
+
+TEST_F(ExportDocuments, everyRowOfTheirTablesIsAsWideAsTheHeading) {
+    const auto document = ReportRun(answerOf(sampleRows(40, 5))).document();
+    exported(kOdt, document);
+    const QString odt = QString::fromUtf8(entry(path(u"raport"_s), u"content.xml"_s));
+    const QString html = QString::fromUtf8(exported(kHtml, document));
+    static const QRegularExpression kCell(u"<(td|th|table:table-cell|table:covered-table-cell)[ />]"_s);
+    static const QRegularExpression kSpan(u"colspan=\"(\\d+)\""_s);
+    for (const auto& [text, end] : {std::pair(odt, u"</table:table-row>"_s), std::pair(html, u"</tr>"_s)}) {
+        QSet<int> widths;
+        QStringList lines = text.split(end);
+        lines.removeLast();
+        for (const QString& line : lines) {
+            int width = static_cast<int>(line.count(kCell));
+            for (const QRegularExpressionMatch& span : kSpan.globalMatch(line)) width += span.captured(1).toInt() - 1;
+            widths.insert(width);
+        }
+        EXPECT_EQ(widths, QSet<int>{10}) << qPrintable(end);
+        EXPECT_GT(lines.size(), 40);
+    }
 }
 
 TEST_F(ExportDocuments, tellOfDocumentsWithoutARateWhereThereAreSome) {

@@ -155,6 +155,13 @@ TEST_F(ExportXlsx, keepsTextsNumbersAndDates) {
     EXPECT_TRUE(styles.contains("\"dd/mm/yyyy\""));
 }
 
+TEST_F(ExportXlsx, leavesOutWhatNoWorkbookHolds) {
+    Row row;
+    row.name = u"INAINTE"_s + QChar(0) + u"SI"_s + QChar(0xFFFE) + u"DUPA"_s;
+    exported(kXlsx, ReportRun(answerOf({row})).document());
+    EXPECT_TRUE(entry(path(u"raport"_s), u"xl/worksheets/sheet1.xml"_s).contains("INAINTESIDUPA"));
+}
+
 TEST_F(ExportXlsx, carriesTheTotalsOfTheReport) {
     for (const auto& [definition, option] : {std::pair(u"CRFacturiImport"_s, 0), std::pair(u"CRFacturiImportDT"_s, 0),
                                              std::pair(u"CRFacturiImport"_s, 1)}) {

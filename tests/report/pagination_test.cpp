@@ -10,15 +10,19 @@ using namespace velcoran::report;
 
 namespace {
 
-/// The pages of groups of given sizes, each with one currency, on paper of any height.
+/// The pages of groups of given sizes, each with one currency or one a document, on paper of any height.
 class Pages {
 public:
-    explicit Pages(const std::vector<int>& sizes) : m_definition(definitionNamed(u"CRFacturiImport"_s)) {
+    explicit Pages(const std::vector<int>& sizes, bool isOfManyCurrencies = false)
+        : m_definition(definitionNamed(u"CRFacturiImport"_s)) {
         std::vector<Row> rows;
         for (std::size_t group = 0; group < sizes.size(); ++group) {
             Row row;
             row.code = u"F%1"_s.arg(group);
-            rows.insert(rows.end(), static_cast<std::size_t>(sizes[group]), row);
+            for (int i = 0; i < sizes[group]; ++i) {
+                if (isOfManyCurrencies) row.moneda = u"V%1"_s.arg(i);
+                rows.push_back(row);
+            }
         }
         m_data = ReportRun(answerOf(rows)).data();
     }
@@ -90,4 +94,13 @@ TEST(Pagination, spreadsALongGroupOverFullPages) {
     QStringList plans;
     for (int page = 1; page <= full.pageCount(); ++page) plans.append(planOf(full, page));
     EXPECT_EQ(plans, (QStringList{u"0:10+0"_s, u"0:10+0"_s, u"0:9+0"_s, u"0:1+2 end3"_s}));
+}
+
+TEST(Pagination, aSmallGroupThatNoPageHoldsBeginsWhereThereIsRoom) {
+    const Pages pages({1, 3}, true);
+    const int height = pages.top(1) + pages.footer() + pages.top(1);
+    const Pagination exact = pages.at(height);
+    ASSERT_GT(pages.top(3) + exact.groupFooter().height(3), height);
+    EXPECT_EQ(planOf(exact, 1), u"0:1+2 1:1+0"_s);
+    EXPECT_EQ(planOf(pages.at(height - 1), 1), u"0:1+2"_s);
 }

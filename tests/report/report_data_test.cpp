@@ -65,6 +65,15 @@ TEST(Groups, daysByTheCalendar) {
                                                 u"31/12/2025"_s, u"02/01/2026"_s, u"01/02/2026"_s}));
 }
 
+TEST(Groups, momentsCountByTheirDay) {
+    tests::FakeAnswer answer =
+        answerOf({onDay(u"1970-01-01 00:00:00"_s), onDay(u"1969-12-31 23:59:59"_s), onDay(u"1899-12-30 00:00:01"_s),
+                  onDay(u"2026-03-15 18:30:00"_s), onDay(u"1969-12-31 00:00:00"_s)});
+    answer.columns[3].type = ColumnType::DateTime;
+    ReportRun run(std::move(answer), u"CRFacturiImportDT"_s);
+    EXPECT_EQ(keysOf(*run.data()), (QStringList{u"30/12/1899"_s, u"31/12/1969"_s, u"01/01/1970"_s, u"15/03/2026"_s}));
+}
+
 TEST(Groups, keepTheStatementsOrder) {
     ReportRun run(answerOf({partner(u"B"_s, u"B"_s, u"9"_s), partner(u"A"_s, u"A"_s, u"5"_s),
                             partner(u"B"_s, u"B"_s, u"3"_s), partner(u"A"_s, u"A"_s, u"7"_s)}));
@@ -92,6 +101,12 @@ TEST(Totals, areExactByCurrency) {
          {u"9223372036854775807"_s, u"9223372036854775807"_s},
          u"18446744073709551614.00"},
         {"doubles", {ColumnType::Double}, {u"0.1"_s, u"0.2"_s, u"1e-9"_s}, u"0.300000001"},
+        {"doubles far from one",
+         {ColumnType::Double},
+         {u"1e-300"_s, u"-4e-54"_s, u"7e-40"_s, u"1e15"_s, u"-1.5e20"_s},
+         u"-149999000000000000000.00"},
+        {"the largest one", {ColumnType::Double}, {u"1e37"_s}, u"10000000000000000000000000000000000000.00"},
+        {"the last place", {ColumnType::Double}, {u"1.23e-38"_s}, u"0.00000000000000000000000000000000000001"},
         {"texts", {ColumnType::Text}, {u"0.1"_s, u" 12 "_s, u"-1,5"_s, u""_s}, u"10.60"},
     };
     for (const Case& one : cases) {
@@ -206,7 +221,7 @@ TEST(RunOutcome, tellsWhatIsWrongWithTheRows) {
         {"words for an amount", u"mult"_s, {ColumnType::Text}, base::kTypeMismatch},
         {"a date for an amount", u"2026-01-01"_s, {ColumnType::DateTime}, base::kTypeMismatch},
         {"more than 38 digits", u"123456789012345678901234567890123456789"_s, {ColumnType::Text}, base::kOverflow},
-        {"a huge double", u"1e300"_s, {ColumnType::Double}, base::kOverflow},
+        {"a huge double", u"1e38"_s, {ColumnType::Double}, base::kOverflow},
         {"the same as a text", u"1e+300"_s, {ColumnType::Text}, base::kOverflow},
         {"an infinity", u"inf"_s, {ColumnType::Double}, base::kTypeMismatch},
         {"the same as a text", u"inf"_s, {ColumnType::Text}, base::kTypeMismatch},
@@ -262,6 +277,14 @@ TEST(BindFields, needsTheColumnsThatAreGroupedAndAdded) {
     Report report(definitionNamed(u"CRFacturiImport"_s));
     EXPECT_THROW(report.bindFields(), base::Error);
     EXPECT_THROW(report.start({}), base::Error);
+    tests::FakeAnswer twice = answerOf({Row()});
+    twice.columns.append({u"MONEDA"_s});
+    twice.rows[0].push_back(u"XYZ"_s);
+    ReportRun run(twice);
+    EXPECT_EQ(run.data()->totals().at(0).currency, u"EUR"_s) << "the first of two columns of one name";
+    const db::Connection connection(run.connection().asConnection());
+    run.report().addCommand(connection, {connection, db::kCommandText, u"SELECT"_s});
+    EXPECT_THROW(run.report().start({}), base::Error) << "another command is bound anew";
 }
 
 TEST(Cancel, endsARunSoonAndOnce) {

@@ -53,6 +53,27 @@ TEST_F(Loading, failuresStandInThePane) {
         EXPECT_EQ(heading(), u"Raportul nu a putut fi încărcat."_s);
         EXPECT_EQ(text(), u"-2147467259: legătura s-a pierdut"_s);
         EXPECT_FALSE(part("crwState").isHidden());
+        EXPECT_EQ(viewer.failure().toMap().value(u"number"_s), base::kProviderFailure);
+    }
+    load(scriptedReport(reportRows(1, 5)));
+    EXPECT_FALSE(viewer.failure().isValid());
+    FakeAnswer slow = reportRows(1, 5);
+    slow.fetchDelay = 1h;
+    viewer.setReportSource(scriptedReport(slow));
+    viewer.viewReport();
+    EXPECT_TRUE(text().startsWith(u"0 rânduri"_s)) << "not those of the report before";
+    viewer.setReportSource(scriptedReport(slow));
+    EXPECT_FALSE(viewer.isBusy());
+}
+
+TEST_F(Loading, whatComesAfterAStopIsDropped) {
+    for (int round = 0; round < 15; ++round) {
+        viewer.setReportSource(scriptedReport(reportRows(1, 5)));
+        viewer.viewReport();
+        QTest::qSleep(round);  // without events: the answer lies in wait
+        viewer.cancelLoading(false);
+        QCoreApplication::processEvents();
+        ASSERT_FALSE(viewer.hasReport()) << round;
     }
 }
 

@@ -101,10 +101,6 @@ TEST_F(Navigation, scrollingChangesThePage) {
     const qint64 before = pages().scrollPosition();
     press(Qt::Key_Up);
     EXPECT_LT(pages().scrollPosition(), before);
-    QTest::mousePress(pages().viewport(), Qt::LeftButton, {}, QPoint(400, 400));
-    QTest::mouseMove(pages().viewport(), QPoint(400, 300));
-    QTest::mouseRelease(pages().viewport(), Qt::LeftButton, {}, QPoint(400, 300));
-    EXPECT_EQ(pages().scrollPosition(), before - pages().verticalScrollBar()->singleStep() + 100);
 }
 
 TEST_F(Navigation, zoomKeepsThePlaceInView) {

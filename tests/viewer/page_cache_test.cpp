@@ -4,7 +4,7 @@
 #include "viewer/pages/page_layout.h"
 #include "viewer_fixture.h"
 
-#include <QSignalSpy>
+#include <algorithm>
 
 namespace velcoran::viewer {
 
@@ -35,6 +35,26 @@ TEST_F(Pictures, comeInTheOrderAskedForAndKeepTheLimit) {
     EXPECT_TRUE(cache.standIns(0, kSize).empty());
     cache.setDocument(viewer.document());
     EXPECT_EQ(cache.bytes(), 0);
+}
+
+TEST_F(Pictures, ofTheReportBeforeAreDroppedHoweverLateTheyCome) {
+    constexpr QSize kSize(400, 283);
+    PageCache cache;
+    for (int round = 0; round < 10; ++round) {
+        cache.setDocument(viewer.document());
+        std::vector<PictureKey> before;
+        for (int page = 0; page < 12; ++page) before.push_back({page, kSize, 0});
+        QList<int> ready;
+        const auto noted = QObject::connect(&cache, &PageCache::pictureReady, &cache, [&](int page) { ready << page; });
+        cache.want(before);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return !ready.isEmpty(); }, 20'000));
+        cache.setDocument(viewer.document());  // while the threads draw
+        ready.clear();
+        cache.want({{20, kSize, 0}, {21, kSize, 0}, {22, kSize, 0}, {23, kSize, 0}});
+        ASSERT_TRUE(QTest::qWaitFor([&] { return ready.size() >= 4; }, 20'000));
+        EXPECT_GE(*std::ranges::min_element(ready), 20);
+        QObject::disconnect(noted);
+    }
 }
 
 // A picture of the window is whole, also when it is taken before the threads have drawn the page that was gone to.

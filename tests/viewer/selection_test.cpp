@@ -32,6 +32,12 @@ protected:
         return pages().placeOf(0, viewer::rectOf(*item)).center().toPoint();
     }
 
+    /// The upper half of what is in view: below stands the time of printing.
+    QImage picture() {
+        const QImage seen = pages().viewport()->grab().toImage();
+        return seen.copy(0, 0, seen.width(), seen.height() / 2);
+    }
+
     const QString longNumber = u"FACTURA-EXTERNA-CU-UN-NUMAR-FOARTE-FOARTE-LUNG-1234567890"_s;
     QList<QStringList> clicks;
 };
@@ -85,6 +91,29 @@ TEST_F(Objects, theChosenOneIsCopiedWhole) {
     QTest::mouseClick(pages().viewport(), Qt::LeftButton, {}, place);
     QTest::keyClick(&pages(), Qt::Key_C, Qt::ControlModifier);
     EXPECT_EQ(clipboard->text(), longNumber);
+}
+
+TEST_F(Objects, aNewReportShowsNothingOfTheOneBefore) {
+    const auto isLong = [this](const report::PageItem& item) { return item.fullText == longNumber; };
+    const QPoint place = middleOf(isLong);
+    const auto before = scriptedReport(reportRows(2, 4));
+    load(before);
+    const QImage clean = picture();
+    FakeAnswer marked = reportRows(2, 5);
+    marked.rows[2][4] = longNumber;
+    load(scriptedReport(marked));
+    EXPECT_TRUE(act("search", {{u"text"_s, u"F0001-2"_s}}).isValid());
+    QTest::mouseClick(pages().viewport(), Qt::LeftButton, {}, place);
+    ASSERT_NE(picture(), clean);
+    load(before);
+    EXPECT_EQ(picture(), clean);
+    QGuiApplication::clipboard()->setText(u"nimic"_s);
+    QTest::keyClick(&pages(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), u"nimic"_s);
+    QTest::mouseDClick(pages().viewport(), Qt::LeftButton, {}, place);
+    EXPECT_EQ(clicks, QList<QStringList>{{u"F0001-3"_s}});
+    QTest::keyClick(&pages(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), u"F0001-3"_s);
 }
 
 TEST_F(Objects, theFieldInTheTotalsIsNoRecord) {

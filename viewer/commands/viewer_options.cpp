@@ -6,6 +6,13 @@ namespace velcoran::viewer {
 
 namespace {
 
+struct OptionRow {
+    int option;  ///< number in the viewer's interface
+    Part part;
+    bool isOnAtFirst;  ///< what holds until the option is set
+};
+
+/// The sixteen options, by number.
 constexpr OptionRow kRows[] = {
     {253, Part::Tree, true},       {254, Part::Navigation, true},    {255, Part::Search, true},
     {257, Part::Progress, true},   {258, Part::PrintButton, true},   {259, Part::RefreshButton, false},
@@ -16,8 +23,6 @@ constexpr OptionRow kRows[] = {
 };
 
 }  // namespace
-
-std::span<const OptionRow> optionRows() { return kRows; }
 
 bool ViewerOptions::isOn(Part part) const {
     const auto* row = std::ranges::find_if(kRows, [part](const OptionRow& entry) { return entry.part == part; });

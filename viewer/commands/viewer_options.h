@@ -3,8 +3,6 @@
 #include <QMap>
 #include <QVariantMap>
 
-#include <span>
-
 namespace velcoran::viewer {
 
 /// The part of the viewer that a display option switches.
@@ -26,15 +24,6 @@ enum class Part {
     Tabs,
     Animation,
 };
-
-struct OptionRow {
-    int option;  ///< number in the viewer's interface
-    Part part;
-    bool isOnAtFirst;  ///< what holds until the option is set
-};
-
-/// The sixteen options, by number.
-[[nodiscard]] std::span<const OptionRow> optionRows();
 
 /// Display options as they were set, and what they mean for each part.
 class ViewerOptions {

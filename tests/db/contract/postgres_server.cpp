@@ -1,5 +1,7 @@
 #include "contract/postgres_server.h"
 
+#include "contract/odbc_driver.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -22,7 +24,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr auto kPrograms = "/usr/lib/postgresql/15/bin/";
-constexpr auto kDriver = "/usr/lib/x86_64-linux-gnu/odbc/psqlodbcw.so";
 constexpr auto kUser = "velcoran";
 constexpr int kStartSeconds = 120;
 
@@ -71,8 +72,7 @@ int findFreePort() {
 }  // namespace
 
 PostgresServer::PostgresServer() {
-    if (!QFileInfo::exists(QString::fromLatin1(kDriver)))
-        fail(u"%1 is missing: install odbc-postgresql"_s.arg(QString::fromLatin1(kDriver)));
+    m_driver = driverText(u"PostgreSQL Unicode"_s, u"odbc-postgresql"_s);
     const bool isHere = geteuid() != 0 || isReachable(QDir::currentPath());
     m_folder =
         std::make_unique<QTemporaryDir>((isHere ? QDir::currentPath() : QDir::tempPath()) + u"/postgres-XXXXXX"_s);
@@ -128,9 +128,8 @@ void PostgresServer::awaitStart() {
 }
 
 QString PostgresServer::connectionText(int port) const {
-    return u"Driver=%1;Server=127.0.0.1;Port=%2;Database=postgres;UID=%3;PWD=%4;SSLmode=disable"_s.arg(
-        QString::fromLatin1(kDriver), QString::number(port == 0 ? m_port : port), QString::fromLatin1(kUser),
-        password());
+    return m_driver + u"Server=127.0.0.1;Port=%1;Database=postgres;UID=%2;PWD=%3;SSLmode=disable"_s.arg(
+                          QString::number(port == 0 ? m_port : port), QString::fromLatin1(kUser), password());
 }
 
 PostgresServer& PostgresServer::instance() {

@@ -32,6 +32,7 @@ private:
     void start();
     void awaitStart();
 
+    QString m_driver;  ///< start of its connection texts
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<QProcess> m_process;
     int m_port = 0;

@@ -1,5 +1,6 @@
 #include "provider.h"
 
+#include "contract/odbc_driver.h"
 #include "contract/postgres_server.h"
 
 #include "db/odbc/connection.h"
@@ -7,7 +8,6 @@
 #include "db/sqlite/database.h"
 
 #include <QDir>
-#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include <sqlite3.h>
@@ -75,20 +75,10 @@ public:
     }
 };
 
-class OdbcBase {
-public:
-    static com::Ref<IConnection> openDriver(const QString& driver, const QString& package, const QString& text) {
-        if (!QFileInfo::exists(driver))
-            throw std::runtime_error(u"%1 is missing: install %2"_s.arg(driver, package).toStdString());
-        return odbc::openConnection(u"Driver=%1;"_s.arg(driver) + text);
-    }
-};
-
 class SqliteDriver final : public SqliteBase {
 public:
     com::Ref<IConnection> open() override {
-        return OdbcBase::openDriver(u"/usr/lib/x86_64-linux-gnu/odbc/libsqlite3odbc.so"_s, u"libsqliteodbc"_s,
-                                    u"Database="_s + path());
+        return odbc::openConnection(driverText(u"SQLite3"_s, u"libsqliteodbc"_s) + u"Database="_s + path());
     }
     void close(const com::Ref<IConnection>& connection) override { odbc::closeConnection(connection); }
     /// The driver gives all errors of the database one state.
