@@ -55,8 +55,7 @@ system::Display choose(DisplayNeed need) {
     const bool isNamed = isDisplayNamed();
     if (need == DisplayNeed::Needed && !isNamed)
         throw base::Error(base::kInvalidProcedureCall, u"there is no display; export and drive work without one"_s);
-    const bool isShown = need != DisplayNeed::None && isNamed;
-    system::DisplaySearch search = system::findDisplay(isShown ? system::qtPlatformList() : "offscreen");
+    system::DisplaySearch search = system::findDisplay(isNamed ? system::qtPlatformList() : "offscreen");
     if (!search.display) refuse(search.faults);
     return std::move(*search.display);
 }

@@ -10,7 +10,7 @@ namespace velcoran::host {
 
 /// What a command needs of a display.
 enum class DisplayNeed {
-    None,    ///< never shows itself
+    None,    ///< never shows itself: such a command has no display chosen
     Useful,  ///< shows itself where the environment names a display
     Needed,
 };

@@ -247,9 +247,8 @@ std::vector<CurrencyTotal> reportTotals(const RowStore& store, const GroupIndex&
     std::vector<CurrencyTotal> totals;
     for (const Total& total : byRank) {
         if (total.rows == 0) continue;
-        const std::u16string_view text = pool.text(total.currency);
         CurrencyTotal& shown = totals.emplace_back();
-        shown.currency = QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
+        shown.currency = toText(pool.text(total.currency));
         shown.rows = total.rows;
         for (std::size_t i = 0; i < kSumCount; ++i) shown.sums[i] = total.sums[i].value(store.amounts[i].scale());
     }

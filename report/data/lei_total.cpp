@@ -12,9 +12,7 @@ constexpr int kLeiPlaces = 2;
 std::vector<bool> leiCurrencies(const TextPool& pool) {
     std::vector<bool> isLei(pool.size(), false);
     for (std::uint32_t number = 1; number < pool.size(); ++number) {
-        const std::u16string_view text = pool.text(number);
-        const QStringView name =
-            QStringView(reinterpret_cast<const QChar*>(text.data()), static_cast<qsizetype>(text.size())).trimmed();
+        const QStringView name = toView(pool.text(number)).trimmed();
         for (const QStringView lei : {QStringView(u"RON"), QStringView(u"LEI"), QStringView(u"ROL")}) {
             if (name.compare(lei, Qt::CaseInsensitive) == 0) isLei[number] = true;
         }

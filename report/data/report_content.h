@@ -25,6 +25,12 @@ struct RowStore {
         return texts[static_cast<std::size_t>(role)];
     }
     [[nodiscard]] const AmountColumn& amount(ColumnRole role) const { return amounts[amountIndex(role)]; }
+    /// A text of a row; empty for null. Not for amounts.
+    [[nodiscard]] std::u16string_view textOf(ColumnRole role, std::uint32_t row) const {
+        return role == ColumnRole::NumarFactura ? numarFactura.at(row) : text(role).at(row);
+    }
+    /// A rate that is no number, as it stands; else empty.
+    [[nodiscard]] std::u16string_view oddRate(std::uint32_t row) const;
     [[nodiscard]] std::size_t memoryUsed() const;
 };
 

@@ -2,23 +2,22 @@
 
 #include "report_content.h"
 
+#include <algorithm>
+
 namespace velcoran::report {
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-QString toText(std::u16string_view text) {
-    return QString(reinterpret_cast<const QChar*>(text.data()), static_cast<qsizetype>(text.size()));
-}
-
-}  // namespace
 
 std::optional<ColumnRole> columnOf(QStringView name) {
     for (const ColumnRow& row : kColumns) {
         if (name.compare(row.name, Qt::CaseInsensitive) == 0) return row.role;
     }
     return std::nullopt;
+}
+
+std::u16string_view RowStore::oddRate(std::uint32_t row) const {
+    const auto odd = std::lower_bound(oddRates.begin(), oddRates.end(), std::pair(row, 0U));
+    return odd != oddRates.end() && odd->first == row ? oddRateTexts.text(odd->second) : std::u16string_view();
 }
 
 std::size_t RowStore::memoryUsed() const {

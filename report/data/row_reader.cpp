@@ -26,11 +26,7 @@ Int128 wideAt(const ColumnBlock& column, std::uint32_t row) {
     return mantissa;
 }
 
-QString toText(std::u16string_view text) {
-    return QString(reinterpret_cast<const QChar*>(text.data()), static_cast<qsizetype>(text.size()));
-}
-
-std::u16string_view toView(const QString& text) {
+std::u16string_view unitsOf(const QString& text) {
     return {reinterpret_cast<const char16_t*>(text.utf16()), static_cast<std::size_t>(text.size())};
 }
 
@@ -181,7 +177,7 @@ bool addUniform(AmountColumn& column, const ColumnBlock& block, std::uint32_t co
 void RowReader::addOddValue(ColumnRole role, const ColumnBlock& column, std::uint32_t row) {
     const QString shown = column.type == ColumnType::Text ? toText(textAt(column, row)) : convertedText(column, row);
     if (role == ColumnRole::CursValutar) {
-        m_store.oddRates.emplace_back(m_store.rowCount + row, m_store.oddRateTexts.intern(toView(shown)));
+        m_store.oddRates.emplace_back(m_store.rowCount + row, m_store.oddRateTexts.intern(unitsOf(shown)));
     } else if (!shown.trimmed().isEmpty()) {
         throw base::Error(base::kTypeMismatch,
                           u"Valoarea „%2” din coloana %1 nu este un număr."_s.arg(kColumns[role].name, shown));
@@ -229,7 +225,7 @@ void RowReader::addTexts(ColumnRole role, const RowBlock& block) {
         } else if (block.columns[*source].type == ColumnType::Text) {
             append(textAt(block.columns[*source], row));
         } else {
-            append(toView(convertedText(block.columns[*source], row)));
+            append(unitsOf(convertedText(block.columns[*source], row)));
         }
     }
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringView>
 
 #include <cstdint>
 #include <optional>
@@ -8,6 +9,12 @@
 #include <vector>
 
 namespace velcoran::report {
+
+/// A text of a column as Qt's, unit by unit: a byte order mark at its start stays.
+[[nodiscard]] inline QStringView toView(std::u16string_view text) {
+    return {text.data(), static_cast<qsizetype>(text.size())};
+}
+[[nodiscard]] inline QString toText(std::u16string_view text) { return toView(text).toString(); }
 
 /// Order of two texts by code points: pairs of surrogates stand behind all other characters.
 [[nodiscard]] bool isBefore(std::u16string_view one, std::u16string_view other);

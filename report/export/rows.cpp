@@ -32,8 +32,6 @@ static_assert(kPageColumns[kFirstSumColumn].kind == CellKind::Amount &&
 
 constexpr qint64 kTellEvery = 1024;
 
-QStringView toView(std::u16string_view text) { return {text.data(), static_cast<qsizetype>(text.size())}; }
-
 }  // namespace
 
 std::span<const ColumnRow> pageColumns() { return kPageColumns; }
@@ -62,16 +60,9 @@ std::span<const std::uint32_t> ExportSource::rowsOf(std::uint32_t group) const {
     return {index.rows.data() + index.starts[group], index.rowsOf(group)};
 }
 
-QStringView ExportSource::text(ColumnRole role, std::uint32_t row) const {
-    return toView(role == ColumnRole::NumarFactura ? store().numarFactura.at(row) : store().text(role).at(row));
-}
+QStringView ExportSource::text(ColumnRole role, std::uint32_t row) const { return toView(store().textOf(role, row)); }
 
-QStringView ExportSource::oddRate(std::uint32_t row) const {
-    const auto& rates = store().oddRates;
-    if (rates.empty()) return {};
-    const auto odd = std::lower_bound(rates.begin(), rates.end(), std::pair(row, 0U));
-    return odd != rates.end() && odd->first == row ? toView(store().oddRateTexts.text(odd->second)) : QStringView();
-}
+QStringView ExportSource::oddRate(std::uint32_t row) const { return toView(store().oddRate(row)); }
 
 QString ExportSource::shownText(const ColumnRow& column, std::uint32_t row) const {
     if (!isAmount(column.role)) return text(column.role, row).toString();

@@ -78,10 +78,7 @@ QString Document::textOfRow(qint64 row, ColumnRole role) const {
     if (row < 0 || row >= store.rowCount)
         throw base::Error(base::kInvalidProcedureCall, QStringLiteral("Rândul nu există."));
     if (isAmount(role)) return {};
-    const auto at = static_cast<std::uint32_t>(row);
-    const std::u16string_view text =
-        role == ColumnRole::NumarFactura ? store.numarFactura.at(at) : store.text(role).at(at);
-    return QString::fromUtf16(text.data(), static_cast<qsizetype>(text.size()));
+    return toText(store.textOf(role, static_cast<std::uint32_t>(row)));
 }
 
 QStringList Document::pageLines(base::PageNumber number) const {

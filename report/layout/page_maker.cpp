@@ -17,10 +17,6 @@ namespace {
 constexpr int kMaxHeadingLines = 6;
 constexpr double kTwipsAPoint = 20;
 
-QString toText(std::u16string_view text) {
-    return QString(reinterpret_cast<const QChar*>(text.data()), static_cast<qsizetype>(text.size()));
-}
-
 /// A number must be read whole: it gets smaller where a word would get an ellipsis.
 bool isNumber(const DefinitionObject& object) {
     if (object.kind == ObjectKind::Unbound) return object.format != ValueFormat::Text;
@@ -153,14 +149,11 @@ QString PageMaker::unboundValue(const DefinitionObject& object, const Context& c
     if (!object.column || context.row < 0) return {};
     const auto row = static_cast<std::uint32_t>(context.row);
     const RowStore& store = m_content.store;
-    if (*object.column == ColumnRole::NumarFactura) return toText(store.numarFactura.at(row));
-    if (!isAmount(*object.column)) return toText(store.text(*object.column).at(row));
+    if (!isAmount(*object.column)) return toText(store.textOf(*object.column, row));
     const std::optional<ShortDecimal> amount = store.amount(*object.column).at(row);
     const bool isPrintedRate = object.format == ValueFormat::Rate && context.digits == Digits::Printed;
     if (amount) return isPrintedRate ? rateText(*amount) : context.text(*amount);
-    if (*object.column != ColumnRole::CursValutar) return {};
-    const auto odd = std::lower_bound(store.oddRates.begin(), store.oddRates.end(), std::pair(row, 0U));
-    return odd != store.oddRates.end() && odd->first == row ? toText(store.oddRateTexts.text(odd->second)) : QString();
+    return *object.column == ColumnRole::CursValutar ? toText(store.oddRate(row)) : QString();
 }
 
 QString PageMaker::valueOf(const DefinitionObject& object, const Context& context) const {

@@ -128,6 +128,19 @@ TEST(Totals, areExactByCurrency) {
     }
 }
 
+TEST(Texts, keepAByteOrderMarkAtTheirStart) {
+    const QString mark(QChar(QChar::ByteOrderMark));
+    Row row;
+    row.moneda = mark + u"EUR"_s;
+    row.number = mark + u"1"_s;
+    ReportRun run(answerOf({row}));
+    const auto document = run.document();
+    ASSERT_TRUE(document);
+    EXPECT_EQ(document->data().totals()[0].currency, mark + u"EUR"_s);
+    EXPECT_EQ(document->data().group(0).totals[0].currency, mark + u"EUR"_s);
+    EXPECT_EQ(document->textOfRow(0, ColumnRole::NumarFactura), mark + u"1"_s);
+}
+
 TEST(Totals, changeOverWhenTheScaleChangesFromBlockToBlock) {
     tests::FakeAnswer answer = answerOf({amounts(u"1000000000000000000"_s, u"EUR"_s, u"0.000001"_s),
                                          amounts(u"0.000000000000000001"_s, u"EUR"_s, u"2"_s)},
