@@ -11,8 +11,10 @@ import tempfile
 
 
 def run(program, *arguments, **environment):
-    # A build with sanitizers knows by this which leaks are those of other libraries; no program of a person reads it.
-    sanitizer = {name: os.environ[name] for name in ("LSAN_OPTIONS",) if name in os.environ}
+    # A build with sanitizers knows by this which leaks are those of other libraries, and says nothing about them; no
+    # program of a person reads it.
+    known = os.environ.get("LSAN_OPTIONS")
+    sanitizer = {"LSAN_OPTIONS": known + ":print_suppressions=0"} if known else {}
     given = {"PATH": "/usr/bin:/bin", **sanitizer, **environment}
     return subprocess.run([program, *arguments], env=given, cwd="/", stdin=subprocess.DEVNULL, text=True, timeout=120,
                           stdout=subprocess.PIPE, stderr=subprocess.PIPE, check=False)
