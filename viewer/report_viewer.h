@@ -54,6 +54,8 @@ public:
     /// Whether somebody opens the document behind a row, asked when it matters. Nobody does at first: the command is
     /// neither in the menu nor has it a key then.
     void setOpensDocuments(std::function<bool()> opensDocuments);
+    /// Whether somebody listens to the filter button.
+    [[nodiscard]] bool hasFilterListener() const;
     /// Stops a running load, as the stop button does; downloadFinished follows. Nothing happens when none runs.
     void stopLoading();
     /// What is shown; null without a report. Shared with printing and exports.
@@ -87,9 +89,8 @@ signals:
     /// @param useDefault  true at first; a window that has taken the work over sets it to false
     void printButtonClicked(bool* useDefault);
     void exportButtonClicked(bool* useDefault);
-    /// The user double-clicked a report object. @param fields  whole values of the object's fields, in order; empty for
-    /// an
-    ///     object without fields
+    /// The user double-clicked a report object.
+    /// @param fields  whole values of the object's fields, in order; empty for an object without fields
     void objectClicked(int x, int y, const QStringList& fields, bool* useDefault);
     /// The user asks for the document of the chosen row. @param number, partner  NumarFactura and CodClient of the row
     void documentRequested(const QString& number, const QString& partner);
@@ -107,8 +108,8 @@ protected:
     bool focusNextPrevChild(bool isNext) override;
 
 private:
-    class Private;
-    std::unique_ptr<Private> m_private;
+    struct Inside;
+    std::unique_ptr<Inside> m_inside;
 };
 
 }  // namespace velcoran::viewer

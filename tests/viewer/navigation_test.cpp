@@ -93,14 +93,14 @@ TEST_F(Navigation, scrollingChangesThePage) {
     QList<int> told;
     QObject::connect(&viewer, &viewer::ReportViewer::currentPageChanged, &viewer, [&](int page) { told << page; });
     while (viewer.currentPage() < 4) {
-        const qint64 before = pages().scrollPosition();
+        const qint64 before = pages().view().position();
         press(Qt::Key_PageDown);
-        ASSERT_GT(pages().scrollPosition(), before);
+        ASSERT_GT(pages().view().position(), before);
     }
     EXPECT_EQ(told, QList<int>({2, 3, 4}));
-    const qint64 before = pages().scrollPosition();
+    const qint64 before = pages().view().position();
     press(Qt::Key_Up);
-    EXPECT_LT(pages().scrollPosition(), before);
+    EXPECT_LT(pages().view().position(), before);
 }
 
 TEST_F(Navigation, zoomKeepsThePlaceInView) {
@@ -113,17 +113,17 @@ TEST_F(Navigation, zoomKeepsThePlaceInView) {
         {Qt::Key_0, 100}, {Qt::Key_Plus, 125}, {Qt::Key_Plus, 150}, {Qt::Key_Minus, 125}, {Qt::Key_Minus, 100}};
     for (const auto& step : steps) {
         press(step.key, Qt::ControlModifier);
-        EXPECT_EQ(qRound(pages().percent()), step.percent);
+        EXPECT_EQ(qRound(pages().view().percent()), step.percent);
         EXPECT_EQ(part<QComboBox>("crwZoom").currentText(), u"%1 %"_s.arg(step.percent));
         EXPECT_EQ(viewer.currentPage(), 9);
-        EXPECT_TRUE(pages().pageRect(8).contains(pages().viewport()->rect().center()));
+        EXPECT_TRUE(pages().view().pageRect(8).contains(pages().viewport()->rect().center()));
     }
     auto& list = part<QComboBox>("crwZoom");
     list.lineEdit()->setText(u"137"_s);
     QTest::keyClick(list.lineEdit(), Qt::Key_Return);
-    EXPECT_EQ(qRound(pages().percent()), 137);
+    EXPECT_EQ(qRound(pages().view().percent()), 137);
     emit list.activated(list.findText(u"Pagina întreagă"_s));
-    EXPECT_LE(pages().pageRect(8).height(), pages().viewport()->height());
+    EXPECT_LE(pages().view().pageRect(8).height(), pages().viewport()->height());
     emit list.activated(list.findText(u"Lățimea paginii"_s));
     EXPECT_EQ(pages().horizontalScrollBar()->maximum(), 0);
     viewer.resize(900, 700);
@@ -134,7 +134,7 @@ TEST_F(Navigation, zoomKeepsThePlaceInView) {
     act("last");
     viewer.resize(1600, 900);
     const QPoint centre = pages().viewport()->rect().center();
-    EXPECT_TRUE(pages().pageRect(viewer.pageCount() - 1).contains(centre));
+    EXPECT_TRUE(pages().view().pageRect(viewer.pageCount() - 1).contains(centre));
 }
 
 TEST_F(Navigation, theTreeFollowsAndLeads) {
@@ -166,12 +166,12 @@ TEST_F(Navigation, theLastOfManyPagesIsThereAtOnce) {
     ASSERT_GT(viewer.pageCount(), 20'000);
     act("last");
     EXPECT_EQ(viewer.currentPage(), viewer.pageCount());
-    const QRect place = pages().pageRect(viewer.pageCount() - 1);
+    const QRect place = pages().view().pageRect(viewer.pageCount() - 1);
     EXPECT_TRUE(place.intersects(pages().viewport()->rect()));
     EXPECT_LE(place.bottom(), pages().viewport()->height());
     const int page = viewer.pageCount() / 2;
     act("goto", {{u"page"_s, page}});
-    EXPECT_EQ(pages().pageRect(page - 1).top(), viewer::PageLayout::kGap);
+    EXPECT_EQ(pages().view().pageRect(page - 1).top(), viewer::PageLayout::kGap);
 }
 
 TEST_F(Navigation, theFocusOfTheViewerIsOnThePages) {

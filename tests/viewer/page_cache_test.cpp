@@ -63,7 +63,7 @@ TEST_F(Pictures, aGrabbedWindowShowsThePageAtOnce) {
     for (const int page : {20, 5, 30}) {
         act("goto", {{QStringLiteral("page"), page}});
         const QImage early = pages.viewport()->grab().toImage();
-        const QRect inside = pages.pageRect(page - 1).adjusted(40, 40, -40, -100) & early.rect();
+        const QRect inside = pages.view().pageRect(page - 1).adjusted(40, 40, -40, -100) & early.rect();
         QImage white(inside.size(), early.format());
         white.fill(Qt::white);
         EXPECT_NE(early.copy(inside), white) << page;

@@ -76,7 +76,7 @@ TEST_F(ReportSearch, marksItsHitsAndTheCurrentOneAlone) {
     const auto picture = [&] { return pages.viewport()->grab().toImage(); };
     const auto count = [&](int page, QRgb colour) {
         const QImage seen = picture();
-        const QRect place = pages.pageRect(page) & seen.rect();
+        const QRect place = pages.view().pageRect(page) & seen.rect();
         int pixels = 0;
         for (int y = place.top(); y <= place.bottom(); ++y)
             for (int x = place.left(); x <= place.right(); ++x) pixels += seen.pixel(x, y) == colour;
@@ -96,7 +96,7 @@ TEST_F(ReportSearch, marksItsHitsAndTheCurrentOneAlone) {
                     const QColor colour = marked.pixelColor(x, y);
                     const bool isOrange = colour.red() == 255 && std::abs(colour.green() - 167) < 4;
                     current += isOrange;
-                    EXPECT_FALSE(isOrange && y > pages.pageRect(0).bottom()) << y;
+                    EXPECT_FALSE(isOrange && y > pages.view().pageRect(0).bottom()) << y;
                 }
             EXPECT_GT(current, 0);
             ASSERT_TRUE(act("search", {{u"text"_s, u"F0001-2"_s}}).isValid());
@@ -110,7 +110,9 @@ TEST_F(ReportSearch, marksItsHitsAndTheCurrentOneAlone) {
     }
     act("object", {{u"page"_s, 1}, {u"field"_s, u"NumarFactura"_s}, {u"record"_s, 1}});
     act("goto", {{u"page"_s, 1}});
-    const auto pageOf = [&](const QImage& seen, int page) { return seen.copy(pages.pageRect(page) & seen.rect()); };
+    const auto pageOf = [&](const QImage& seen, int page) {
+        return seen.copy(pages.view().pageRect(page) & seen.rect());
+    };
     EXPECT_NE(pageOf(picture(), 0), pageOf(clean, 0));
     EXPECT_EQ(pageOf(picture(), 1), pageOf(clean, 1)) << "the frame of what is chosen stands on its page alone";
 }

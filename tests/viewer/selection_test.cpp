@@ -29,7 +29,7 @@ protected:
         const report::Page page = viewer.document()->page({1});
         const auto item = std::ranges::find_if(page.items, test);
         if (item == page.items.end()) throw std::runtime_error("no such object");
-        return pages().placeOf(0, viewer::rectOf(*item)).center().toPoint();
+        return pages().view().placeOf(0, viewer::rectOf(*item)).center().toPoint();
     }
 
     /// The upper half of what is in view: below stands the time of printing.
@@ -59,11 +59,11 @@ TEST_F(Objects, theRowIsCopiedWithoutTheNextGroupsHeading) {
     const auto last = std::ranges::find_if(page.items, [](const auto& item) { return item.text == u"F0001-5"_s; });
     ASSERT_NE(last, page.items.end());
     QTest::mouseClick(pages().viewport(), Qt::LeftButton, {},
-                      pages().placeOf(0, viewer::rectOf(*last)).center().toPoint());
+                      pages().view().placeOf(0, viewer::rectOf(*last)).center().toPoint());
     QContextMenuEvent ask(QContextMenuEvent::Keyboard, QPoint(9, 9), pages().mapToGlobal(QPoint(9, 9)));
     QApplication::sendEvent(pages().viewport(), &ask);
     for (QAction* action : part<QMenu>("crwMenu").actions())
-        if (action->text() == u"Copiază rândul"_s) action->trigger();
+        if (action->iconText() == u"Copiază rândul"_s) action->trigger();
     part<QMenu>("crwMenu").close();
     const QString row = QGuiApplication::clipboard()->text();
     EXPECT_TRUE(row.contains(u"F0001-5"_s));

@@ -1,5 +1,6 @@
 #include "viewer/panels/toolbar.h"
-#include "viewer/commands/commands.h"
+#include "viewer/commands/command_table.h"
+#include "viewer/commands/icons.h"
 #include "viewer_fixture.h"
 
 #include <QSet>
@@ -126,7 +127,7 @@ TEST(Commands, noKeyAndNoNameIsGivenTwice) {
     QSet<QString> keys;
     QSet<QString> names;
     for (const viewer::CommandRow& row : viewer::commandRows()) {
-        const QString key = row.key == nullptr ? QString() : QString::fromUtf16(row.key);
+        const QString key = row.keyText == nullptr ? QString() : QString::fromUtf16(row.keyText);
         EXPECT_TRUE(key.isEmpty() || !keys.contains(key)) << qPrintable(key);
         keys.insert(key);
         if (row.name == nullptr) continue;
@@ -135,6 +136,24 @@ TEST(Commands, noKeyAndNoNameIsGivenTwice) {
         EXPECT_EQ(viewer::commandNamed(QString::fromUtf16(row.name)), row.command);
     }
     EXPECT_EQ(viewer::tooltipOf(viewer::Command::Export), u"Exportă raportul (Ctrl+E)"_s);
+}
+
+TEST(Commands, everyIconIsDrawnInTheColourAskedFor) {
+    for (const viewer::CommandRow& row : viewer::commandRows()) {
+        if (row.icon == nullptr) continue;
+        const QIcon icon = viewer::svgIcon(QString::fromUtf16(row.icon), Qt::red);
+        const auto strongest = [&icon](QIcon::Mode mode) {
+            const QImage image = icon.pixmap({48, 48}, mode).toImage().convertToFormat(QImage::Format_ARGB32);
+            QRgb found = 0;
+            for (int y = 0; y < image.height(); ++y)
+                for (int x = 0; x < image.width(); ++x)
+                    if (qAlpha(image.pixel(x, y)) > qAlpha(found)) found = image.pixel(x, y);
+            return found;
+        };
+        EXPECT_EQ(strongest(QIcon::Normal), 0xFFFF0000) << QString::fromUtf16(row.icon).toStdString();
+        EXPECT_LT(qAlpha(strongest(QIcon::Disabled)), 100) << "an icon of a command that is off is faint";
+    }
+    EXPECT_TRUE(viewer::svgIcon(u"nothing"_s, Qt::red).isNull());
 }
 
 }  // namespace velcoran::tests

@@ -2,32 +2,13 @@
 
 #include <QColor>
 #include <QIcon>
+#include <QString>
 
 namespace velcoran::viewer {
 
-enum class Glyph {
-    Export,
-    Print,
-    Refresh,
-    Tree,
-    First,
-    Previous,
-    Next,
-    Last,
-    ZoomOut,
-    ZoomIn,
-    Search,
-    Up,
-    Down,
-    Stop,
-    Filter,
-    Help,
-    Close,
-    More,
-    Copy,
-};
-
-/// An icon drawn as thin lines in one colour, sharp at every size and density; fainter when disabled.
-[[nodiscard]] QIcon makeIcon(Glyph glyph, const QColor& colour);
+/// A drawing of this folder's `icons/`, its lines in one colour, sharp at every size and density; fainter when
+/// disabled.
+/// @param name  of the file without ".svg"; an unknown one gives an empty icon
+[[nodiscard]] QIcon svgIcon(const QString& name, const QColor& colour);
 
 }  // namespace velcoran::viewer

@@ -1,33 +1,43 @@
 #include "viewer_options.h"
 
-#include <algorithm>
+#include "base/enum_table.h"
 
 namespace velcoran::viewer {
 
 namespace {
 
 struct OptionRow {
-    int option;  ///< number in the viewer's interface
     Part part;
+    int option;        ///< number in the viewer's interface
     bool isOnAtFirst;  ///< what holds until the option is set
+    bool keepsKeys;    ///< the keys of the part's commands work without their buttons
 };
 
 /// The sixteen options, by number.
-constexpr OptionRow kRows[] = {
-    {253, Part::Tree, true},       {254, Part::Navigation, true},    {255, Part::Search, true},
-    {257, Part::Progress, true},   {258, Part::PrintButton, true},   {259, Part::RefreshButton, false},
-    {260, Part::Zoom, true},       {261, Part::HelpButton, false},   {262, Part::CloseButton, false},
-    {263, Part::TreeButton, true}, {264, Part::FilterButton, false}, {340, Part::ExportButton, true},
-    {364, Part::StopButton, true}, {365, Part::Toolbar, true},       {367, Part::Tabs, false},
-    {370, Part::Animation, false},
-};
+constexpr base::EnumTable<&OptionRow::part, 16> kOptions{{{
+    {Part::Tree, 253, true, false},
+    {Part::Navigation, 254, true, true},
+    {Part::Search, 255, true, false},
+    {Part::Progress, 257, true, false},
+    {Part::PrintButton, 258, true, false},
+    {Part::RefreshButton, 259, false, false},
+    {Part::Zoom, 260, true, true},
+    {Part::HelpButton, 261, false, false},
+    {Part::CloseButton, 262, false, false},
+    {Part::TreeButton, 263, true, false},
+    {Part::FilterButton, 264, false, false},
+    {Part::ExportButton, 340, true, false},
+    {Part::StopButton, 364, true, false},
+    {Part::Toolbar, 365, true, false},
+    {Part::Tabs, 367, false, false},
+    {Part::Animation, 370, false, false},
+}}};
 
 }  // namespace
 
-bool ViewerOptions::isOn(Part part) const {
-    const auto* row = std::ranges::find_if(kRows, [part](const OptionRow& entry) { return entry.part == part; });
-    return m_values.value(row->option, row->isOnAtFirst);
-}
+bool ViewerOptions::isOn(Part part) const { return m_values.value(kOptions[part].option, kOptions[part].isOnAtFirst); }
+
+bool ViewerOptions::allowsCommands(Part part) const { return kOptions[part].keepsKeys || isOn(part); }
 
 QVariantMap ViewerOptions::toMap() const {
     QVariantMap map;

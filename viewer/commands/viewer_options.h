@@ -31,6 +31,9 @@ public:
     /// Numbers without a part are kept and do nothing.
     void set(int option, bool isOn) { m_values[option] = isOn; }
     [[nodiscard]] bool isOn(Part part) const;
+    /// Whether the commands of a part can be used: where its buttons are hidden their keys go as well, except those
+    /// that move and enlarge.
+    [[nodiscard]] bool allowsCommands(Part part) const;
     /// Number as text to value, for the options that were set.
     [[nodiscard]] QVariantMap toMap() const;
 

@@ -2,8 +2,12 @@
 
 #include "state_pane.h"
 
+#include <QBackingStore>
+#include <QHelpEvent>
+#include <QMouseEvent>
 #include <QScopedValueRollback>
 #include <QScrollBar>
+#include <QWheelEvent>
 
 #include <algorithm>
 
@@ -11,41 +15,46 @@ namespace velcoran::viewer {
 
 namespace {
 
-constexpr int kLineStep = 40;
-constexpr int kGlideMs = 160;
-// Scroll bars count in int; a report that is higher is scrolled in coarser steps.
-constexpr qint64 kMaxBarRange = 1'000'000'000;
-constexpr double kHitMargin = 24;
+constexpr int kWheelNotch = 120;
+
+struct ScrollRow {
+    Qt::Key key;
+    bool isShifted;
+    Qt::Orientation axis;
+    int lines;  ///< lines to scroll
+    int views;  ///< heights of the view to scroll
+};
+
+constexpr ScrollRow kScrollKeys[] = {
+    {Qt::Key_Up, false, Qt::Vertical, -1, 0},     {Qt::Key_Down, false, Qt::Vertical, 1, 0},
+    {Qt::Key_Left, false, Qt::Horizontal, -1, 0}, {Qt::Key_Right, false, Qt::Horizontal, 1, 0},
+    {Qt::Key_PageUp, false, Qt::Vertical, 0, -1}, {Qt::Key_PageDown, false, Qt::Vertical, 0, 1},
+    {Qt::Key_Space, true, Qt::Vertical, 0, -1},   {Qt::Key_Space, false, Qt::Vertical, 0, 1},
+};
 
 }  // namespace
 
 PageArea::PageArea(QWidget* parent, PageMarks& marks)
     : QAbstractScrollArea(parent),
       m_marks(marks),
-      m_statePane(new StatePane(viewport())),
-      m_glide(verticalScrollBar(), "value") {
+      m_view(*this),
+      m_drawing(*viewport(), m_view, marks),
+      m_pointer(*viewport(), m_view, marks),
+      m_statePane(new StatePane(viewport())) {
     setObjectName(QStringLiteral("crwPages"));
     setAccessibleName(QStringLiteral("Paginile raportului"));
     setFrameShape(QFrame::NoFrame);
     setFocusPolicy(Qt::StrongFocus);
     viewport()->setObjectName(QStringLiteral("crwPagesViewport"));
     viewport()->setAttribute(Qt::WA_OpaquePaintEvent);
-    verticalScrollBar()->setSingleStep(kLineStep);
-    horizontalScrollBar()->setSingleStep(kLineStep);
-    m_glide.setDuration(kGlideMs);
-    m_glide.setEasingCurve(QEasingCurve::OutCubic);
-    connect(&m_cache, &PageCache::pictureReady, this, [this](int page) {
-        const Visible visible = visiblePages();
-        if (page >= visible.first && page <= visible.last) viewport()->update(pageRect(page));
-    });
 }
 
 void PageArea::setDocument(const std::shared_ptr<const report::Document>& document) {
     install(document);
-    m_isWaitingForPictures = true;
+    m_drawing.waitForPictures();
     horizontalScrollBar()->setValue(0);
-    scrollTo(0);
-    noteCurrent(m_layout.pageCount() > 0 ? 1 : 0);
+    m_view.scrollTo(0);
+    noteCurrent(m_view.pageCount() > 0 ? 1 : 0);
 }
 
 void PageArea::replaceDocument(const std::shared_ptr<const report::Document>& document) {
@@ -55,44 +64,29 @@ void PageArea::replaceDocument(const std::shared_ptr<const report::Document>& do
 }
 
 void PageArea::install(const std::shared_ptr<const report::Document>& document) {
-    m_glide.stop();
     m_marks.setDocument(document);
-    m_cache.setDocument(document);
-    m_layout = document ? PageLayout(document->pageCount(),
-                                     QSizeF(document->pageWidth().value, document->pageHeight().value), logicalDpiX())
-                        : PageLayout();
-    // A bar that came and went with the width would make the fitted width swing.
-    setVerticalScrollBarPolicy(document ? Qt::ScrollBarAlwaysOn : Qt::ScrollBarAlwaysOff);
-    m_layout.setPercent(m_layout.percentFor(m_zoom, viewport()->size()));
+    m_drawing.setDocument(document);
     // Not a page: the next one is told even when its number is the same.
     if (m_current != 0) m_current = -1;
-    updateBars();
+    m_view.setDocument(document.get());
     emit zoomChanged();
     viewport()->update();
 }
 
-int PageArea::currentPage() const { return m_current; }
-
 void PageArea::goToPage(int page) {
-    if (m_layout.pageCount() == 0) return;
-    const int target = std::clamp(page, 1, m_layout.pageCount());
+    if (m_view.pageCount() == 0) return;
+    const int target = std::clamp(page, 1, m_view.pageCount());
     {
         const QScopedValueRollback jumping(m_isJumping, true);
-        scrollTo(m_layout.top(target - 1) - PageLayout::kGap, m_isAnimated);
+        m_view.scrollToPage(target - 1, m_isAnimated);
     }
     noteCurrent(target);
 }
 
 void PageArea::ensureVisible(int page, const QRectF& place) {
-    if (m_layout.pageCount() == 0) return;
+    if (m_view.pageCount() == 0) return;
     const QScopedValueRollback jumping(m_isJumping, true);
-    const QRectF target = placeOf(page, place);
-    const QRectF view = QRectF(viewport()->rect()).adjusted(kHitMargin, kHitMargin, -kHitMargin, -kHitMargin);
-    if (target.top() < view.top() || target.bottom() > view.bottom())
-        scrollTo(scrollPosition() + qRound64(target.center().y() - view.center().y()));
-    const double x =
-        target.right() > view.right() ? target.right() - view.right() : std::min(target.left() - view.left(), 0.0);
-    horizontalScrollBar()->setValue(horizontalScrollBar()->value() + qRound(x));
+    m_view.bringIntoView(page, place);
     noteCurrent(page + 1);
 }
 
@@ -103,50 +97,15 @@ void PageArea::refreshMarks() {
 
 void PageArea::setZoom(const Zoom& zoom) { zoomAt(zoom, viewport()->rect().center()); }
 
-void PageArea::stepZoom(bool isIn) { setZoom({Zoom::Kind::Percent, nextZoomStep(qRound(m_layout.percent()), isIn)}); }
+void PageArea::stepZoom(bool isIn) { setZoom({Zoom::Kind::Percent, nextZoomStep(qRound(m_view.percent()), isIn)}); }
 
 void PageArea::zoomAt(const Zoom& zoom, QPoint anchor) {
-    m_zoom = zoom;
-    relayout(anchor);
-    emit zoomChanged();
-}
-
-void PageArea::relayout(QPoint anchor) {
-    const QScopedValueRollback jumping(m_isJumping, true);
-    m_glide.stop();
-    const int page = m_layout.pageAt(scrollPosition() + anchor.y());
-    const QRect before = pageRect(page);
-    const double x = before.isEmpty() ? 0 : double(anchor.x() - before.x()) / before.width();
-    const double y = before.isEmpty() ? 0 : double(anchor.y() - before.y()) / before.height();
-    m_layout.setPercent(m_layout.percentFor(m_zoom, viewport()->size()));
-    updateBars();
-    const QSize size = m_layout.pageSize();
-    scrollTo(m_layout.top(page) + qRound64(y * size.height()) - anchor.y());
-    horizontalScrollBar()->setValue(PageLayout::kGap + qRound(x * size.width()) - anchor.x());
+    {
+        const QScopedValueRollback jumping(m_isJumping, true);
+        m_view.setZoom(zoom, anchor);
+    }
     viewport()->update();
-}
-
-void PageArea::updateBars() {
-    const QSize view = viewport()->size();
-    const qint64 range = std::max<qint64>(0, m_layout.height() - view.height());
-    m_barUnit = static_cast<int>(range / kMaxBarRange) + 1;
-    verticalScrollBar()->setRange(0, static_cast<int>((range + m_barUnit - 1) / m_barUnit));
-    verticalScrollBar()->setPageStep(std::max(1, view.height() / m_barUnit));
-    const bool isEmpty = m_layout.pageCount() == 0;
-    horizontalScrollBar()->setRange(0, isEmpty ? 0 : std::max(0, m_layout.width() - view.width()));
-    horizontalScrollBar()->setPageStep(view.width());
-}
-
-qint64 PageArea::scrollPosition() const { return static_cast<qint64>(verticalScrollBar()->value()) * m_barUnit; }
-
-void PageArea::scrollTo(qint64 position, bool isGliding) {
-    m_glide.stop();
-    const auto value = static_cast<int>(std::clamp<qint64>(position / m_barUnit, 0, verticalScrollBar()->maximum()));
-    const int distance = std::abs(value - verticalScrollBar()->value());
-    if (!isGliding || distance > 2 * viewport()->height()) return verticalScrollBar()->setValue(value);
-    m_glide.setStartValue(verticalScrollBar()->value());
-    m_glide.setEndValue(value);
-    m_glide.start();
+    emit zoomChanged();
 }
 
 void PageArea::noteCurrent(int page) {
@@ -155,50 +114,100 @@ void PageArea::noteCurrent(int page) {
     emit currentPageChanged(page);
 }
 
-PageArea::Visible PageArea::visiblePages() const {
-    if (m_layout.pageCount() == 0) return {};
-    return {m_layout.pageAt(scrollPosition()), m_layout.pageAt(scrollPosition() + viewport()->height())};
+bool PageArea::clickField(int page, const QString& field, int record) {
+    const report::Page& objects = m_marks.page(page);
+    const std::optional<qsizetype> item = itemOfField(objects, field, record);
+    if (!item) return false;
+    const QRectF place = rectOf(objects.items[*item]);
+    ensureVisible(page, place);
+    clickObject({page, *item}, m_view.placeOf(page, place).center().toPoint());
+    return true;
 }
 
-QRect PageArea::pageRect(int page) const {
-    if (m_layout.pageCount() == 0) return {};
-    const QSize size = m_layout.pageSize();
-    const int x = std::max(PageLayout::kGap, (viewport()->width() - size.width()) / 2) - horizontalScrollBar()->value();
-    const qint64 y = m_layout.top(page) - scrollPosition();
-    return {QPoint(x, static_cast<int>(std::clamp<qint64>(y, -kMaxBarRange, kMaxBarRange))), size};
-}
-
-QPointF PageArea::toTwips(int page, QPoint place) const {
-    return QPointF(place - pageRect(page).topLeft()) / m_layout.pixelsPerTwip();
-}
-
-QRectF PageArea::placeOf(int page, const QRectF& place) const {
-    const double scale = m_layout.pixelsPerTwip();
-    const QRectF scaled(place.topLeft() * scale, place.size() * scale);
-    return scaled.translated(pageRect(page).topLeft());
-}
-
-void PageArea::scrollContentsBy(int, int) {
+void PageArea::clickObject(const Selection& object, QPoint place) {
+    m_marks.select(object);
     viewport()->update();
-    if (m_isJumping || m_layout.pageCount() == 0 || m_glide.state() == QAbstractAnimation::Running) return;
-    const int value = verticalScrollBar()->value();
-    int page = m_layout.pageAt(scrollPosition() + viewport()->height() / 2);
-    if (value == verticalScrollBar()->minimum()) page = 0;
-    if (value == verticalScrollBar()->maximum() && value > 0) page = m_layout.pageCount() - 1;
-    noteCurrent(page + 1);
+    emit objectClicked(viewport()->mapTo(this, place), m_marks.fieldValues(object));
+}
+
+void PageArea::paintEvent(QPaintEvent* event) {
+    QBackingStore* screen = backingStore();
+    m_drawing.draw(*event, screen == nullptr ? nullptr : screen->paintDevice());
 }
 
 void PageArea::resizeEvent(QResizeEvent*) {
     m_statePane->setGeometry(viewport()->rect());
-    if (m_layout.pageCount() == 0) return;
-    const double before = m_layout.percent();
-    relayout(QPoint(viewport()->width() / 2, 0));
+    if (m_view.pageCount() == 0) return;
+    const double before = m_view.percent();
+    const QScopedValueRollback jumping(m_isJumping, true);
+    m_view.relayout(QPoint(viewport()->width() / 2, 0));
     // Pages that grow push the user's page out of the view.
-    if (m_current > 0 && m_layout.pageAt(scrollPosition() + viewport()->height() / 2) != m_current - 1) {
-        const QScopedValueRollback jumping(m_isJumping, true);
-        scrollTo(m_layout.top(m_current - 1) - PageLayout::kGap);
+    if (m_current > 0 && m_view.pageInMiddle() != m_current - 1) m_view.scrollToPage(m_current - 1);
+    viewport()->update();
+    if (m_view.percent() != before) emit zoomChanged();
+}
+
+void PageArea::scrollContentsBy(int, int) {
+    viewport()->update();
+    if (m_isJumping || m_view.pageCount() == 0 || m_view.isGliding()) return;
+    const QScrollBar* bar = verticalScrollBar();
+    int page = m_view.pageInMiddle();
+    if (bar->value() == bar->minimum()) page = 0;
+    if (bar->value() == bar->maximum() && bar->value() > 0) page = m_view.pageCount() - 1;
+    noteCurrent(page + 1);
+}
+
+void PageArea::keyPressEvent(QKeyEvent* event) { event->setAccepted(scroll(*event)); }
+
+bool PageArea::scroll(const QKeyEvent& key) {
+    const Qt::KeyboardModifiers modifiers = key.modifiers() & ~Qt::KeypadModifier;
+    if (m_view.pageCount() == 0 || (modifiers & ~Qt::ShiftModifier) != 0) return false;
+    const bool isShifted = modifiers.testFlag(Qt::ShiftModifier);
+    const auto* row = std::ranges::find_if(
+        kScrollKeys, [&](const ScrollRow& one) { return one.key == key.key() && one.isShifted == isShifted; });
+    if (row == std::end(kScrollKeys)) return false;
+    if (row->views == 0) {
+        m_view.scrollLines(row->axis, row->lines);
+    } else if (m_view.zoom().kind == Zoom::Kind::WholePage) {
+        // With whole pages in view, a view is a page.
+        goToPage(m_current + row->views);
+    } else {
+        m_view.scrollViews(row->views);
     }
-    if (m_layout.percent() != before) emit zoomChanged();
+    return true;
+}
+
+void PageArea::wheelEvent(QWheelEvent* event) {
+    if (!event->modifiers().testFlag(Qt::ControlModifier)) return QAbstractScrollArea::wheelEvent(event);
+    event->accept();
+    if (m_view.pageCount() == 0) return;
+    m_wheel += event->angleDelta().y();
+    while (std::abs(m_wheel) >= kWheelNotch) {
+        const bool isIn = m_wheel > 0;
+        m_wheel += isIn ? -kWheelNotch : kWheelNotch;
+        const int percent = nextZoomStep(qRound(m_view.percent()), isIn);
+        zoomAt({Zoom::Kind::Percent, percent}, event->position().toPoint());
+    }
+}
+
+void PageArea::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (event->button() != Qt::LeftButton) return;
+    if (const std::optional<Selection> object = m_pointer.objectAt(event->pos())) clickObject(*object, event->pos());
+}
+
+void PageArea::contextMenuEvent(QContextMenuEvent* event) {
+    if (m_view.pageCount() > 0) emit menuRequested(event->globalPos());
+}
+
+// Painting and the mouse make pages; when that fails for want of memory, the ground stays and the host lives on.
+bool PageArea::viewportEvent(QEvent* event) {
+    try {
+        if (event->type() != QEvent::ToolTip) return QAbstractScrollArea::viewportEvent(event);
+        m_pointer.showFullText(*static_cast<QHelpEvent*>(event));
+    } catch (const std::exception&) {
+        m_pointer.giveUp();
+    }
+    return true;
 }
 
 }  // namespace velcoran::viewer

@@ -1,7 +1,6 @@
 #include "search_bar.h"
 
-#include "viewer/commands/commands.h"
-#include "viewer/commands/icons.h"
+#include "viewer/commands/command_actions.h"
 
 #include <QAction>
 #include <QHBoxLayout>
@@ -18,9 +17,10 @@ namespace {
 constexpr int kPauseMs = 250;
 constexpr int kBoxWidth = 150;
 
-QToolButton* makeButton(QWidget* parent, const QString& name, Command command) {
+// Without the action: the button is off until something is searched, while the key then opens the box.
+QToolButton* makeButton(QWidget* parent, Command command) {
     auto* button = new QToolButton(parent);
-    button->setObjectName(name);
+    button->setObjectName(QString::fromUtf16(rowOf(command).button));
     button->setAutoRaise(true);
     button->setFocusPolicy(Qt::NoFocus);
     button->setToolTip(tooltipOf(command));
@@ -34,8 +34,8 @@ QToolButton* makeButton(QWidget* parent, const QString& name, Command command) {
 SearchBar::SearchBar(QWidget* parent)
     : QWidget(parent),
       m_box(new QLineEdit(this)),
-      m_previous(makeButton(this, QStringLiteral("crwFindPrevious"), Command::FindPrevious)),
-      m_next(makeButton(this, QStringLiteral("crwFindNext"), Command::FindNext)),
+      m_previous(makeButton(this, Command::FindPrevious)),
+      m_next(makeButton(this, Command::FindNext)),
       m_position(new QLabel(this)),
       m_pause(new QTimer(this)) {
     setObjectName(QStringLiteral("crwSearch"));
@@ -97,9 +97,9 @@ void SearchBar::setPosition(const QString& text) {
     m_next->setEnabled(!text.isEmpty());
 }
 
-void SearchBar::setIcons(const QColor& colour) {
-    m_previous->setIcon(makeIcon(Glyph::Up, colour));
-    m_next->setIcon(makeIcon(Glyph::Down, colour));
+void SearchBar::setIcons(const CommandActions& actions) {
+    m_previous->setIcon(actions.of(Command::FindPrevious).icon());
+    m_next->setIcon(actions.of(Command::FindNext).icon());
 }
 
 void SearchBar::submit() {

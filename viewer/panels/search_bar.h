@@ -9,6 +9,8 @@ class QToolButton;
 
 namespace velcoran::viewer {
 
+class CommandActions;
+
 /// The search box with its two buttons and the count of hits.
 class SearchBar : public QWidget {
     Q_OBJECT
@@ -24,7 +26,8 @@ public:
     /// Sets the text without asking for a search.
     void setText(const QString& text);
     void setPosition(const QString& text);
-    void setIcons(const QColor& colour);
+    /// Takes the pictures of its two commands anew.
+    void setIcons(const CommandActions& actions);
 
 signals:
     /// The text has stood still for a moment, or Enter was pressed; empty when it was deleted.

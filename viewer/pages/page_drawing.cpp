@@ -1,9 +1,12 @@
-#include "page_area.h"
+#include "page_drawing.h"
 
-#include <QBackingStore>
+#include "page_marks.h"
+#include "page_view.h"
+
 #include <QPaintEngine>
 #include <QPainter>
 #include <QPaintEvent>
+#include <QWidget>
 
 #include <algorithm>
 
@@ -12,6 +15,7 @@ namespace velcoran::viewer {
 namespace {
 
 constexpr int kShadowDepth = 6;
+constexpr int kShadowReach = 8;
 constexpr int kPrefetchTiles = 8;
 // Marker colours: found, and found where the user is.
 constexpr QRgb kHitColour = 0xFFFFEE88;
@@ -42,24 +46,40 @@ void toDevicePixels(QPainter& painter, QPointF corner) {
     painter.setWorldTransform(place * device.inverted() * painter.worldTransform());
 }
 
-// Whether somebody takes a picture of the window instead of showing it: that picture is not painted again later.
-bool isGrabbed(const PageArea& area, const QPainter& painter) {
-    QBackingStore* screen = area.backingStore();
-    return screen == nullptr || painter.paintEngine()->paintDevice() != screen->paintDevice();
-}
-
 }  // namespace
 
-QSize PageArea::pictureSize() const {
-    const QSize size = m_layout.pageSize();
-    const double ratio = devicePixelRatioF();
+PageDrawing::PageDrawing(QWidget& viewport, const PageView& view, PageMarks& marks)
+    : m_viewport(viewport), m_view(view), m_marks(marks) {
+    QObject::connect(&m_cache, &PageCache::pictureReady, &viewport, [this](int page) {
+        const PageView::Range visible = m_view.visiblePages();
+        if (page >= visible.first && page <= visible.last) m_viewport.update(m_view.pageRect(page));
+    });
+}
+
+void PageDrawing::draw(const QPaintEvent& event, const QPaintDevice* screen) {
+    QPainter painter(&m_viewport);
+    painter.fillRect(event.rect(), groundColour(m_viewport.palette()));
+    // A picture that somebody takes of the window is not painted again later.
+    m_isWaitingForPictures = m_isWaitingForPictures || painter.paintEngine()->paintDevice() != screen;
+    const PageView::Range visible = m_view.visiblePages();
+    const QMargins shadow(kShadowReach, kShadowReach, kShadowReach, kShadowReach);
+    for (int page = visible.first; page <= visible.last; ++page)
+        if (m_view.pageRect(page).marginsAdded(shadow).intersects(event.rect())) drawPage(painter, page);
+    m_isWaitingForPictures = false;
+    askForPictures();
+}
+
+QSize PageDrawing::pictureSize() const {
+    const QSize size = m_view.pageSize();
+    const double ratio = m_viewport.devicePixelRatioF();
     return {std::max(1, qRound(size.width() * ratio)), std::max(1, qRound(size.height() * ratio))};
 }
 
-std::vector<PictureKey> PageArea::tilesInView(int page) const {
+std::vector<PictureKey> PageDrawing::tilesInView(int page) const {
     const QSize size = pictureSize();
-    const QRect part = (pageRect(page) & viewport()->rect()).translated(-pageRect(page).topLeft());
-    const double ratio = devicePixelRatioF();
+    const QRect place = m_view.pageRect(page);
+    const QRect part = (place & m_viewport.rect()).translated(-place.topLeft());
+    const double ratio = m_viewport.devicePixelRatioF();
     const QRectF inView(QPointF(part.topLeft()) * ratio, QSizeF(part.size()) * ratio);
     std::vector<PictureKey> keys;
     for (int tile = 0; tile < tileCount(size); ++tile)
@@ -67,26 +87,15 @@ std::vector<PictureKey> PageArea::tilesInView(int page) const {
     return keys;
 }
 
-void PageArea::paintEvent(QPaintEvent* event) {
-    QPainter painter(viewport());
-    painter.fillRect(event->rect(), groundColour(palette()));
-    m_isWaitingForPictures = m_isWaitingForPictures || isGrabbed(*this, painter);
-    const Visible visible = visiblePages();
-    for (int page = visible.first; page <= visible.last; ++page)
-        if (pageRect(page).adjusted(-8, -8, 8, 8).intersects(event->rect())) drawPage(painter, page);
-    m_isWaitingForPictures = false;
-    askForPictures();
-}
-
-void PageArea::drawPage(QPainter& painter, int page) {
-    const QRect place = pageRect(page);
+void PageDrawing::drawPage(QPainter& painter, int page) {
+    const QRect place = m_view.pageRect(page);
     drawShadow(painter, place);
     painter.fillRect(place, Qt::white);
     drawPictures(painter, page, place);
     drawMarks(painter, page);
 }
 
-void PageArea::drawPictures(QPainter& painter, int page, const QRect& place) {
+void PageDrawing::drawPictures(QPainter& painter, int page, const QRect& place) {
     const QSize size = pictureSize();
     std::vector<std::pair<PictureKey, QImage>> pictures;
     bool isWhole = true;
@@ -99,44 +108,47 @@ void PageArea::drawPictures(QPainter& painter, int page, const QRect& place) {
     painter.save();
     painter.setClipRect(place);
     toDevicePixels(painter, place.topLeft());
-    if (!isWhole) {
-        painter.setRenderHint(QPainter::SmoothPixmapTransform);
-        for (const auto& [key, image] : m_cache.standIns(page, size)) {
-            const QRectF tile = tileRect(key.size, key.tile);
-            const double x = double(size.width()) / key.size.width();
-            const double y = double(size.height()) / key.size.height();
-            painter.drawImage(QRectF(tile.x() * x, tile.y() * y, tile.width() * x, tile.height() * y), image);
-        }
-    }
+    if (!isWhole) drawStandIns(painter, page);
     for (const auto& [key, image] : pictures) painter.drawImage(tileRect(size, key.tile).topLeft(), image);
     painter.restore();
 }
 
-void PageArea::drawMarks(QPainter& painter, int page) {
+void PageDrawing::drawStandIns(QPainter& painter, int page) const {
+    const QSize size = pictureSize();
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    for (const auto& [key, image] : m_cache.standIns(page, size)) {
+        const QRectF tile = tileRect(key.size, key.tile);
+        const double x = double(size.width()) / key.size.width();
+        const double y = double(size.height()) / key.size.height();
+        painter.drawImage(QRectF(tile.x() * x, tile.y() * y, tile.width() * x, tile.height() * y), image);
+    }
+}
+
+void PageDrawing::drawMarks(QPainter& painter, int page) {
     painter.save();
     painter.setCompositionMode(QPainter::CompositionMode_Multiply);
-    for (const QRectF& hit : m_marks.hits(page)) painter.fillRect(placeOf(page, hit), QColor::fromRgb(kHitColour));
-    if (const std::optional<QRectF> hit = m_marks.currentHit(page)) {
-        painter.fillRect(placeOf(page, *hit), QColor::fromRgb(kCurrentHitColour));
-    }
+    for (const QRectF& hit : m_marks.hits(page))
+        painter.fillRect(m_view.placeOf(page, hit), QColor::fromRgb(kHitColour));
+    if (const std::optional<QRectF> hit = m_marks.currentHit(page))
+        painter.fillRect(m_view.placeOf(page, *hit), QColor::fromRgb(kCurrentHitColour));
     painter.restore();
     const std::optional<Selection>& selection = m_marks.selection();
     if (!selection || selection->page != page) return;
-    const QRectF frame = placeOf(page, rectOf(m_marks.page(page).items[selection->item]));
-    painter.setPen(QPen(palette().color(QPalette::Active, QPalette::Highlight), 1));
+    const QRectF frame = m_view.placeOf(page, rectOf(m_marks.page(page).items[selection->item]));
+    painter.setPen(QPen(m_viewport.palette().color(QPalette::Active, QPalette::Highlight), 1));
     painter.setBrush(Qt::NoBrush);
     painter.drawRect(frame.toAlignedRect().adjusted(-2, -1, 1, 0));
 }
 
 // Visible pages first, then the next one, then the previous one.
-void PageArea::askForPictures() {
-    const Visible visible = visiblePages();
+void PageDrawing::askForPictures() {
+    const PageView::Range visible = m_view.visiblePages();
     std::vector<PictureKey> keys;
     for (int page = visible.first; page <= visible.last; ++page)
         for (const PictureKey& key : tilesInView(page)) keys.push_back(key);
     const QSize size = pictureSize();
     for (const int page : {visible.last + 1, visible.first - 1}) {
-        if (page < 0 || page >= m_layout.pageCount()) continue;
+        if (page < 0 || page >= m_view.pageCount()) continue;
         const int tiles = tileCount(size);
         for (int i = 0; i < std::min(tiles, kPrefetchTiles); ++i)
             keys.push_back({page, size, page < visible.first ? tiles - 1 - i : i});
