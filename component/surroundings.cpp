@@ -46,8 +46,8 @@ com::Ref<IPrinterSetupDialog> HostSurroundings::newPrinterSetupDialog() {
     return dialogs::makePrinterSetupDialog();
 }
 
-std::unique_ptr<form::IOutput> HostSurroundings::newOutput(QWidget& window, form::Activity& activity) {
-    return std::make_unique<form::ReportOutput>(window, activity, *this, m_outputMemory);
+std::unique_ptr<form::IReportOutput> HostSurroundings::newOutput(QWidget& window, form::Activity& activity) {
+    return std::make_unique<form::DialogOutput>(window, activity, *this, m_outputMemory);
 }
 
 }  // namespace velcoran::component

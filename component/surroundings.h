@@ -1,6 +1,6 @@
 #pragma once
 
-#include "form/run/report_output.h"
+#include "form/run/dialog_output.h"
 #include "form/run/surroundings.h"
 #include "host_events.h"
 
@@ -23,7 +23,7 @@ public:
     com::Ref<IExportDialog> newExportDialog() override;
     com::Ref<IPrintDialog> newPrintDialog() override;
     com::Ref<IPrinterSetupDialog> newPrinterSetupDialog() override;
-    std::unique_ptr<form::IOutput> newOutput(QWidget& window, form::Activity& activity) override;
+    std::unique_ptr<form::IReportOutput> newOutput(QWidget& window, form::Activity& activity) override;
     void windowClosed() override { m_events.queueClosed(); }
     [[nodiscard]] bool opensDocuments() const override { return m_events.hasListener(); }
     void openDocument(const QString& number, const QString& kind, const QString& partner) override {

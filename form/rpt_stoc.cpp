@@ -2,14 +2,11 @@
 
 #include "controls/input/second_press.h"
 #include "desktop/own_look.h"
-#include "form/busy/activity.h"
 #include "form/busy/blocked.h"
-#include "form/busy/call_runner.h"
 #include "form/busy/held_keys.h"
-#include "form/busy/message.h"
-#include "form/rules/messages.h"
-#include "form/run/surroundings.h"
+#include "lasting_parts.h"
 #include "loaded_window.h"
+#include "setup.h"
 #include "window_icon.h"
 
 #include <QCloseEvent>
@@ -36,15 +33,11 @@ constexpr auto kDestroyControls = static_cast<QEvent::Type>(QEvent::User + 1);
 class RptStoc::Private {
 public:
     Private(RptStoc& owner, Surroundings& outside)
-        : m_window(owner),
-          m_look(owner),
-          surroundings(outside),
-          handlers([this](const base::Error& error) { showFailure(error); }, [this] { onIdle(); }),
-          activity(owner),
-          runner(activity) {}
+        : m_window(owner), m_look(owner), lasting(owner, outside, [this] { onIdle(); }) {}
 
     void requireIdle() const;
     void load();
+    void setUp(const SetupArguments& arguments);
     void unload();
     void destroyRetired();
     void followScreen();
@@ -58,18 +51,12 @@ private:
     desktop::OwnLook m_look;
 
 public:
-    Surroundings& surroundings;
-    Members members;
-    HandlerGuard handlers;
-    Activity activity;
-    CallRunner runner;
-    Hourglass hourglass;
+    LastingParts lasting;
     std::unique_ptr<LoadedWindow> loaded;
     bool isSettingUp = false;
     bool isScreenFollowed = false;
 
 private:
-    void showFailure(const base::Error& error);
     void onIdle();
 
     controls::SecondPressGuard m_secondPress;
@@ -79,7 +66,7 @@ private:
 };
 
 void RptStoc::Private::requireIdle() const {
-    if (isSettingUp || activity.isRunning())
+    if (isSettingUp || lasting.activity.isRunning())
         throw base::Error(base::kInvalidProcedureCall, u"Fereastra raportului este ocupată."_s);
     if (isBlocked(m_window))
         throw base::Error(base::kInvalidProcedureCall,
@@ -92,15 +79,14 @@ void RptStoc::Private::load() {
     m_window.setWindowState(Qt::WindowNoState);
     const double density = m_window.screen()->logicalDotsPerInchX();
     m_window.resize(kDesignedWidth.toPixels(density), kDesignedHeight.toPixels(density));
-    loaded =
-        std::make_unique<LoadedWindow>(std::make_unique<ControlTree>(m_window, density), [this](ControlTree& controls) {
-            return Context{m_window, members,   controls,
-                           activity, runner,    surroundings,
-                           handlers, hourglass, [this] { m_window.CloseForm(); }};
-        });
+    loaded = std::make_unique<LoadedWindow>(m_window, density, lasting, [this] { m_window.CloseForm(); });
     loaded->controls().followSize(m_window.size());
     m_heldKeys.emplace(
         m_window, [this] { return loaded->isLoading(); }, [this] { loaded->stopReport(); });
+}
+
+void RptStoc::Private::setUp(const SetupArguments& arguments) {
+    runSetup(loaded->controls(), lasting.members, lasting.activity, lasting.runner, lasting.surroundings, arguments);
 }
 
 void RptStoc::Private::unload() {
@@ -109,27 +95,22 @@ void RptStoc::Private::unload() {
     m_secondPress.arm();  // a double click on a button that closes is not meant for the host's window behind
     std::unique_ptr<LoadedWindow> old = std::move(loaded);
     old->detach();
-    hourglass.reset();
+    lasting.hourglass.reset();
     m_window.hide();
-    surroundings.windowClosed();
-    members.release();
+    lasting.surroundings.windowClosed();
+    lasting.members.release();
     m_retired.push_back(std::move(old));
     QCoreApplication::postEvent(&m_window, new QEvent(kDestroyControls));
 }
 
 /// Inside a handler nothing is destroyed: the control whose handler closed the window has still to return from it.
 void RptStoc::Private::destroyRetired() {
-    if (handlers.isIdle()) m_retired.clear();
+    if (lasting.handlers.isIdle()) m_retired.clear();
 }
 
 void RptStoc::Private::onIdle() {
-    if (!activity.isRunning() && activity.takeClosing()) unload();
+    if (!lasting.activity.isRunning() && lasting.activity.takeClosing()) unload();
     if (!m_retired.empty()) QCoreApplication::postEvent(&m_window, new QEvent(kDestroyControls));
-}
-
-void RptStoc::Private::showFailure(const base::Error& error) {
-    const Message message = runFailureMessage(error, m_window.windowTitle());
-    showMessage(activity, members.objMesaje, message.text, message.style, message.title);
 }
 
 void RptStoc::Private::followScreen() {
@@ -156,26 +137,28 @@ RptStoc::~RptStoc() {
 
 void RptStoc::setPriza(db::Connection priza) {
     m_private->requireIdle();
-    m_private->members.Priza = std::move(priza);
+    m_private->lasting.members.Priza = std::move(priza);
 }
 
 bool RptStoc::isLoaded() const { return m_private->loaded != nullptr; }
 
-bool RptStoc::isInUse() const { return isLoaded() || !m_private->handlers.isIdle() || m_private->activity.isRunning(); }
+bool RptStoc::isInUse() const {
+    return isLoaded() || !m_private->lasting.handlers.isIdle() || m_private->lasting.activity.isRunning();
+}
 
 void RptStoc::Incarca(const QString& argTipRaport, QDate DataProgram, const QString& Soc) {
     m_private->requireIdle();
     if (!isLoaded()) m_private->load();
-    const HandlerGuard::Scope scope(m_private->handlers);
+    const HandlerGuard::Scope scope(m_private->lasting.handlers);
     const QScopedValueRollback settingUp(m_private->isSettingUp, true);
     m_private->loaded->endStanding();
-    m_private->loaded->setUp({argTipRaport, DataProgram, Soc});
-    if (m_private->activity.isClosing()) throw base::Cancelled();
+    m_private->setUp({argTipRaport, DataProgram, Soc});
+    if (m_private->lasting.activity.isClosing()) throw base::Cancelled();
 }
 
 void RptStoc::CloseForm() {
-    if (m_private->isSettingUp || m_private->activity.isRunning()) {
-        m_private->activity.close();
+    if (m_private->isSettingUp || m_private->lasting.activity.isRunning()) {
+        m_private->lasting.activity.close();
     } else {
         m_private->unload();
     }
@@ -199,7 +182,7 @@ void RptStoc::closeEvent(QCloseEvent* event) {
 }
 
 void RptStoc::resizeEvent(QResizeEvent*) {
-    m_private->handlers.run([this] {
+    m_private->lasting.handlers.run([this] {
         if (isLoaded()) m_private->loaded->controls().followSize(size());
     });
 }
@@ -210,35 +193,37 @@ int RptStoc::innerWidth() const { return base::Twips::fromPixels(width(), m_priv
 
 int RptStoc::innerHeight() const { return base::Twips::fromPixels(height(), m_private->density()).value; }
 
-QString RptStoc::pointer() const { return m_private->hourglass.isSet() ? u"hourglass"_s : u"default"_s; }
+QString RptStoc::pointer() const { return m_private->lasting.hourglass.isSet() ? u"hourglass"_s : u"default"_s; }
 
-QString RptStoc::sTipRaport() const { return m_private->members.sTipRaport.text; }
+QString RptStoc::sTipRaport() const { return m_private->lasting.members.sTipRaport.text; }
 
-int RptStoc::iAn() const { return m_private->members.iAn; }
+int RptStoc::iAn() const { return m_private->lasting.members.iAn; }
 
-QString RptStoc::sSoc() const { return m_private->members.sSoc; }
+QString RptStoc::sSoc() const { return m_private->lasting.members.sSoc; }
 
-bool RptStoc::bRaportIncarcat() const { return m_private->members.bRaportIncarcat; }
+bool RptStoc::bRaportIncarcat() const { return m_private->lasting.members.bRaportIncarcat; }
 
-QString RptStoc::sCodProdus() const { return m_private->members.codes[filters::CodeVariable::sCodProdus]; }
+QString RptStoc::sCodProdus() const { return m_private->lasting.members.codes[filters::CodeVariable::sCodProdus]; }
 
-QString RptStoc::sCodProducator() const { return m_private->members.codes[filters::CodeVariable::sCodProducator]; }
+QString RptStoc::sCodProducator() const {
+    return m_private->lasting.members.codes[filters::CodeVariable::sCodProducator];
+}
 
-QString RptStoc::sCodClient() const { return m_private->members.codes[filters::CodeVariable::sCodClient]; }
+QString RptStoc::sCodClient() const { return m_private->lasting.members.codes[filters::CodeVariable::sCodClient]; }
 
-QString RptStoc::sCodAgent() const { return m_private->members.codes[filters::CodeVariable::sCodAgent]; }
+QString RptStoc::sCodAgent() const { return m_private->lasting.members.codes[filters::CodeVariable::sCodAgent]; }
 
-QString RptStoc::sCautare() const { return m_private->members.sCautare; }
+QString RptStoc::sCautare() const { return m_private->lasting.members.sCautare; }
 
-bool RptStoc::hasPriza() const { return !m_private->members.Priza.isNull(); }
+bool RptStoc::hasPriza() const { return !m_private->lasting.members.Priza.isNull(); }
 
 QVariant RptStoc::rptFacturi() const {
-    const auto& report = m_private->members.rptFacturi;
+    const auto& report = m_private->lasting.members.rptFacturi;
     return report ? QVariant(report->name()) : QVariant();
 }
 
-bool RptStoc::hasLookupRows() const { return m_private->members.rsLookup != nullptr; }
+bool RptStoc::hasLookupRows() const { return m_private->lasting.members.rsLookup != nullptr; }
 
-bool RptStoc::hasMesaje() const { return static_cast<bool>(m_private->members.objMesaje); }
+bool RptStoc::hasMesaje() const { return static_cast<bool>(m_private->lasting.members.objMesaje); }
 
 }  // namespace velcoran::form

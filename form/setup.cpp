@@ -3,6 +3,8 @@
 #include "db/row_store.h"
 #include "filters/codes.h"
 #include "form/busy/activity.h"
+#include "form/panel/control_tree.h"
+#include "form/panel/members.h"
 #include "form/rules/setup_values.h"
 #include "form/run/activate_window.h"
 #include "form/run/surroundings.h"
@@ -32,8 +34,14 @@ constexpr KindCaption kSupplierCaptions[] = {
 /// steps before it have done.
 class Setup {
 public:
-    Setup(const Context& context, const SetupArguments& arguments)
-        : m_context(context), m_members(context.members), m_controls(context.controls), m_arguments(arguments) {}
+    Setup(ControlTree& controls, Members& members, Activity& activity, db::ICallRunner& runner,
+          Surroundings& surroundings, const SetupArguments& arguments)
+        : m_controls(controls),
+          m_members(members),
+          m_activity(activity),
+          m_runner(runner),
+          m_surroundings(surroundings),
+          m_arguments(arguments) {}
 
     void run();
 
@@ -59,9 +67,11 @@ private:
     [[nodiscard]] bool isImport() const { return m_members.sTipRaport.kind == filters::ReportKind::Import; }
     [[nodiscard]] bool isExport() const { return m_members.sTipRaport.kind == filters::ReportKind::Export; }
 
-    const Context& m_context;
-    Members& m_members;
     ControlTree& m_controls;
+    Members& m_members;
+    Activity& m_activity;
+    db::ICallRunner& m_runner;
+    Surroundings& m_surroundings;
     const SetupArguments& m_arguments;
 };
 
@@ -74,16 +84,16 @@ void Setup::run() {
     };
     for (const auto step : kSteps) {
         (this->*step)();
-        if (m_context.activity.isClosing()) throw base::Cancelled();
+        if (m_activity.isClosing()) throw base::Cancelled();
     }
 }
 
 void Setup::makeMessages() {
-    m_context.activity.callHost([this] { m_members.objMesaje = m_context.surroundings.newMesaje(); });
+    m_activity.callHost([this] { m_members.objMesaje = m_surroundings.newMesaje(); });
 }
 
 void Setup::show() {
-    QWidget& window = m_context.window;
+    QWidget& window = m_controls.window();
     const bool isAppearing = !window.isVisible();
     window.show();
     if (!isAppearing) window.raise();
@@ -93,7 +103,7 @@ void Setup::show() {
 
 void Setup::readYear() {
     const auto years = std::make_shared<db::RowStore>();
-    m_context.runner.run(m_members.Priza, [priza = m_members.Priza, years] {
+    m_runner.run(m_members.Priza, [priza = m_members.Priza, years] {
         const db::Rows rows = priza.execute(lookup::kYearStatement.toString());
         if (const RowBlock* block = rows.fetch(1)) years->append(*block);
     });
@@ -102,7 +112,7 @@ void Setup::readYear() {
 }
 
 void Setup::maximize() {
-    QWidget& window = m_context.window;
+    QWidget& window = m_controls.window();
     window.showMaximized();
     window.repaint();
 }
@@ -114,7 +124,7 @@ void Setup::showPanel() {
     m_controls.place(Ctl::frmEnable, {{0}, place.top, place.width, place.height});
     panel.show();
     if (wasHidden) m_controls.widget(Ctl::cmbTipRaport).setFocus();
-    m_context.window.repaint();
+    m_controls.window().repaint();
 }
 
 void Setup::setPartnerCaptions() {
@@ -134,7 +144,7 @@ void Setup::fillWarehouses() {
     m_controls.warehouses().fill({});
     newRecordset();
     db::RowSet& rows = *m_members.rsQuery;
-    rows.open(m_members.Priza, lookup::kWarehouseStatement.toString(), m_context.runner);
+    rows.open(m_members.Priza, lookup::kWarehouseStatement.toString(), m_runner);
     QStringList items;
     for (rows.moveFirst(); !rows.isEof(); rows.moveNext())
         if (const std::optional<QString> item = rows.field(0)) items.append(*item);
@@ -163,13 +173,16 @@ void Setup::fillCategories() {
 }
 
 void Setup::setWindowCaption() {
-    m_context.window.setWindowTitle(isExport() ? u"Facturi Export Clienti"_s : u"Facturi Import Furnizori"_s);
+    m_controls.window().setWindowTitle(isExport() ? u"Facturi Export Clienti"_s : u"Facturi Import Furnizori"_s);
     m_controls.setCaption(Ctl::frmProduse,
                           isExport() ? u"Facturi care contin:"_s : layoutOf(Ctl::frmProduse).caption.toString());
 }
 
 }  // namespace
 
-void runSetup(const Context& context, const SetupArguments& arguments) { Setup(context, arguments).run(); }
+void runSetup(ControlTree& controls, Members& members, Activity& activity, db::ICallRunner& runner,
+              Surroundings& surroundings, const SetupArguments& arguments) {
+    Setup(controls, members, activity, runner, surroundings, arguments).run();
+}
 
 }  // namespace velcoran::form

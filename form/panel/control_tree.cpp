@@ -86,7 +86,7 @@ void dress(controls::Control& control, const Look& look) {
 
 }  // namespace
 
-ControlTree::ControlTree(QWidget& window, double density) : m_density(density) {
+ControlTree::ControlTree(QWidget& window, double density) : m_window(window), m_density(density) {
     for (const LayoutRow& row : layoutRows()) build(window, row);
     for (const LayoutRow& row : layoutRows()) widget(row.control).lower();
     for (const LayoutRow& row : layoutRows()) widget(row.control).setHidden(row.isHidden);

@@ -26,6 +26,8 @@ public:
     ControlTree(const ControlTree&) = delete;
     ControlTree& operator=(const ControlTree&) = delete;
 
+    /// The window that the controls are of.
+    [[nodiscard]] QWidget& window() const { return m_window; }
     [[nodiscard]] QWidget& widget(Ctl control) const { return *m_widgets[static_cast<std::size_t>(control)]; }
     /// A control as its class; the layout says which one it is.
     template <class Class>
@@ -45,6 +47,8 @@ public:
     [[nodiscard]] controls::Grid& grid() const { return as<controls::Grid>(Ctl::Grid); }
     [[nodiscard]] viewer::ReportViewer& viewer() const { return as<viewer::ReportViewer>(Ctl::CRW); }
 
+    /// Whether the grid lies open over the filters.
+    [[nodiscard]] bool isPickerOpen() const { return !widget(Ctl::fraGrid).isHidden(); }
     /// The control that a widget is or lies in; nothing for the window and for what is not of it.
     [[nodiscard]] std::optional<Ctl> controlAt(const QWidget* widget) const;
     /// Enabled with all its containers and shown in the window.
@@ -67,6 +71,7 @@ private:
     void build(QWidget& window, const LayoutRow& row);
     void orderTabs();
 
+    QWidget& m_window;
     std::array<QWidget*, kControlCount> m_widgets{};
     double m_density;
 };

@@ -20,60 +20,61 @@ constexpr int kSelectionWithoutTemporary = 1;
 
 }  // namespace
 
-FilterPanel::FilterPanel(const Context& context) : m_context(context) {
+FilterPanel::FilterPanel(const ControlTree& controls, filters::Codes& codes, HandlerGuard& handlers)
+    : m_controls(controls), m_codes(codes), m_handlers(handlers) {
     for (const filters::LookupFieldRow& one : filters::kLookupFields) connectField(one.field);
     connectLists();
 }
 
 void FilterPanel::colourOnFocus(controls::Control& control) {
     control.setFocusHandler([this, &control](bool isGained) {
-        m_context.handlers.run([&] { control.setBackColour(isGained ? kFocusColour : kRestColour); });
+        m_handlers.run([&] { control.setBackColour(isGained ? kFocusColour : kRestColour); });
     });
 }
 
 void FilterPanel::connectField(LookupField field) {
-    controls::TextBox& box = m_context.controls.textBox(field);
+    controls::TextBox& box = m_controls.textBox(field);
     colourOnFocus(box);
     box.setRefusedCharacters([](const QString& character) { return kRefused.contains(character); });
     QObject::connect(&box, &controls::TextBox::changed, &box,
-                     [this, field] { m_context.handlers.run([&] { runCascade(field, *this); }); });
+                     [this, field] { m_handlers.run([&] { runCascade(field, *this); }); });
 }
 
 void FilterPanel::connectLists() {
-    const ControlTree& tree = m_context.controls;
-    HandlerGuard& handlers = m_context.handlers;
     for (const Ctl list : {Ctl::cmbTipRaport, Ctl::cmbSortare, Ctl::cmbSelectie, Ctl::cmbCategorie})
-        colourOnFocus(tree.list(list));
-    QObject::connect(&tree.list(Ctl::cmbCategorie), &controls::DropDownList::changed, &tree.list(Ctl::cmbCategorie),
-                     [this, &handlers] { handlers.run([&] { runCascade(Trigger::cmbCategorie, *this); }); });
-    QObject::connect(&tree.list(Ctl::cmbSelectie), &controls::DropDownList::changed, &tree.list(Ctl::cmbSelectie),
-                     [this, &handlers](int index) { handlers.run([&] { onSelection(index); }); });
-    controls::CheckBox& totals = tree.checkBox(Ctl::chkTotale);
-    QObject::connect(&totals, &controls::CheckBox::changed, &totals, [this, &handlers](bool isTicked) {
-        handlers.run([&] { runCascade(isTicked ? Trigger::totalsTicked : Trigger::totalsUnticked, *this); });
+        colourOnFocus(m_controls.list(list));
+    QObject::connect(&m_controls.list(Ctl::cmbCategorie), &controls::DropDownList::changed,
+                     &m_controls.list(Ctl::cmbCategorie),
+                     [this] { m_handlers.run([&] { runCascade(Trigger::cmbCategorie, *this); }); });
+    QObject::connect(&m_controls.list(Ctl::cmbSelectie), &controls::DropDownList::changed,
+                     &m_controls.list(Ctl::cmbSelectie),
+                     [this](int index) { m_handlers.run([&] { onSelection(index); }); });
+    controls::CheckBox& totals = m_controls.checkBox(Ctl::chkTotale);
+    QObject::connect(&totals, &controls::CheckBox::changed, &totals, [this](bool isTicked) {
+        m_handlers.run([&] { runCascade(isTicked ? Trigger::totalsTicked : Trigger::totalsUnticked, *this); });
     });
     QObject::connect(&totals, &controls::CheckBox::ticked, &totals,
-                     [&tree](bool isTicked) { tree.widget(Ctl::cmbSortare).setEnabled(!isTicked); });
+                     [this](bool isTicked) { m_controls.widget(Ctl::cmbSortare).setEnabled(!isTicked); });
 }
 
 void FilterPanel::onSelection(int index) {
-    controls::CheckBox& temporary = m_context.controls.checkBox(Ctl::chkLohn);
+    controls::CheckBox& temporary = m_controls.checkBox(Ctl::chkLohn);
     temporary.setValue(false);
     temporary.setLocked(index == kSelectionWithoutTemporary);
 }
 
-void FilterPanel::emptyField(LookupField field) { m_context.controls.textBox(field).setText(QString()); }
+void FilterPanel::emptyField(LookupField field) { m_controls.textBox(field).setText(QString()); }
 
-void FilterPanel::emptyCode(filters::CodeVariable code) { m_context.members.codes[code].clear(); }
+void FilterPanel::emptyCode(filters::CodeVariable code) { m_codes[code].clear(); }
 
-void FilterPanel::markChanged(LookupField field) { m_context.controls.textBox(field).setDataChanged(true); }
+void FilterPanel::markChanged(LookupField field) { m_controls.textBox(field).setDataChanged(true); }
 
-void FilterPanel::clearDataChanged(LookupField field) { m_context.controls.textBox(field).setDataChanged(false); }
+void FilterPanel::clearDataChanged(LookupField field) { m_controls.textBox(field).setDataChanged(false); }
 
-void FilterPanel::resetCategory() { m_context.controls.list(Ctl::cmbCategorie).setIndex(0); }
+void FilterPanel::resetCategory() { m_controls.list(Ctl::cmbCategorie).setIndex(0); }
 
 void FilterPanel::enableProducts(bool isEnabled) {
-    for (const Ctl control : kProductFilters) m_context.controls.widget(control).setEnabled(isEnabled);
+    for (const Ctl control : kProductFilters) m_controls.widget(control).setEnabled(isEnabled);
 }
 
 }  // namespace velcoran::form

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "context.h"
+#include "control_tree.h"
+#include "form/busy/handler_guard.h"
 #include "form/rules/cascade.h"
 
 namespace velcoran::form {
@@ -9,7 +10,8 @@ namespace velcoran::form {
 /// others.
 class FilterPanel final : public ICascadeTarget {
 public:
-    explicit FilterPanel(const Context& context);
+    /// All of them outlive this. @param codes  those that a change of a field empties
+    FilterPanel(const ControlTree& controls, filters::Codes& codes, HandlerGuard& handlers);
 
     void emptyField(filters::LookupField field) override;
     void emptyCode(filters::CodeVariable code) override;
@@ -26,7 +28,9 @@ private:
     void colourOnFocus(controls::Control& control);
     void onSelection(int index);
 
-    const Context& m_context;
+    const ControlTree& m_controls;
+    filters::Codes& m_codes;
+    HandlerGuard& m_handlers;
 };
 
 }  // namespace velcoran::form

@@ -30,10 +30,16 @@ Key keyOf(int qtKey) {
 
 }  // namespace
 
-Keyboard::Keyboard(const Context& context, FilterPanel& panel, std::function<void(filters::LookupField)> openLookup)
-    : m_context(context), m_panel(panel), m_openLookup(std::move(openLookup)), m_reportKeys(context.controls) {
+Keyboard::Keyboard(const ControlTree& controls, HandlerGuard& handlers, FilterPanel& panel,
+                   std::function<void(filters::LookupField)> openLookup, std::function<void()> closeForm)
+    : m_controls(controls),
+      m_handlers(handlers),
+      m_panel(panel),
+      m_openLookup(std::move(openLookup)),
+      m_closeForm(std::move(closeForm)),
+      m_reportKeys(controls) {
     for (const Ctl control : controlsWithKeys()) {
-        controls::Control::of(&context.controls.widget(control))->setKeyHandler([this, control](QKeyEvent& key) {
+        controls::Control::of(&m_controls.widget(control))->setKeyHandler([this, control](QKeyEvent& key) {
             return onKey(control, key.key());
         });
     }
@@ -41,7 +47,7 @@ Keyboard::Keyboard(const Context& context, FilterPanel& panel, std::function<voi
 
 bool Keyboard::onKey(Ctl control, int key) {
     bool isDone = false;
-    m_context.handlers.run([&] {
+    m_handlers.run([&] {
         const Act act = actOf(control, keyOf(key), stateOf(control));
         isDone = isConsumed(act);
         perform(act, control);
@@ -68,7 +74,7 @@ void Keyboard::perform(Act act, Ctl control) {
             return chooseEntry(control, act);
         case Act::close:
         case Act::closeSwallow:
-            return m_context.closeForm();
+            return m_closeForm();
     }
 }
 
@@ -80,39 +86,38 @@ void Keyboard::discard(Ctl control) {
 }
 
 void Keyboard::chooseEntry(Ctl control, Act act) {
-    if (control != Ctl::cmbDepozit) return m_context.controls.list(control).setIndex(0);
-    controls::TickList& warehouses = m_context.controls.warehouses();
+    if (control != Ctl::cmbDepozit) return m_controls.list(control).setIndex(0);
+    controls::TickList& warehouses = m_controls.warehouses();
     const int index = warehouses.currentIndex();
     warehouses.setCurrentIndex(act == Act::chooseFirst ? 0 : act == Act::next ? index + 1 : index - 1);
 }
 
 void Keyboard::moveOn(Ctl from, Direction direction) {
-    const auto isEnabled = [this](Ctl control) { return m_context.controls.isOwnEnabled(control); };
+    const auto isEnabled = [this](Ctl control) { return m_controls.isOwnEnabled(control); };
     if (const auto target = nextFocus(from, direction, isEnabled, canTakeFocus())) focus(*target, direction);
 }
 
 void Keyboard::focus(Ctl target, Direction direction) {
     if (const auto control = focusOrNext(target, direction, canTakeFocus()))
-        m_context.controls.widget(*control).setFocus(Qt::OtherFocusReason);
+        m_controls.widget(*control).setFocus(Qt::OtherFocusReason);
 }
 
 ControlTest Keyboard::canTakeFocus() const {
-    return [this](Ctl control) { return m_context.controls.canTakeFocus(control); };
+    return [this](Ctl control) { return m_controls.canTakeFocus(control); };
 }
 
 KeyState Keyboard::stateOf(Ctl control) const {
-    const ControlTree& tree = m_context.controls;
     switch (layoutOf(control).kind) {
         case Kind::textBox: {
-            const auto& box = tree.as<controls::TextBox>(control);
+            const auto& box = m_controls.as<controls::TextBox>(control);
             return {.isAtStart = box.selStart() == 0,
                     .isAtEnd = box.selStart() == box.text().size(),
                     .dataChanged = box.isDataChanged()};
         }
         case Kind::dropDownList:
-            return {.index = tree.list(control).index(), .count = tree.list(control).count()};
+            return {.index = m_controls.list(control).index(), .count = m_controls.list(control).count()};
         case Kind::tickList:
-            return {.index = tree.warehouses().currentIndex(), .count = tree.warehouses().count()};
+            return {.index = m_controls.warehouses().currentIndex(), .count = m_controls.warehouses().count()};
         default:
             return {};
     }

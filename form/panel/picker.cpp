@@ -1,10 +1,12 @@
 #include "picker.h"
 
+#include "collected_state.h"
 #include "filter_panel.h"
 #include "keyboard.h"
 #include "lookup/fill.h"
 #include "lookup/lookup_request.h"
 #include "lookup/type_ahead.h"
+#include "members.h"
 
 #include <QApplication>
 
@@ -38,65 +40,66 @@ bool isPointer(QEvent::Type type) {
 
 }  // namespace
 
-Picker::Picker(const Context& context, FilterPanel& panel) : m_context(context), m_panel(panel) {
-    context.controls.frame(Ctl::fraGrid).setTag({});  // it has one from the start, empty until the first lookup
-    controls::Grid& grid = context.controls.grid();
-    grid.setKeyPressHandler(
-        [this](const QString& character) { m_context.handlers.run([&] { onCharacter(character); }); });
+Picker::Picker(ControlTree& controls, Members& members, HandlerGuard& handlers, db::ICallRunner& runner,
+               const Messenger& messenger, FilterPanel& panel)
+    : m_controls(controls),
+      m_members(members),
+      m_handlers(handlers),
+      m_runner(runner),
+      m_messenger(messenger),
+      m_panel(panel) {
+    m_controls.frame(Ctl::fraGrid).setTag({});  // it has one from the start, empty until the first lookup
+    controls::Grid& grid = m_controls.grid();
+    grid.setKeyPressHandler([this](const QString& character) { m_handlers.run([&] { onCharacter(character); }); });
     connect(&grid, &controls::Grid::cellClicked, this, [this] {
         m_secondPress.arm();
-        m_context.handlers.run([this] { pickCurrent(); });
+        m_handlers.run([this] { pickCurrent(); });
     });
 }
 
 void Picker::detach() {
     guardFocus(false);
-    m_context.controls.grid().bind(nullptr);
+    m_controls.grid().bind(nullptr);
     m_model.setRowSet(nullptr);
 }
 
-bool Picker::isOpen() const { return !m_context.controls.widget(Ctl::fraGrid).isHidden(); }
-
 void Picker::openLookup(LookupField field) {
-    const lookup::LookupRequest request =
-        lookup::buildLookup(field, collectState(m_context.members, m_context.controls));
-    controls::Frame& frame = m_context.controls.frame(Ctl::fraGrid);
+    const lookup::LookupRequest request = lookup::buildLookup(field, collectState(m_members, m_controls));
+    controls::Frame& frame = m_controls.frame(Ctl::fraGrid);
     showCaption(request.Caption);
     frame.setTag(request.Tag);
     if (!fillGrid(request.Sql)) {
-        m_context.controls.textBox(field).setFocus();
+        m_controls.textBox(field).setFocus();
         return;
     }
     frame.show();
-    m_context.controls.grid().setFocus();
+    m_controls.grid().setFocus();
     guardFocus(true);
 }
 
 bool Picker::fillGrid(const QString& sql) {
-    Members& members = m_context.members;
-    members.rsLookup = std::make_shared<db::RowSet>();
-    if (lookup::openLookup(*members.rsLookup, members.Priza, sql, m_context.runner) != 0) {
+    m_members.rsLookup = std::make_shared<db::RowSet>();
+    if (lookup::openLookup(*m_members.rsLookup, m_members.Priza, sql, m_runner) != 0) {
         showRows();
         return true;
     }
-    m_context.show(lookup::kNoRowsText.toString(), kStilError, m_context.controls.frame(Ctl::fraGrid).caption());
+    m_messenger.show({lookup::kNoRowsText.toString(), kStilError, m_controls.frame(Ctl::fraGrid).caption()});
     return false;
 }
 
 void Picker::showRows() {
-    const ControlTree& tree = m_context.controls;
-    tree.widget(Ctl::frmEnable).setEnabled(false);
-    const base::TwipsRect place = controls::twipsOf(&tree.widget(Ctl::fraGrid));
-    m_context.controls.place(Ctl::fraGrid, {kOpenLeft, kOpenTop, place.width, place.height});
-    m_model.setRowSet(m_context.members.rsLookup.get());
-    m_shown = m_context.members.rsLookup;
-    tree.grid().bind(&m_model);
+    m_controls.widget(Ctl::frmEnable).setEnabled(false);
+    const base::TwipsRect place = controls::twipsOf(&m_controls.widget(Ctl::fraGrid));
+    m_controls.place(Ctl::fraGrid, {kOpenLeft, kOpenTop, place.width, place.height});
+    m_model.setRowSet(m_members.rsLookup.get());
+    m_shown = m_members.rsLookup;
+    m_controls.grid().bind(&m_model);
     setWidths();
 }
 
 void Picker::setWidths() {
-    controls::Grid& grid = m_context.controls.grid();
-    const lookup::ColumnWidths widths = lookup::columnWidths(m_context.controls.frame(Ctl::fraGrid).caption());
+    controls::Grid& grid = m_controls.grid();
+    const lookup::ColumnWidths widths = lookup::columnWidths(m_controls.frame(Ctl::fraGrid).caption());
     grid.setColumnWidth(0, widths.fixed);
     grid.setColumnWidth(1, widths.first);
     grid.setColumnWidth(2, widths.second);
@@ -111,21 +114,21 @@ void Picker::onCharacter(const QString& character) {
 }
 
 void Picker::cancel() {
-    if (isOpen()) cancelPick(m_context.controls.frame(Ctl::fraGrid).tag(), *this);
+    if (isOpen()) cancelPick(m_controls.frame(Ctl::fraGrid).tag(), *this);
 }
 
 void Picker::showCaption(const QString& caption) {
-    m_context.controls.frame(Ctl::fraGrid).setCaption(caption);
-    m_context.controls.grid().setAccessibleName(caption);
+    m_controls.frame(Ctl::fraGrid).setCaption(caption);
+    m_controls.grid().setAccessibleName(caption);
 }
 
 void Picker::typeAhead(const QString& character) {
-    controls::Frame& frame = m_context.controls.frame(Ctl::fraGrid);
-    controls::Grid& grid = m_context.controls.grid();
-    lookup::TypeAhead state{m_context.members.sCautare, frame.caption()};
+    controls::Frame& frame = m_controls.frame(Ctl::fraGrid);
+    controls::Grid& grid = m_controls.grid();
+    lookup::TypeAhead state{m_members.sCautare, frame.caption()};
     const bool isFiltered =
-        lookup::typeAhead(state, character, grid.headerText(grid.column()), frame.tag(), *m_context.members.rsLookup);
-    m_context.members.sCautare = state.sCautare;
+        lookup::typeAhead(state, character, grid.headerText(grid.column()), frame.tag(), *m_members.rsLookup);
+    m_members.sCautare = state.sCautare;
     showCaption(state.caption);
     if (isFiltered) m_model.refresh();
     grid.setFocus();
@@ -133,25 +136,25 @@ void Picker::typeAhead(const QString& character) {
 
 void Picker::pickCurrent() {
     if (!isOpen()) return;
-    controls::Grid& grid = m_context.controls.grid();
+    controls::Grid& grid = m_controls.grid();
     if (grid.row() < 1) return;
     const auto cell = [&grid](int column) { return grid.cellText(grid.row(), column); };
-    pick(m_context.controls.frame(Ctl::fraGrid).tag(), cell, *this);
+    pick(m_controls.frame(Ctl::fraGrid).tag(), cell, *this);
 }
 
-void Picker::emptySearchText() { m_context.members.sCautare.clear(); }
+void Picker::emptySearchText() { m_members.sCautare.clear(); }
 
-void Picker::setFieldText(LookupField field, const QString& text) { m_context.controls.textBox(field).setText(text); }
+void Picker::setFieldText(LookupField field, const QString& text) { m_controls.textBox(field).setText(text); }
 
-void Picker::setCode(filters::CodeVariable code, const QString& value) { m_context.members.codes[code] = value; }
+void Picker::setCode(filters::CodeVariable code, const QString& value) { m_members.codes[code] = value; }
 
 void Picker::clearDataChanged(LookupField field) { m_panel.clearDataChanged(field); }
 
 void Picker::closePicker() {
     guardFocus(false);
-    m_context.controls.grid().clearFocus();
-    m_context.controls.widget(Ctl::fraGrid).hide();
-    m_context.controls.widget(Ctl::frmEnable).setEnabled(true);
+    m_controls.grid().clearFocus();
+    m_controls.widget(Ctl::fraGrid).hide();
+    m_controls.widget(Ctl::frmEnable).setEnabled(true);
 }
 
 void Picker::focusControl(QStringView objectName) { m_keyboard->focus(*controlNamed(objectName), Direction::forward); }
@@ -166,15 +169,15 @@ void Picker::guardFocus(bool isGuarded) {
 }
 
 void Picker::keepFocus(QWidget* now) {
-    if (now == nullptr || now->window() != &m_context.window) return;
-    if (!m_context.controls.widget(Ctl::fraGrid).isAncestorOf(now)) m_context.controls.grid().setFocus();
+    if (now == nullptr || now->window() != &m_controls.window()) return;
+    if (!m_controls.widget(Ctl::fraGrid).isAncestorOf(now)) m_controls.grid().setFocus();
 }
 
 bool Picker::eventFilter(QObject* object, QEvent* event) {
     if (!isPointer(event->type()) || !object->isWidgetType()) return false;
     const auto* widget = static_cast<QWidget*>(object);
-    if (widget->window() != &m_context.window) return false;
-    return !m_context.controls.widget(Ctl::fraGrid).isAncestorOf(widget);
+    if (widget->window() != &m_controls.window()) return false;
+    return !m_controls.widget(Ctl::fraGrid).isAncestorOf(widget);
 }
 
 }  // namespace velcoran::form

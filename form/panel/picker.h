@@ -1,7 +1,11 @@
 #pragma once
 
-#include "context.h"
+#include "control_tree.h"
 #include "controls/input/second_press.h"
+#include "db/connection.h"
+#include "db/row_set.h"
+#include "form/busy/handler_guard.h"
+#include "form/busy/messenger.h"
 #include "form/rules/pick.h"
 #include "lookup/grid_model.h"
 
@@ -11,19 +15,22 @@ namespace velcoran::form {
 
 class FilterPanel;
 class Keyboard;
+struct Members;
 
 /// The picker: the grid that opens over the filter panel with the rows of a lookup, narrowed by typing, left by a pick
 /// or by Esc. While it is open nothing else in the window can be worked.
 class Picker final : public QObject, private IPickTarget {
 public:
-    Picker(const Context& context, FilterPanel& panel);
+    /// All of them outlive this.
+    Picker(ControlTree& controls, Members& members, HandlerGuard& handlers, db::ICallRunner& runner,
+           const Messenger& messenger, FilterPanel& panel);
 
     /// The keyboard gives the focus on after a pick; set once, before any key.
     void setKeyboard(Keyboard& keyboard) { m_keyboard = &keyboard; }
 
     /// Enter in a lookup field: runs its lookup and opens the grid on what it finds, or says that there is nothing.
     void openLookup(filters::LookupField field);
-    [[nodiscard]] bool isOpen() const;
+    [[nodiscard]] bool isOpen() const { return m_controls.isPickerOpen(); }
     /// Closes the open picker as Esc does.
     void cancel();
     /// Lets go of the focus and of the rows: the window closes.
@@ -50,7 +57,11 @@ private:
     void closePicker() override;
     void focusControl(QStringView objectName) override;
 
-    const Context& m_context;
+    ControlTree& m_controls;
+    Members& m_members;
+    HandlerGuard& m_handlers;
+    db::ICallRunner& m_runner;
+    const Messenger& m_messenger;
     FilterPanel& m_panel;
     Keyboard* m_keyboard = nullptr;
     lookup::GridModel m_model;

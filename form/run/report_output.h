@@ -1,63 +1,42 @@
 #pragma once
 
-#include "output.h"
-
-#include <QString>
-
-#include <velcoran/com.h>
-
-#include <cstdint>
 #include <memory>
-#include <vector>
-
-class QWidget;
 
 namespace velcoran::report {
-class Document;
-class ExportControl;
-}  // namespace velcoran::report
+class Report;
+}
+namespace velcoran::viewer {
+class ReportViewer;
+}
 
 namespace velcoran::form {
 
-class Activity;
-class Surroundings;
-
-/// What the output commands keep from one loading of the window to the next.
-struct OutputMemory {
-    QString folder;  ///< of the last export; empty before the first
+/// What is printed or exported: the report that is shown, with the filters, the period and the kind that it was made
+/// with, whatever the controls say by now.
+struct OutputSubject {
+    std::shared_ptr<report::Report> report;  ///< null while none is shown
+    viewer::ReportViewer& viewer;
 };
 
-/// Printing, printer set-up and export through the dialogs of the surroundings. Both outputs are written on a thread of
-/// their own while the window stays alive.
-class ReportOutput final : public IOutput {
+/// Printing, printer set-up and export as the window's commands use them. A user's cancel is no error: the function
+/// returns, or throws Cancelled.
+class IReportOutput {
 public:
-    /// @param memory  outlives this, as the window and the surroundings do
-    ReportOutput(QWidget& window, Activity& activity, Surroundings& surroundings, OutputMemory& memory);
-    ~ReportOutput() override;
+    virtual ~IReportOutput() = default;
 
-    void printOut(const OutputSubject& subject) override;
-    bool printerSetup(const OutputSubject& subject) override;
-    void resetExportOptions() override;
-    void promptForExportOptions(const OutputSubject& subject) override;
-    [[nodiscard]] int formatType() const override { return m_formatType; }
-    void exportReport(const OutputSubject& subject) override;
+    /// Opens the print dialog and prints. @throws Error kInvalidProcedureCall when the printer is missing or gone
+    virtual void printOut(const OutputSubject& subject) = 0;
+    /// Opens the printer set-up dialog; the viewer's page layout follows it. @return false when cancelled
+    virtual bool printerSetup(const OutputSubject& subject) = 0;
 
-private:
-    template <class Dialog, class Choose>
-    [[nodiscard]] bool isChosen(const com::Ref<Dialog>& dialog, Choose choose) const;
-    template <class Dialog>
-    [[nodiscard]] com::Ref<Dialog> newDialog(com::Ref<Dialog> (Surroundings::*make)()) const;
-    [[nodiscard]] std::uintptr_t windowHandle() const;
-    [[nodiscard]] QString suggestedFile(const OutputSubject& subject) const;
-
-    QWidget& m_window;
-    Activity& m_activity;
-    Surroundings& m_surroundings;
-    OutputMemory& m_memory;
-    QString m_printer;  ///< chosen at set-up; empty before, and where there was none
-    int m_formatType = 0;
-    QString m_file;
-    std::vector<std::unique_ptr<report::ExportControl>> m_stopped;  ///< exports whose rest could not be broken off
+    /// Forgets the export options.
+    virtual void resetExportOptions() = 0;
+    /// Opens the export dialog for format and file. @throws Cancelled when the user gives up
+    virtual void promptForExportOptions(const OutputSubject& subject) = 0;
+    /// Type of the chosen format; 1 and 33 are the report engine's own two.
+    [[nodiscard]] virtual int formatType() const = 0;
+    /// Exports with the options as they stand. @throws Error, Cancelled
+    virtual void exportReport(const OutputSubject& subject) = 0;
 };
 
 }  // namespace velcoran::form

@@ -13,7 +13,7 @@ class QWidget;
 namespace velcoran::form {
 
 class Activity;
-class IOutput;
+class IReportOutput;
 
 /// What the window needs of the process it lives in. Whoever makes the window provides it; it outlives the window.
 class Surroundings {
@@ -29,7 +29,7 @@ public:
     /// Printing and exporting for one loading of the window; null where the component is built without: the commands
     /// then do nothing.
     /// @param activity  of the window, and lives as long
-    virtual std::unique_ptr<IOutput> newOutput(QWidget& window, Activity& activity);
+    virtual std::unique_ptr<IReportOutput> newOutput(QWidget& window, Activity& activity);
     /// The window has been closed. Called in the middle of it: the host is to hear of it later.
     virtual void windowClosed() {}
     /// Whether the host opens the document behind a row of the report.

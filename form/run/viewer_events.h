@@ -1,40 +1,32 @@
 #pragma once
 
-#include "form/panel/context.h"
-#include "output.h"
-
-#include "controls/input/second_press.h"
+#include <QStringList>
 
 namespace velcoran::form {
 
+class Activity;
+class ControlTree;
+class HandlerGuard;
+class Messenger;
+class OutputCommands;
+class Surroundings;
 class WaitState;
 
-/// The two views of the window, its output commands, and its answers to the viewer's notifications.
+/// The window's answers to what the report viewer tells.
 class ViewerEvents {
 public:
-    ViewerEvents(const Context& context, WaitState& waitState);
-    ~ViewerEvents();
+    /// All of them outlive this.
+    ViewerEvents(const ControlTree& controls, Activity& activity, HandlerGuard& handlers, Surroundings& surroundings,
+                 const Messenger& messenger, OutputCommands& output, WaitState& waitState);
 
 private:
-    void connectButtons();
-    void connectViewer();
-    void hideFilters();
-    void showFilters();
-    void setUpPrinter();
-    void print();
-    void showPlainMessage(const QString& text);
-    void exportReport();
-    void exportChosen();
     void showFieldValue(const QStringList& fields);
     void openDocument(const QString& number, const QString& partner);
-    [[nodiscard]] bool isUsable() const;
-    [[nodiscard]] OutputSubject subject() const;
-    [[nodiscard]] bool isPickerOpen() const;
 
-    const Context& m_context;
-    WaitState& m_waitState;
-    std::unique_ptr<IOutput> m_output;
-    controls::SecondPressGuard m_secondPress;
+    const ControlTree& m_controls;
+    Activity& m_activity;
+    Surroundings& m_surroundings;
+    const Messenger& m_messenger;
 };
 
 }  // namespace velcoran::form

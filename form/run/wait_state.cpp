@@ -5,59 +5,56 @@ namespace velcoran::form {
 using namespace Qt::StringLiterals;
 
 void WaitState::setMessageFont() {
-    m_context.controls.label(Ctl::Label2).setFontSpec({.family = u"Arial"_s, .points = 12, .isBold = true});
+    m_controls.label(Ctl::Label2).setFontSpec({.family = u"Arial"_s, .points = 12, .isBold = true});
 }
 
 void WaitState::enableButtons(bool isEnabled) {
     for (const Ctl button : {Ctl::Raport, Ctl::cmdExit, Ctl::cmbVizual})
-        m_context.controls.widget(button).setEnabled(isEnabled);
+        m_controls.widget(button).setEnabled(isEnabled);
 }
 
 void WaitState::enter() {
-    const ControlTree& tree = m_context.controls;
-    m_context.hourglass.set();
+    m_hourglass.set();
     // Nothing is left to be worked but the viewer's stop button: no disabled control is to hand its focus on.
-    m_focused = m_context.window.focusWidget();
+    m_focused = m_controls.window().focusWidget();
     if (m_focused) m_focused->clearFocus();
     enableButtons(false);
-    tree.widget(Ctl::frmEnable).setEnabled(false);
+    m_controls.widget(Ctl::frmEnable).setEnabled(false);
     setMessageFont();
-    tree.widget(Ctl::fraMesaj).show();
-    tree.widget(Ctl::Command1).setEnabled(false);
-    tree.widget(Ctl::cmdViz).setEnabled(false);
-    m_context.window.repaint();
+    m_controls.widget(Ctl::fraMesaj).show();
+    m_controls.widget(Ctl::Command1).setEnabled(false);
+    m_controls.widget(Ctl::cmdViz).setEnabled(false);
+    m_controls.window().repaint();
 }
 
 void WaitState::showReading() {
-    m_context.controls.setCaption(Ctl::Label2, u"Asteptati va rog ! Raportul este in executie ..."_s);
+    m_controls.setCaption(Ctl::Label2, u"Asteptati va rog ! Raportul este in executie ..."_s);
     setMessageFont();
-    m_context.window.repaint();
+    m_controls.window().repaint();
 }
 
 void WaitState::release() {
-    const ControlTree& tree = m_context.controls;
-    m_context.hourglass.reset();
-    tree.widget(Ctl::fraMesaj).hide();
+    m_hourglass.reset();
+    m_controls.widget(Ctl::fraMesaj).hide();
     enableButtons(true);
-    tree.widget(Ctl::Command1).setEnabled(true);
-    tree.widget(Ctl::cmdViz).setEnabled(true);
-    tree.widget(Ctl::frmEnable).setEnabled(true);
-    m_context.controls.setCaption(Ctl::Label2, layoutOf(Ctl::Label2).caption.toString());
+    m_controls.widget(Ctl::Command1).setEnabled(true);
+    m_controls.widget(Ctl::cmdViz).setEnabled(true);
+    m_controls.widget(Ctl::frmEnable).setEnabled(true);
+    m_controls.setCaption(Ctl::Label2, layoutOf(Ctl::Label2).caption.toString());
 }
 
 void WaitState::leave() {
-    const ControlTree& tree = m_context.controls;
-    if (!tree.widget(Ctl::fraGrid).isHidden()) return;
+    if (m_controls.isPickerOpen()) return;
     release();
-    tree.widget(Ctl::frmEnable).hide();
-    m_context.window.repaint();
-    tree.viewer().setFocus();
+    m_controls.widget(Ctl::frmEnable).hide();
+    m_controls.window().repaint();
+    m_controls.viewer().setFocus();
 }
 
 void WaitState::leaveStopped() {
-    if (m_context.controls.widget(Ctl::fraMesaj).isHidden()) return;
+    if (m_controls.widget(Ctl::fraMesaj).isHidden()) return;
     release();
-    if (m_focused && m_context.window.focusWidget() == nullptr) m_focused->setFocus();
+    if (m_focused && m_controls.window().focusWidget() == nullptr) m_focused->setFocus();
 }
 
 }  // namespace velcoran::form

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "form/panel/context.h"
+#include "form/busy/hourglass.h"
+#include "form/panel/control_tree.h"
 
 #include <QPointer>
 
@@ -9,7 +10,8 @@ namespace velcoran::form {
 /// The wait state of a report run: hourglass, disabled buttons and panel, the wait message.
 class WaitState {
 public:
-    explicit WaitState(const Context& context) : m_context(context) {}
+    /// Both outlive this.
+    WaitState(ControlTree& controls, Hourglass& hourglass) : m_controls(controls), m_hourglass(hourglass) {}
 
     /// Hourglass; Raport, cmdExit, cmbVizual and the filter panel disabled; the message shown; Command1 and cmdViz
     /// disabled.
@@ -22,14 +24,15 @@ public:
     /// Nothing happens outside the wait state.
     void leaveStopped();
     /// A failed run restores the pointer and nothing else.
-    void restorePointer() { m_context.hourglass.reset(); }
+    void restorePointer() { m_hourglass.reset(); }
 
 private:
     void setMessageFont();
     void enableButtons(bool isEnabled);
     void release();
 
-    const Context& m_context;
+    ControlTree& m_controls;
+    Hourglass& m_hourglass;
     QPointer<QWidget> m_focused;  ///< what had the focus when the wait began
 };
 

@@ -1,5 +1,5 @@
 #include "db/sqlite/database.h"
-#include "form/run/report_output.h"
+#include "form/run/dialog_output.h"
 #include "form_fixture.h"
 #include "viewer/report_viewer.h"
 #include "watched_connection.h"
@@ -94,8 +94,8 @@ public:
     com::Ref<IPrinterSetupDialog> newPrinterSetupDialog() override {
         return made<IPrinterSetupDialog, SetupGivenUp>(u"printer set-up");
     }
-    std::unique_ptr<form::IOutput> newOutput(QWidget& window, form::Activity& activity) override {
-        return std::make_unique<form::ReportOutput>(window, activity, *this, memory);
+    std::unique_ptr<form::IReportOutput> newOutput(QWidget& window, form::Activity& activity) override {
+        return std::make_unique<form::DialogOutput>(window, activity, *this, memory);
     }
     void showPlainMessage(QWidget&, const QString&) override {}
 

@@ -1,12 +1,10 @@
-#include "context.h"
+#include "collected_state.h"
 
-#include "form/busy/message.h"
+#include "control_tree.h"
+#include "filters/lookup_fields.h"
+#include "members.h"
 
 namespace velcoran::form {
-
-void Context::show(const QString& text, std::int16_t style, const QString& title) const {
-    showMessage(activity, members.objMesaje, text, style, title);
-}
 
 filters::FilterState collectState(const Members& members, const ControlTree& controls) {
     filters::FilterState state;

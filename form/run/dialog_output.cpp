@@ -1,4 +1,4 @@
-#include "report_output.h"
+#include "dialog_output.h"
 
 #include "form/busy/activity.h"
 #include "surroundings.h"
@@ -66,14 +66,14 @@ QString documentsFolder() {
 
 }  // namespace
 
-ReportOutput::ReportOutput(QWidget& window, Activity& activity, Surroundings& surroundings, OutputMemory& memory)
+DialogOutput::DialogOutput(QWidget& window, Activity& activity, Surroundings& surroundings, OutputMemory& memory)
     : m_window(window), m_activity(activity), m_surroundings(surroundings), m_memory(memory) {}
 
-ReportOutput::~ReportOutput() = default;
+DialogOutput::~DialogOutput() = default;
 
 /// Opens a dialog. @return false when the user cancelled @throws Cancelled when the window is to close by then
 template <class Dialog, class Choose>
-bool ReportOutput::isChosen(const com::Ref<Dialog>& dialog, Choose choose) const {
+bool DialogOutput::isChosen(const com::Ref<Dialog>& dialog, Choose choose) const {
     com::HResult result = com::kFalse;
     m_activity.callHost([&] { result = choose(); });
     if (m_activity.isClosing()) throw base::Cancelled();
@@ -82,16 +82,16 @@ bool ReportOutput::isChosen(const com::Ref<Dialog>& dialog, Choose choose) const
 }
 
 template <class Dialog>
-com::Ref<Dialog> ReportOutput::newDialog(com::Ref<Dialog> (Surroundings::*make)()) const {
+com::Ref<Dialog> DialogOutput::newDialog(com::Ref<Dialog> (Surroundings::*make)()) const {
     com::Ref<Dialog> dialog;
     m_activity.callHost([&] { dialog = (m_surroundings.*make)(); });
     if (m_activity.isClosing()) throw base::Cancelled();
     return dialog;
 }
 
-std::uintptr_t ReportOutput::windowHandle() const { return static_cast<std::uintptr_t>(m_window.internalWinId()); }
+std::uintptr_t DialogOutput::windowHandle() const { return static_cast<std::uintptr_t>(m_window.internalWinId()); }
 
-void ReportOutput::printOut(const OutputSubject& subject) {
+void DialogOutput::printOut(const OutputSubject& subject) {
     const auto document = shownDocument(subject);
     if (!m_printer.isEmpty()) dialogs::requirePrinter(m_printer);
     const auto dialog = newDialog(&Surroundings::newPrintDialog);
@@ -115,7 +115,7 @@ void ReportOutput::printOut(const OutputSubject& subject) {
                              [&] { dialogs::printDocument(*document, request, control); });
 }
 
-bool ReportOutput::printerSetup(const OutputSubject& subject) {
+bool DialogOutput::printerSetup(const OutputSubject& subject) {
     const auto dialog = newDialog(&Surroundings::newPrinterSetupDialog);
     if (!dialog) return false;
     const report::PageSetup& present = subject.viewer.pageSetup();
@@ -140,19 +140,19 @@ bool ReportOutput::printerSetup(const OutputSubject& subject) {
     return true;
 }
 
-void ReportOutput::resetExportOptions() {
+void DialogOutput::resetExportOptions() {
     m_formatType = 0;
     m_file.clear();
 }
 
-QString ReportOutput::suggestedFile(const OutputSubject& subject) const {
+QString DialogOutput::suggestedFile(const OutputSubject& subject) const {
     const QString period = subject.report ? subject.report->snapshot().text(report::ObjectRole::Period) : QString();
     const QString title = subject.report ? subject.report->request().fileTitle : m_window.windowTitle();
     const QString name = report::suggestedFileName(title, period, report::kPdf);
     return QDir(QFileInfo(m_memory.folder).isDir() ? m_memory.folder : documentsFolder()).filePath(name);
 }
 
-void ReportOutput::promptForExportOptions(const OutputSubject& subject) {
+void DialogOutput::promptForExportOptions(const OutputSubject& subject) {
     const auto dialog = newDialog(&Surroundings::newExportDialog);
     if (!dialog) throw base::Cancelled();
     std::vector<velcoran::ExportFormat> formats;
@@ -171,7 +171,7 @@ void ReportOutput::promptForExportOptions(const OutputSubject& subject) {
     m_file = com::toQString(file.get());
 }
 
-void ReportOutput::exportReport(const OutputSubject& subject) {
+void DialogOutput::exportReport(const OutputSubject& subject) {
     const auto document = shownDocument(subject);
     auto control = std::make_unique<report::ExportControl>();
     const auto progress = std::make_shared<WorkProgress>();
