@@ -35,7 +35,7 @@ struct TwipsRect {
 struct Colour {
     std::uint32_t value = 0;
 
-    [[nodiscard]] QRgb toRgb() const {
+    [[nodiscard]] constexpr QRgb toRgb() const {
         return qRgb(static_cast<int>(value & 0xFFU), static_cast<int>((value >> 8U) & 0xFFU),
                     static_cast<int>((value >> 16U) & 0xFFU));
     }
@@ -45,6 +45,9 @@ struct Colour {
     }
     friend bool operator==(Colour, Colour) = default;
 };
+
+/// What has the focus, or is the current row, on a black ground.
+inline constexpr Colour kFocusGrey{0x404040};
 
 /// Number of a page, from 1.
 struct PageNumber {

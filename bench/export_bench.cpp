@@ -139,8 +139,8 @@ void bareXlsx(benchmark::State& state) {
     }
 }
 
-/// The reference of the PDF: the toolkit's own writer, one drawText a cell, the same pages.
-void toolkitPdf(benchmark::State& state) {
+/// The reference of the PDF: Qt's own writer, one drawText a cell, the same pages.
+void qtPdf(benchmark::State& state) {
     const QTemporaryDir folder;
     const auto document = makeDocument(makeRows(state.range(0)));
     for (auto run : state) {
@@ -182,7 +182,7 @@ void bareWrite(benchmark::State& state, int type) {
 
 }  // namespace
 
-BENCHMARK(toolkitPdf)->Arg(100'000)->Unit(benchmark::kMillisecond)->Iterations(1)->UseRealTime();
+BENCHMARK(qtPdf)->Arg(100'000)->Unit(benchmark::kMillisecond)->Iterations(1)->UseRealTime();
 BENCHMARK_CAPTURE(exportTo, pdf, kPdf)->Arg(100'000)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK_CAPTURE(bareWrite, pdf, kPdf)->Arg(100'000)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(bareCsv)->Arg(100'000)->Unit(benchmark::kMillisecond)->UseRealTime();

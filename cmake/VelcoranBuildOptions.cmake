@@ -31,7 +31,7 @@ if(VELCORAN_FUZZERS)
     target_link_options(velcoran_build_options INTERFACE -fsanitize=address)
 endif()
 if(VELCORAN_SANITIZE)
-    # The toolkit's headers compare empty lists through null pointers of length 0.
+    # Qt's headers compare empty lists through null pointers of length 0.
     target_compile_options(velcoran_build_options INTERFACE
         -fsanitize=address,undefined -fno-sanitize=nonnull-attribute -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(velcoran_build_options INTERFACE -fsanitize=address,undefined)

@@ -23,7 +23,7 @@ namespace velcoran::component {
 /// the window is open, and nobody else is given one then.
 ///
 /// Both go when the component is asked whether it may be unloaded and nothing of it is in use, or with the host's
-/// application object. A process that ends with its window open ends without them: by then the toolkit's own globals
+/// application object. A process that ends with its window open ends without them: by then Qt's own globals
 /// are gone.
 class WindowThread {
 public:

@@ -15,7 +15,7 @@ namespace {
 QString valueOf(const DatePicker& picker) { return picker.shown(); }
 QString valueOf(const DropDownList& list) { return list.text(); }
 
-/// A control with a list or a calendar behind it: its label is its name, what it shows its value. The toolkit's own
+/// A control with a list or a calendar behind it: its label is its name, what it shows its value. Qt's own
 /// interface of a drop-down list gives the chosen entry as the name.
 template <class Control>
 class AccessibleDropDown : public QAccessibleWidget {

@@ -39,7 +39,7 @@ QVariantMap CheckBox::controlState() const {
     return state;
 }
 
-// The toolkit's own answer to a shortcut clicks a tenth of a second later, from a timer.
+// Qt's own answer to a shortcut clicks a tenth of a second later, from a timer.
 bool CheckBox::event(QEvent* event) {
     if (event->type() != QEvent::Shortcut) return ControlOf::event(event);
     setFocus(Qt::ShortcutFocusReason);

@@ -33,7 +33,7 @@ public:
 signals:
     /// After every change of the value, by the user or by code, changed first, then ticked.
     void changed(bool isTicked);
-    /// See changed: the notification that the platform this window was designed for gives as its click.
+    /// The same, after everybody has heard of the change.
     void ticked(bool isTicked);
 
 protected:

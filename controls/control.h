@@ -1,7 +1,8 @@
 #pragma once
 
 #include "base/units.h"
-#include "look.h"
+#include "font_spec.h"
+#include "placement.h"
 
 #include <QChar>
 #include <QEvent>

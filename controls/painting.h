@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/units.h"
+
 #include <QColor>
 #include <QPalette>
 #include <QRect>
@@ -17,8 +19,8 @@ constexpr QRgb kFace = 0xFFF0F0F0;          ///< scroll bars, menus, headers
 constexpr QRgb kLine = 0xFF808080;          ///< frames
 constexpr QRgb kDisabledText = 0xFF808080;  ///< readable on black, silver and white
 constexpr QRgb kHighlight = 0xFF0A4A8A;
-constexpr QRgb kFocusGround = 0xFF404040;  ///< current row on a black ground
-constexpr QRgb kDimGround = 0xFF202020;    ///< the same while the list has no focus
+constexpr QRgb kFocusGround = base::kFocusGrey.toRgb();
+constexpr QRgb kDimGround = 0xFF202020;  ///< the same while the list has no focus
 
 /// A palette of fixed colours in every role and group: light grey faces, black text on white.
 [[nodiscard]] QPalette systemPalette();

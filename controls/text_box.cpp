@@ -170,7 +170,7 @@ void TextBox::focusInEvent(QFocusEvent* event) {
     offerFocus(*event);
 }
 
-// The toolkit drops the selection with the focus; here it stays, unseen, as the state of the field.
+// Qt drops the selection with the focus; here it stays, unseen, as the state of the field.
 void TextBox::focusOutEvent(QFocusEvent* event) {
     const int start = selStart();
     const int length = selLength();

@@ -12,7 +12,7 @@ namespace velcoran::dialogs {
 
 namespace {
 
-/// Looks its texts up in the table. It says that it is empty: the toolkit then takes it without telling every window
+/// Looks its texts up in the table. It says that it is empty: Qt then takes it without telling every window
 /// that the language has changed.
 class Translator final : public QTranslator {
 public:

@@ -22,7 +22,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Parts of the toolkit's dialog that ask for what PrintRequest does not hold: they would promise what is not done.
+/// Parts of Qt's dialog that ask for what PrintRequest does not hold: they would promise what is not done.
 constexpr const char16_t* kUnused[] = {u"properties",   u"reverse",          u"pageSetCombo",
                                        u"pageSetLabel", u"pagesRadioButton", u"pagesLineEdit"};
 

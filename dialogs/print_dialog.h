@@ -6,7 +6,7 @@ class QWidget;
 
 namespace velcoran::dialogs {
 
-/// Opens the toolkit's print dialog for printer or file, pages and copies. What the report's own set-up decides (sheet,
+/// Opens Qt's print dialog for printer or file, pages and copies. What the report's own set-up decides (sheet,
 /// orientation) is not asked again.
 /// @param request  in: what stands now; out: what the user chose
 /// @return false when cancelled, and request as it was

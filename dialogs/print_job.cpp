@@ -89,7 +89,7 @@ bool paintPages(QPrinter& printer, const report::Document& document, const std::
     return painter.end() && printer.printerState() != QPrinter::Error;
 }
 
-/// The toolkit says nothing of a disk that is full: a PDF file that is whole ends with its mark.
+/// Qt says nothing of a disk that is full: a PDF file that is whole ends with its mark.
 bool isWhole(const QString& path) {
     constexpr qint64 kTailBytes = 32;
     QFile file(path);
@@ -120,7 +120,7 @@ void printOnPaper(const report::Document& document, const PrintRequest& request,
     QPrinter printer(QPrinter::HighResolution);
     printer.setOutputFormat(QPrinter::NativeFormat);
     printer.setPrinterName(name);
-    // Without a printer behind it the toolkit's object would write a file that nobody asked for.
+    // Without a printer behind it Qt's object would write a file that nobody asked for.
     if (printer.outputFormat() != QPrinter::NativeFormat) failForPrinter(name);
     setUp(printer, document);
     int copiesHere = std::max(request.copies, 1);

@@ -6,7 +6,7 @@
 
 namespace velcoran::dialogs {
 
-/// A text of the toolkit's dialogs and what it is in Romanian.
+/// A text of Qt's dialogs and what it is in Romanian.
 struct TranslationRow {
     const char* context;
     const char* source;

@@ -25,7 +25,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Posted to the window by the window alone, so that no number has to be asked for: the toolkit gives none back.
+/// Posted to the window by the window alone, so that no number has to be asked for: Qt gives none back.
 constexpr auto kDestroyControls = static_cast<QEvent::Type>(QEvent::User + 1);
 
 }  // namespace

@@ -3,7 +3,6 @@
 #include "base/units.h"
 
 #include <QString>
-#include <QStringView>
 
 #include <optional>
 
@@ -14,9 +13,6 @@ class RowSet;
 }  // namespace velcoran::db
 
 namespace velcoran::lookup {
-
-/// The picker's only message; its style is kStilError, its title the frame's caption.
-inline constexpr QStringView kNoRowsText = u"Nu s-au gasit Inregistrari !!";
 
 /// Replaces a row set by the rows of a lookup. Whatever fails counts as no rows: a text that breaks the statement and a
 /// search without a match look the same to the user.

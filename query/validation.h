@@ -4,14 +4,10 @@
 
 #include <QList>
 #include <QString>
-#include <QStringView>
 
 #include <optional>
 
 namespace velcoran::query {
-
-/// Title of the message about modified filters; its style is kStilInformation.
-inline constexpr QStringView kModifiedFiltersTitle = u"ATENTIE!";
 
 /// The text that names every lookup field whose text was changed after it was picked, lines separated by CR LF.
 /// @return nothing when the report may run. A field of blanks alone counts as changed, an empty one never does

@@ -6,7 +6,7 @@ namespace velcoran::controls {
 
 namespace {
 
-// As the Romanian locale abbreviates them; a table, so that the text on screen does not change with the toolkit.
+// As the Romanian locale abbreviates them; a table, so that the text on screen does not change with Qt.
 constexpr std::array<const char16_t*, 12> kMonths = {u"ian.", u"feb.", u"mar.",  u"apr.", u"mai",  u"iun.",
                                                      u"iul.", u"aug.", u"sept.", u"oct.", u"nov.", u"dec."};
 

@@ -5,6 +5,7 @@
 #include "keyboard.h"
 #include "lookup/fill.h"
 #include "lookup/lookup_request.h"
+#include "lookup/texts.h"
 #include "lookup/type_ahead.h"
 #include "members.h"
 

@@ -2,6 +2,7 @@
 
 #include "base/units.h"
 #include "filters/filter_state.h"
+#include "look.h"
 
 #include <QStringView>
 
@@ -80,15 +81,6 @@ enum class Kind : std::uint8_t {
     viewer
 };
 
-/// Colours and font of a control. A colour that is not set is the system's.
-struct Look {
-    std::optional<base::Colour> back = std::nullopt;
-    std::optional<base::Colour> fore = std::nullopt;
-    std::optional<base::Colour> border = std::nullopt;
-    double points = 8.25;
-    bool isBold = false;
-};
-
 constexpr int kNoTab = -1;
 
 /// A control as designed.
@@ -125,11 +117,6 @@ inline constexpr QStringView kDesignedCaption = u"Rapoarte Terti";
 /// Client area as designed.
 inline constexpr base::Twips kDesignedWidth{14610};
 inline constexpr base::Twips kDesignedHeight{9390};
-inline constexpr base::Colour kWindowColour{0xC0C0C0};
-
-/// Back colours of the filter controls with and without the focus.
-inline constexpr base::Colour kFocusColour{0x404040};
-inline constexpr base::Colour kRestColour{0x000000};
 
 /// Places that follow the size of the window.
 struct ResizedPlaces {

@@ -10,6 +10,7 @@
 #include "query/period.h"
 #include "query/request.h"
 #include "query/statement.h"
+#include "query/texts.h"
 #include "query/validation.h"
 #include "query/viewer_options.h"
 #include "wait_state.h"

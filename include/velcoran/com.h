@@ -1,4 +1,4 @@
-/// The binary contract between a host and the component: counted interfaces, identifiers, strings, variants, error
+/// The binary contract between a host and the component: COM interfaces, identifiers, strings, variants, error
 /// information. Header only, no library to link, no toolkit needed.
 ///
 /// The layout is the published one of in-process automation servers: an interface is a pure virtual class whose first

@@ -3,6 +3,7 @@
 #include "report/data/amount_text.h"
 #include "rows.h"
 #include "system/durable_file.h"
+#include "texts.h"
 #include "writers.h"
 
 namespace velcoran::report {

@@ -4,6 +4,7 @@
 #include "report/data/amount_text.h"
 #include "rows.h"
 #include "system/durable_file.h"
+#include "texts.h"
 #include "writers.h"
 #include "zip.h"
 

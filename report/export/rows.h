@@ -17,11 +17,6 @@ class ExportControl;
 constexpr int kPageColumnCount = 10;
 constexpr int kFirstSumColumn = kPageColumnCount - static_cast<int>(kSumCount);
 
-/// Texts around the table.
-inline constexpr char16_t kGrandTotal[] = u"TOTAL GENERAL";
-inline constexpr char16_t kTotalInLei[] = u"TOTAL IN LEI";
-inline constexpr char16_t kNoDocuments[] = u"Niciun document nu corespunde filtrelor alese.";
-
 /// A loaded report as the exports read it. Cheap to make; refers to the document.
 class ExportSource {
 public:

@@ -4,6 +4,7 @@
 #include "rows.h"
 #include "system/durable_file.h"
 #include "system/numeric_locale.h"
+#include "texts.h"
 #include "writers.h"
 #include "xlsx_check.h"
 

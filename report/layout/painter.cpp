@@ -12,7 +12,7 @@ namespace velcoran::report {
 
 namespace {
 
-/// Where a text starts: a base line on a whole pixel, and a place that the toolkit's 64ths of a pixel hold exactly, so
+/// Where a text starts: a base line on a whole pixel, and a place that Qt's 64ths of a pixel hold exactly, so
 /// that every picture of a part of the page has the same letters.
 QPointF settled(QPointF start) { return {std::round(start.x() * 64) / 64, std::round(start.y())}; }
 
@@ -42,7 +42,7 @@ private:
         // Widths must not depend on the resolution: what was measured for the page holds on every device.
         font.setHintingPreference(QFont::PreferNoHinting);
         font.setKerning(false);
-        // The toolkit rounds a font's size to whole pixels, so the rest of the size is left to the painter.
+        // Qt rounds a font's size to whole pixels, so the rest of the size is left to the painter.
         const double wholePixels = std::max(1.0, std::round(pixels));
         m_textScale = pixels / wholePixels;
         font.setPixelSize(static_cast<int>(wholePixels));

@@ -118,7 +118,7 @@ const WalkedDialog kDialogs[] = {
 QStringList textsOf(const WalkedDialog& each) {
     const auto dialog = each.make();
     dialog->show();
-    // A list of files is read on a thread of the toolkit.
+    // A list of files is read on a thread of Qt.
     if (const auto* files = dialog->findChild<QTreeView*>()) {
         EXPECT_TRUE(QTest::qWaitFor([files] { return files->model()->rowCount(files->rootIndex()) > 0; }));
     }
@@ -132,7 +132,7 @@ bool isSharedWord(const QString& text) {
     return !hasLetter || kShared.contains(text) || text.startsWith(u"qt_"_s);
 }
 
-TEST(DialogLanguage, everyTextOfTheToolkitsDialogsIsRomanian) {
+TEST(DialogLanguage, everyTextOfQtsDialogsIsRomanian) {
     for (const WalkedDialog& each : kDialogs) {
         const QStringList foreign = textsOf(each);
         const DialogLanguage language;

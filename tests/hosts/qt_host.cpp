@@ -76,8 +76,8 @@ void callByName(velcoran::_clsVelcoran& object, velcoran::IConnection* connectio
     expect(object.Invoke(member, none, 0, kMethod, &call, nullptr, nullptr, nullptr) == com::kOk, "a call by name");
 }
 
-/// Goes through the caches in which the toolkit may have kept something of the component's.
-void useWhatTheToolkitKeeps() {
+/// Goes through the caches in which Qt may have kept something of the component's.
+void useWhatQtKeeps() {
     QApplication::processEvents();
     for (const double points : {8.25, 9.0, 12.0}) {
         QFont font(QStringLiteral("Arial"));
@@ -105,7 +105,7 @@ void work(const char* library) {
     close();
     component.unload(library);
     expect(reportWindow() == nullptr, "no window is left");
-    useWhatTheToolkitKeeps();
+    useWhatQtKeeps();
 }
 
 QImage pictureOfWindow() {
@@ -136,8 +136,8 @@ void keepLook(const char* library) {
     component.unload(library);
 }
 
-/// What the toolkit shares between its users in one process.
-QString toolkitFacts() {
+/// What Qt shares between its users in one process.
+QString qtFacts() {
     return QStringList{QApplication::style()->name(),
                        QString::number(QApplication::palette().cacheKey()),
                        QApplication::font().toString(),
@@ -149,14 +149,14 @@ QString toolkitFacts() {
         .join(u'|');
 }
 
-/// The component gives the toolkit nothing to warn of, apart from what a platform without a display cannot do.
+/// The component gives Qt nothing to warn of, apart from what a platform without a display cannot do.
 void refuseWarnings(QtMsgType, const QMessageLogContext&, const QString& text) {
     if (text.startsWith(QStringLiteral("This plugin does not support"))) return;
     std::fprintf(stderr, "%s\n", qPrintable(text));
     std::exit(1);
 }
 
-/// Starts the threads that the toolkit shares between all large pictures of a process.
+/// Starts the threads that Qt shares between all large pictures of a process.
 void startPictureThreads() {
     QImage image(2000, 2000, QImage::Format_ARGB32);
     image.fill(Qt::white);
@@ -172,9 +172,9 @@ int main(int argc, char** argv) {
     expect(argc == 3, "two arguments, the library and the number of rounds");
     startPictureThreads();
     keepLook(argv[1]);
-    const QString before = toolkitFacts();
+    const QString before = qtFacts();
     hosts::runRounds(std::atoi(argv[2]), [&] { work(argv[1]); });
-    expect(toolkitFacts() == before, "the toolkit is as it was");
+    expect(qtFacts() == before, "Qt is as it was");
     expect(qInstallMessageHandler(nullptr) == refuseWarnings, "so is its message handler");
     return 0;
 }

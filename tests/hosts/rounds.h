@@ -32,7 +32,7 @@ inline void expectSame(const std::map<std::string, std::string>& before,
     expect(before.size() == after.size(), "nothing of the process is missing");
 }
 
-/// The first rounds may fill caches of the toolkit; from then on a round holds back next to nothing.
+/// The first rounds may fill caches of Qt; from then on a round holds back next to nothing.
 constexpr int kFirstMeasuredRound = 50;
 #ifdef __SANITIZE_ADDRESS__
 constexpr double kMaxBytesPerRound = 2048 + 4096;  // its run-time keeps an entry for each static object of each loading

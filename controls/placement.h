@@ -2,24 +2,9 @@
 
 #include "base/units.h"
 
-#include <QFont>
-#include <QString>
-
 class QWidget;
 
 namespace velcoran::controls {
-
-/// A font as a window designs it.
-struct FontSpec {
-    QString family = QStringLiteral("Arial");
-    double points = 8.25;  ///< size, 1/72 inch
-    bool isBold = false;
-
-    friend bool operator==(const FontSpec&, const FontSpec&) = default;
-};
-
-/// The font on this machine: the family itself, or for "Arial" its metric-compatible "Liberation Sans".
-[[nodiscard]] QFont makeFont(const FontSpec& spec);
 
 /// Stores the place in the dynamic property "twips" (QRect, whole twips) and sets the geometry in pixels. Edges are
 /// rounded, not widths, so that controls which touch in twips touch on the screen.

@@ -1,14 +1,10 @@
-#include "look.h"
+#include "placement.h"
 
 #include "control.h"
-#include "desktop/desktop.h"
 
-#include <QFontDatabase>
 #include <QRect>
 #include <QVariant>
 #include <QWidget>
-
-using namespace Qt::StringLiterals;
 
 namespace velcoran::controls {
 
@@ -17,26 +13,9 @@ namespace {
 constexpr char kTwipsProperty[] = "twips";
 constexpr char kDensityProperty[] = "density";
 
-/// A text that owns its characters. The toolkit keeps the names of fonts for as long as it lives itself; a literal's
-/// characters leave the process with this library.
-QString copyOf(const QString& text) { return QString(text.constData(), text.size()); }
-
 int edge(base::Twips position, double density) { return position.toPixels(density); }
 
 }  // namespace
-
-QFont makeFont(const FontSpec& spec) {
-    const QString family = copyOf(spec.family);
-    QStringList families{family};
-    if (family == u"Arial"_s) {
-        const QString metricTwin = copyOf(u"Liberation Sans"_s);
-        families.insert(QFontDatabase::hasFamily(family) ? 1 : 0, metricTwin);
-    }
-    QFont font(families);  // the default one would start from the application's
-    font.setPointSizeF(spec.points);
-    font.setBold(spec.isBold);
-    return desktop::completed(font);
-}
 
 void placeTwips(QWidget* widget, base::TwipsRect place, double density) {
     const bool isDensityNew = widget->property(kDensityProperty).toDouble() != density;
