@@ -98,10 +98,11 @@ void paintMiddlePage(benchmark::State& state) {
 
 void writePdf(benchmark::State& state) {
     const auto document = makeDocument(state);
+    system::WorkProgress progress;
     for (auto run : state) {
         QBuffer buffer;
         buffer.open(QIODevice::WriteOnly);
-        exportPdf(*document, buffer);
+        exportPdf(*document, buffer, progress);
         state.counters["bytes a page"] = static_cast<double>(buffer.size()) / document->pageCount();
     }
     state.counters["pages"] = document->pageCount();

@@ -1,5 +1,7 @@
 #include "print_job.h"
 
+#include "system/work_progress.h"
+
 #include "base/error.h"
 #include "report/layout/document.h"
 #include "report/layout/page.h"
@@ -67,24 +69,22 @@ void setUp(QPrinter& printer, const report::Document& document) {
     printer.setPageOrientation(setup.isLandscape ? QPageLayout::Landscape : QPageLayout::Portrait);
 }
 
-bool isStopped(const PrintControl& control) { return control.stop != nullptr && *control.stop; }
-
 /// @return false when the device takes no more
 bool paintPages(QPrinter& printer, const report::Document& document, const std::vector<int>& pages,
-                const PrintControl& control) {
+                system::WorkProgress& progress) {
     QPainter painter;
     if (!painter.begin(&printer)) return false;
     const double pixelsPerTwip = printer.resolution() / 1440.0;
     int done = 0;
     for (const int number : pages) {
-        if (isStopped(control)) {
+        if (progress.isStopped()) {
             printer.abort();
             throw base::Cancelled();
         }
         if (done > 0 && !printer.newPage()) return false;
         report::paintPage(painter, document.page({number}), pixelsPerTwip);
         ++done;
-        if (control.tell) control.tell(done, static_cast<int>(pages.size()));
+        progress.tell(done, static_cast<qint64>(pages.size()));
     }
     return painter.end() && printer.printerState() != QPrinter::Error;
 }
@@ -99,7 +99,7 @@ bool isWhole(const QString& path) {
 }
 
 void printIntoFile(const report::Document& document, const QString& file, PageRange range,
-                   const PrintControl& control) {
+                   system::WorkProgress& progress) {
     const system::WriteSignals held;
     system::DurableFile place(file, system::DurableFile::Use::byPath);
     const QString temporary = QFile::decodeName(place.path());
@@ -107,14 +107,14 @@ void printIntoFile(const report::Document& document, const QString& file, PageRa
     printer.setOutputFormat(QPrinter::PdfFormat);
     printer.setOutputFileName(temporary);
     setUp(printer, document);
-    if (!paintPages(printer, document, pageSequence(range.first, range.last, 1, true), control) || !isWhole(temporary))
+    if (!paintPages(printer, document, pageSequence(range.first, range.last, 1, true), progress) || !isWhole(temporary))
         system::failToWrite(file, EIO);
-    if (isStopped(control)) throw base::Cancelled();
+    progress.throwIfStopped();
     place.commit();
 }
 
 void printOnPaper(const report::Document& document, const PrintRequest& request, PageRange range,
-                  const PrintControl& control) {
+                  system::WorkProgress& progress) {
     requirePrinter(request.printer);
     const QString name = request.printer.isEmpty() ? defaultPrinterName() : request.printer;
     QPrinter printer(QPrinter::HighResolution);
@@ -128,7 +128,7 @@ void printOnPaper(const report::Document& document, const PrintRequest& request,
         printer.setCopyCount(std::exchange(copiesHere, 1));
         printer.setCollateCopies(request.isCollated);
     }
-    if (!paintPages(printer, document, pageSequence(range.first, range.last, copiesHere, request.isCollated), control))
+    if (!paintPages(printer, document, pageSequence(range.first, range.last, copiesHere, request.isCollated), progress))
         throw base::Error(base::kPrinterError, u"Imprimanta „%1” nu primește paginile."_s.arg(name));
 }
 
@@ -160,12 +160,12 @@ std::vector<int> pageSequence(int first, int last, int copies, bool isCollated) 
     return pages;
 }
 
-void printDocument(const report::Document& document, const PrintRequest& request, const PrintControl& control) {
+void printDocument(const report::Document& document, const PrintRequest& request, system::WorkProgress& progress) {
     const PageRange range = rangeOf(request, document.pageCount());
     if (request.file.isEmpty()) {
-        printOnPaper(document, request, range, control);
+        printOnPaper(document, request, range, progress);
     } else {
-        printIntoFile(document, request.file, range, control);
+        printIntoFile(document, request.file, range, progress);
     }
 }
 

@@ -3,12 +3,14 @@
 #include <QString>
 #include <QStringList>
 
-#include <atomic>
-#include <functional>
 #include <vector>
 
 namespace velcoran::report {
 class Document;
+}
+
+namespace velcoran::system {
+class WorkProgress;
 }
 
 namespace velcoran::dialogs {
@@ -21,12 +23,6 @@ struct PrintRequest {
     int lastPage = 0;      ///< 0, and numbers beyond the end, stand for the last page
     int copies = 1;        ///< of paper; a file holds its pages once
     bool isCollated = true;
-};
-
-/// How a job tells how far it is, and how it is stopped.
-struct PrintControl {
-    std::function<void(int done, int total)> tell;  ///< pages; may be empty; called on the printing thread
-    const std::atomic_bool* stop = nullptr;         ///< may be null
 };
 
 /// Names of the printers of this machine; asks the system anew.
@@ -45,6 +41,6 @@ void requirePrinter(const QString& name);
 /// @throws Error kInvalidProcedureCall when there is no printer and no file, kPathAccess with the path when the file
 ///         cannot be written, kValueOutOfRange when no page of the report is meant, kPrinterError when the printer
 ///         takes no page; Cancelled
-void printDocument(const report::Document& document, const PrintRequest& request, const PrintControl& control = {});
+void printDocument(const report::Document& document, const PrintRequest& request, system::WorkProgress& progress);
 
 }  // namespace velcoran::dialogs

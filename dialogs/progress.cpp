@@ -47,9 +47,9 @@ public:
         connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     }
 
-    void follow(const WorkProgress& progress) {
-        const qint64 total = progress.total;
-        const qint64 done = std::min<qint64>(progress.done, total);
+    void follow(const system::WorkProgress& progress) {
+        const qint64 total = progress.total();
+        const qint64 done = std::min<qint64>(progress.done(), total);
         m_bar->setRange(0, total == 0 ? 0 : kSteps);
         if (total == 0 || m_isStopping) return;
         const QLocale romanian(QLocale::Romanian, QLocale::Romania);
@@ -76,8 +76,8 @@ private:
 
 }  // namespace
 
-void runWithProgress(QWidget& window, system::IWaiting& waiting, const QString& what, const WorkProgress& progress,
-                     const std::function<void()>& work) {
+void runWithProgress(QWidget& window, system::IWaiting& waiting, const QString& what,
+                     const system::WorkProgress& progress, const std::function<void()>& work) {
     const DialogLanguage language;
     ProgressDialog dialog(window, what);
     dialog.stopped = [&waiting] { waiting.stop(); };

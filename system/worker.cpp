@@ -1,12 +1,14 @@
 #include "worker.h"
 
+#include "thread.h"
+
 #include <utility>
 
 namespace velcoran::system {
 
 Worker::Worker(std::function<void()> call, std::function<void()> over)
     : m_state(std::make_shared<State>()),
-      m_thread([state = m_state, call = std::move(call), over = std::move(over)]() mutable {
+      m_thread(startThread([state = m_state, call = std::move(call), over = std::move(over)]() mutable {
           std::exception_ptr failure;
           try {
               call();
@@ -21,7 +23,7 @@ Worker::Worker(std::function<void()> call, std::function<void()> over)
           }
           state->isOver.notify_all();
           if (over) over();
-      }) {}
+      })) {}
 
 Worker::~Worker() {
     if (m_thread.joinable()) m_thread.join();

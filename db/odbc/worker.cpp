@@ -1,5 +1,7 @@
 #include "worker.h"
 
+#include "system/thread.h"
+
 #include "base/error.h"
 
 #include <algorithm>
@@ -7,8 +9,6 @@
 #include <deque>
 #include <mutex>
 
-#include <pthread.h>
-#include <signal.h>
 
 namespace velcoran::odbc {
 
@@ -18,24 +18,6 @@ using Clock = std::chrono::steady_clock;
 
 /// A cancel that reaches the driver before it has sent the statement is lost, so it is repeated.
 constexpr std::chrono::milliseconds kCancelInterval{300};
-
-/// Starts a thread that takes none of the host's signals.
-template <class Body>
-std::thread startThread(Body body) {
-    sigset_t all;
-    sigset_t former;
-    sigfillset(&all);
-    pthread_sigmask(SIG_SETMASK, &all, &former);
-    std::thread thread;
-    try {
-        thread = std::thread(std::move(body));
-    } catch (...) {
-        pthread_sigmask(SIG_SETMASK, &former, nullptr);
-        throw;
-    }
-    pthread_sigmask(SIG_SETMASK, &former, nullptr);
-    return thread;
-}
 
 struct Call {
     Worker::Step step;
@@ -165,9 +147,9 @@ void Worker::State::awaitEnd(std::unique_lock<std::mutex>& lock, const std::shar
 Worker::Worker(Step cancelCall, std::chrono::milliseconds cancelWait) : m_state(std::make_shared<State>()) {
     m_state->cancelCall = std::move(cancelCall);
     m_state->cancelWait = cancelWait;
-    m_caller = startThread([state = m_state] { state->makeCalls(); });
+    m_caller = system::startThread([state = m_state] { state->makeCalls(); });
     try {
-        m_canceller = startThread([state = m_state] { state->cancelCalls(); });
+        m_canceller = system::startThread([state = m_state] { state->cancelCalls(); });
     } catch (...) {
         {
             const std::scoped_lock lock(m_state->mutex);

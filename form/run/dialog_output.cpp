@@ -26,7 +26,6 @@ namespace velcoran::form {
 
 using namespace Qt::StringLiterals;
 using dialogs::PrintRequest;
-using dialogs::WorkProgress;
 
 namespace {
 
@@ -103,16 +102,10 @@ void DialogOutput::printOut(const OutputSubject& subject) {
     const PrintRequest request{printer.text(),  file.text(),   choice.firstPage,
                                choice.lastPage, choice.copies, choice.isCollated != 0};
     if (request.file.isEmpty()) dialogs::requirePrinter(request.printer);
-    WorkProgress progress;
-    std::atomic_bool stop{false};
-    const dialogs::PrintControl control{[&progress](int done, int total) {
-                                            progress.total = total;
-                                            progress.done = done;
-                                        },
-                                        &stop};
-    const Activity::Work work(m_activity, [&stop] { stop = true; });
+    system::WorkProgress progress;
+    const Activity::Work work(m_activity, [&progress] { progress.stop(); });
     dialogs::runWithProgress(m_window, m_activity, u"Se tipărește raportul…"_s, progress,
-                             [&] { dialogs::printDocument(*document, request, control); });
+                             [&] { dialogs::printDocument(*document, request, progress); });
 }
 
 bool DialogOutput::printerSetup(const OutputSubject& subject) {
@@ -174,14 +167,9 @@ void DialogOutput::promptForExportOptions(const OutputSubject& subject) {
 void DialogOutput::exportReport(const OutputSubject& subject) {
     const auto document = shownDocument(subject);
     auto control = std::make_unique<report::ExportControl>();
-    const auto progress = std::make_shared<WorkProgress>();
-    control->tell = [progress](qint64 done, qint64 total) {
-        progress->total = total;
-        progress->done = done;
-    };
     try {
-        const Activity::Work work(m_activity, [&stop = control->stop] { stop = true; });
-        dialogs::runWithProgress(m_window, m_activity, u"Se exportă raportul…"_s, *progress,
+        const Activity::Work work(m_activity, [&progress = *control->progress] { progress.stop(); });
+        dialogs::runWithProgress(m_window, m_activity, u"Se exportă raportul…"_s, *control->progress,
                                  [type = m_formatType, file = m_file, &document, &used = *control] {
                                      report::exportReport(type, document, file, used);
                                  });

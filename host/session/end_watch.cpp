@@ -1,5 +1,7 @@
 #include "end_watch.h"
 
+#include "system/thread.h"
+
 #include "base/error.h"
 #include "system/durable_file.h"
 
@@ -76,7 +78,7 @@ EndWatch::EndWatch(int output, std::chrono::milliseconds patience) : m_patience(
     if (::pipe2(signalPipe.data(), O_CLOEXEC | O_NONBLOCK) != 0)
         throw base::Error(base::kOutOfMemory, QString::fromStdString(std::system_category().message(errno)));
     try {
-        m_thread = std::thread([this, output] { watch(output); });
+        m_thread = system::startThread([this, output] { watch(output); });
     } catch (...) {
         closePipe();
         throw base::currentError();

@@ -1,5 +1,7 @@
 #include "silence_watch.h"
 
+#include "system/thread.h"
+
 #include "db/forwarding.h"
 
 #include <algorithm>
@@ -28,7 +30,7 @@ QString silenceWords(std::chrono::milliseconds limit) {
 class SilenceWatch {
 public:
     SilenceWatch(com::Ref<IConnection> connection, std::chrono::milliseconds limit)
-        : m_connection(std::move(connection)), m_limit(limit), m_thread([this] { watch(); }) {}
+        : m_connection(std::move(connection)), m_limit(limit), m_thread(system::startThread([this] { watch(); })) {}
     ~SilenceWatch() {
         {
             const std::scoped_lock lock(m_mutex);

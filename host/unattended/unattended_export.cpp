@@ -64,7 +64,7 @@ void UnattendedExport::run(const ExportRequest& request) {
 }
 
 void UnattendedExport::stop() {
-    m_private->control.stop = true;
+    m_private->control.progress->stop();
     m_private->connection.cancel();
 }
 

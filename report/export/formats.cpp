@@ -79,18 +79,13 @@ QString safeName(const QString& text) {
 void writePdf(const Document& document, const QString& file, ExportControl& control) {
     system::DurableFile output(file);
     FileDevice device(output);
-    ExportProgress progress;
-    progress.stop = &control.stop;
-    progress.report = [&control](int done, int total) {
-        if (control.tell) control.tell(done, total);
-    };
     try {
-        exportPdf(document, device, progress);
+        exportPdf(document, device, *control.progress);
     } catch (...) {
         device.rethrow();
         throw;
     }
-    if (control.stop) throw base::Cancelled();
+    control.progress->throwIfStopped();
     output.commit();
 }
 

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "system/work_progress.h"
+
 #include <QLocale>
 #include <QString>
 #include <QStringList>
 
-#include <atomic>
-#include <functional>
 #include <future>
 #include <memory>
 #include <vector>
@@ -37,7 +37,7 @@ struct ExportFormat {
 /// @param type    without a known type, no extension
 [[nodiscard]] QString suggestedFileName(const QString& title, const QString& period, int type);
 
-/// What an export is told, how it tells how far it is, and how it is stopped. The caller sets the texts before the
+/// What an export is told, and how far it is. The caller sets the texts before the
 /// export and keeps the object until it may wait: its destructor waits for the rest of a stopped export that could not
 /// be broken off.
 class ExportControl {
@@ -46,10 +46,9 @@ public:
     ExportControl(const ExportControl&) = delete;
     ExportControl& operator=(const ExportControl&) = delete;
 
-    QLocale locale{QLocale::Romanian};         ///< decimal separator, and with it the separator of CSV
-    std::function<void(qint64, qint64)> tell;  ///< done, of how many: pages of PDF, else rows (of a report of totals:
-                                               ///< groups); may be empty; called on the exporting thread
-    std::atomic_bool stop{false};              ///< set from any thread: the export ends with base::Cancelled
+    QLocale locale{QLocale::Romanian};  ///< decimal separator, and with it the separator of CSV
+    /// Counts pages of PDF, else rows, of a report of totals groups.
+    std::shared_ptr<system::WorkProgress> progress = std::make_shared<system::WorkProgress>();
 
     /// Takes over work that goes on after a stop.
     void keep(std::future<void> rest) { m_rests.push_back(std::move(rest)); }

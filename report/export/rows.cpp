@@ -81,19 +81,15 @@ QString withoutRateText(const LeiTotal& lei) {
     return lei.rowsWithoutRate == 0 ? QString() : u"fara curs: "_s + countText(lei.rowsWithoutRate);
 }
 
-ExportPace::ExportPace(ExportControl& control, qint64 total) : m_control(control), m_total(total) {
+ExportPace::ExportPace(const ExportControl& control, qint64 total) : m_progress(*control.progress), m_total(total) {
     stopIfAsked();
-    if (m_control.tell) m_control.tell(0, m_total);
+    m_progress.tell(0, m_total);
 }
 
 void ExportPace::step() {
     stopIfAsked();
     ++m_done;
-    if (m_control.tell && (m_done % kTellEvery == 0 || m_done == m_total)) m_control.tell(m_done, m_total);
-}
-
-void ExportPace::stopIfAsked() const {
-    if (m_control.stop.load(std::memory_order_relaxed)) throw base::Cancelled();
+    if (m_done % kTellEvery == 0 || m_done == m_total) m_progress.tell(m_done, m_total);
 }
 
 void walkReport(const ExportSource& source, ReportSink& sink, ExportControl& control) {

@@ -2,6 +2,7 @@
 
 #include "report/data/report_content.h"
 #include "report/layout/document.h"
+#include "system/work_progress.h"
 
 #include <array>
 #include <span>
@@ -64,14 +65,14 @@ struct TotalLine {
 /// Tells how far an export is and ends it with base::Cancelled when it is stopped.
 class ExportPace {
 public:
-    ExportPace(ExportControl& control, qint64 total);
+    ExportPace(const ExportControl& control, qint64 total);
     /// One more is done.
     void step();
     /// Ends the export if that is asked for.
-    void stopIfAsked() const;
+    void stopIfAsked() const { m_progress.throwIfStopped(); }
 
 private:
-    ExportControl& m_control;
+    system::WorkProgress& m_progress;
     qint64 m_total;
     qint64 m_done = 0;
 };

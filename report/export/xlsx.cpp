@@ -108,7 +108,7 @@ public:
         requireWritten();
         close();
         pace.stopIfAsked();
-        const bool isWhole = isWholeWorkbook(m_place->path(), m_sizes, m_control.stop);
+        const bool isWhole = isWholeWorkbook(m_place->path(), m_sizes, *m_control.progress);
         pace.stopIfAsked();
         // The library copies its parts without a look at what became of them.
         if (!isWhole) system::failToWrite(m_file, EIO);
@@ -358,7 +358,7 @@ private:
         static_cast<void>(m_workbook.release());
         for (auto state = closing.wait_for(kLookEvery); state == std::future_status::timeout;
              state = closing.wait_for(kLookEvery)) {
-            if (!m_control.stop) continue;
+            if (!m_control.progress->isStopped()) continue;
             m_control.keep(std::move(closing));
             throw base::Cancelled();
         }

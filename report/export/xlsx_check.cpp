@@ -36,13 +36,13 @@ struct Sheet {
 /// Calls with the part's bytes, piece by piece. @return false when it cannot be read to its end, has another checksum,
 /// or was stopped
 template <class Take>
-bool readPart(void* archive, const std::atomic_bool& stop, Take take) {
+bool readPart(void* archive, const system::WorkProgress& progress, Take take) {
     if (unzOpenCurrentFile(archive) != UNZ_OK) return false;
     std::string piece(kPieceBytes, '\0');
     int count = 0;
-    while (!stop && (count = unzReadCurrentFile(archive, piece.data(), kPieceBytes)) > 0)
+    while (!progress.isStopped() && (count = unzReadCurrentFile(archive, piece.data(), kPieceBytes)) > 0)
         take(std::string_view(piece.data(), static_cast<std::size_t>(count)));
-    return unzCloseCurrentFile(archive) == UNZ_OK && count == 0 && !stop;
+    return unzCloseCurrentFile(archive) == UNZ_OK && count == 0 && !progress.isStopped();
 }
 
 /// @return where the text begins that is too short to tell its mark: it goes before the next piece
@@ -57,10 +57,10 @@ std::size_t countMarks(std::string_view text, Sheet& sheet) {
     return text.size();
 }
 
-bool isWholeSheet(void* archive, const SheetSize& wanted, const std::atomic_bool& stop) {
+bool isWholeSheet(void* archive, const SheetSize& wanted, const system::WorkProgress& progress) {
     Sheet sheet;
     std::string text;
-    const bool isRead = readPart(archive, stop, [&](std::string_view piece) {
+    const bool isRead = readPart(archive, progress, [&](std::string_view piece) {
         text.append(piece);
         text.erase(0, countMarks(text, sheet));
         const std::string_view last = piece.substr(piece.size() - std::min(piece.size(), kEndBytes));
@@ -72,9 +72,9 @@ bool isWholeSheet(void* archive, const SheetSize& wanted, const std::atomic_bool
 }
 
 /// The other parts are small: each is read as what it is.
-bool isWholeMarkup(void* archive, const std::atomic_bool& stop) {
+bool isWholeMarkup(void* archive, const system::WorkProgress& progress) {
     QXmlStreamReader reader;
-    if (!readPart(archive, stop,
+    if (!readPart(archive, progress,
                   [&](std::string_view piece) { reader.addData(QByteArray(piece.data(), piece.size())); }))
         return false;
     while (!reader.atEnd()) reader.readNext();
@@ -83,7 +83,8 @@ bool isWholeMarkup(void* archive, const std::atomic_bool& stop) {
 
 }  // namespace
 
-bool isWholeWorkbook(const QByteArray& path, const std::vector<SheetSize>& sizes, const std::atomic_bool& stop) {
+bool isWholeWorkbook(const QByteArray& path, const std::vector<SheetSize>& sizes,
+                     const system::WorkProgress& progress) {
     const Archive archive(unzOpen64(path.constData()));
     if (!archive) return false;
     std::size_t sheets = 0;
@@ -94,11 +95,12 @@ bool isWholeWorkbook(const QByteArray& path, const std::vector<SheetSize>& sizes
             return false;
         constexpr std::string_view kSheet = "xl/worksheets/sheet";
         if (!std::string_view(name).starts_with(kSheet)) {
-            if (!isWholeMarkup(archive.get(), stop)) return false;
+            if (!isWholeMarkup(archive.get(), progress)) return false;
             continue;
         }
         const auto number = static_cast<std::size_t>(std::atoi(name + kSheet.size()));
-        if (number < 1 || number > sizes.size() || !isWholeSheet(archive.get(), sizes[number - 1], stop)) return false;
+        if (number < 1 || number > sizes.size() || !isWholeSheet(archive.get(), sizes[number - 1], progress))
+            return false;
         ++sheets;
     }
     return more == UNZ_END_OF_LIST_OF_FILE && sheets == sizes.size();

@@ -1,8 +1,9 @@
 #pragma once
 
+#include "system/work_progress.h"
+
 #include <QByteArray>
 
-#include <atomic>
 #include <cstdint>
 #include <vector>
 
@@ -18,9 +19,9 @@ struct SheetSize {
 /// element and hold its rows and cells, and every other part must be whole markup. Memory does not grow with the file.
 /// @param path   as the system's calls take it
 /// @param sizes  of each sheet, in order
-/// @param stop   set from any thread: the reading ends, and nothing is known of the workbook
+/// @param progress  when stopped from any thread, the reading ends, and nothing is known of the workbook
 /// @return       false also after a stop
 [[nodiscard]] bool isWholeWorkbook(const QByteArray& path, const std::vector<SheetSize>& sizes,
-                                   const std::atomic_bool& stop);
+                                   const system::WorkProgress& progress);
 
 }  // namespace velcoran::report

@@ -1,4 +1,5 @@
 #include "dialogs/print_job.h"
+#include "support/told_progress.h"
 
 #include "base/error.h"
 #include "report/report_fixture.h"
@@ -46,9 +47,13 @@ protected:
     static void setPrinters(const QStringList& names, const QString& byDefault = {}) {
         tests::scriptedPrinters() = {.names = names, .byDefault = byDefault, .jobs = {}};
     }
+    static void print(const report::Document& printed, const PrintRequest& request) {
+        system::WorkProgress progress;
+        printDocument(printed, request, progress);
+    }
     static std::optional<base::Error> failureOf(const report::Document& printed, const PrintRequest& request) {
         try {
-            printDocument(printed, request);
+            print(printed, request);
         } catch (const base::Error& error) {
             return error;
         }
@@ -80,7 +85,7 @@ TEST_F(PrintJob, aFileHoldsExactlyTheChosenPages) {
     const auto printed = document();
     ASSERT_GE(printed->pageCount(), 5);
     const PrintRequest request{.file = path(u"a.pdf"_s), .firstPage = 2, .lastPage = 4, .copies = 3};
-    printDocument(*printed, request);
+    print(*printed, request);
     const QStringList pages = pageTexts(request.file);
     ASSERT_EQ(pages.size(), 3);
     for (int page = 2; page <= 4; ++page) {
@@ -98,7 +103,7 @@ TEST_F(PrintJob, aFileHoldsExactlyTheChosenPages) {
 TEST_F(PrintJob, thePageLiesOnTheSheetWhereTheScreenShowsIt) {
     const auto printed = document();
     const QString file = path(u"a.pdf"_s);
-    printDocument(*printed, {.file = file, .lastPage = 1});
+    print(*printed, {.file = file, .lastPage = 1});
     const QString words = outputOf(u"pdftotext"_s, {u"-bbox"_s, file, u"-"_s});
     const QRegularExpression place(u"xMin=\"(.*)\" yMin=\"(.*)\" xMax=\"(.*)\" yMax=\"(.*)\">(1\\d{5})<"_s);
     int found = 0;
@@ -130,8 +135,8 @@ TEST_F(PrintJob, theSheetFollowsTheSetUp) {
                           {u"Legal", true, "1008 x 612 pts"}};
     for (const Case& each : cases) {
         const QString file = path(u"sheet.pdf"_s);
-        printDocument(*document(report::pageSetup(QString::fromUtf16(each.paper), each.isLandscape)),
-                      {.file = file, .firstPage = -1, .lastPage = 1});
+        print(*document(report::pageSetup(QString::fromUtf16(each.paper), each.isLandscape)),
+              {.file = file, .firstPage = -1, .lastPage = 1});
         const QString information = outputOf(u"pdfinfo"_s, {file});
         EXPECT_TRUE(information.contains(QString::fromLatin1(each.size))) << each.size << information.toStdString();
     }
@@ -167,7 +172,7 @@ TEST_F(PrintJob, paperGoesToTheChosenPrinterOrTheDefaultOne) {
     for (const auto& one : cases) {
         SCOPED_TRACE(one.name);
         setPrinters({u"Birou"_s, u"Depozit"_s}, one.byDefault);
-        printDocument(*printed, {.printer = one.chosen, .firstPage = 2, .lastPage = 3, .copies = 2});
+        print(*printed, {.printer = one.chosen, .firstPage = 2, .lastPage = 3, .copies = 2});
         ASSERT_EQ(tests::scriptedPrinters().jobs.size(), 1);
         const tests::PrintedJob job = tests::scriptedPrinters().jobs.first();
         EXPECT_EQ(job.printer, one.used);
@@ -180,7 +185,7 @@ TEST_F(PrintJob, paperGoesToTheChosenPrinterOrTheDefaultOne) {
     }
     for (const bool isCollated : {true, false}) {
         tests::scriptedPrinters().jobs.clear();
-        printDocument(*printed, {.lastPage = 2, .copies = 2, .isCollated = isCollated});
+        print(*printed, {.lastPage = 2, .copies = 2, .isCollated = isCollated});
         ASSERT_EQ(tests::scriptedPrinters().jobs.size(), 1);
         const QMap<QString, QString> options = tests::scriptedPrinters().jobs.first().options;
         EXPECT_EQ(options.value(u"copies"_s), u"2"_s);
@@ -209,7 +214,7 @@ TEST_F(PrintJob, aFileThatCannotBeWrittenIsError75WithItsPath) {
 TEST_F(PrintJob, aFileBeyondItsLimitIsError75AndNotTheEndOfTheHost) {
     const auto printed = document();
     const PrintRequest request{.file = path(u"a.pdf"_s), .lastPage = 2};
-    printDocument(*printed, request);
+    print(*printed, request);
     const qint64 whole = QFileInfo(request.file).size();
     ASSERT_TRUE(QFile::remove(request.file));
     rlimit before{};
@@ -238,16 +243,12 @@ TEST_F(PrintJob, aStopLeavesTheOldFile) {
     ASSERT_TRUE(old.open(QIODevice::WriteOnly));
     old.write("old");
     old.close();
-    std::atomic_bool stop{false};
-    int told = 0;
-    const PrintControl control{[&](int done, int total) {
-                                   told = done;
-                                   EXPECT_GT(total, 3);
-                                   if (done == 2) stop = true;
-                               },
-                               &stop};
-    EXPECT_THROW(printDocument(*document(), {.file = old.fileName()}, control), base::Cancelled);
-    EXPECT_EQ(told, 2);
+    tests::ToldProgress progress([](tests::ToldProgress& told) {
+        if (told.done() == 2) told.stop();
+    });
+    EXPECT_THROW(printDocument(*document(), {.file = old.fileName()}, progress), base::Cancelled);
+    EXPECT_EQ(progress.done(), 2);
+    EXPECT_GT(progress.total(), 3);
     ASSERT_TRUE(old.open(QIODevice::ReadOnly));
     EXPECT_EQ(old.readAll(), "old");
     EXPECT_EQ(leftovers(), QStringList{u"a.pdf"_s});

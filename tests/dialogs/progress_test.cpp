@@ -43,7 +43,7 @@ protected:
     }
 
     QWidget window;
-    WorkProgress progress;
+    system::WorkProgress progress;
     bool isStopped = false;
     std::atomic_bool isAsked{false};
 };
@@ -66,8 +66,7 @@ TEST_F(Progress, aShortWorkShowsNothing) {
 }
 
 TEST_F(Progress, aLongWorkSaysHowFarItIsAndEscapeStopsIt) {
-    progress.total = 2000;
-    progress.done = 1500;
+    progress.tell(1500, 2000);
     QString said;
     QElapsedTimer elapsed;
     elapsed.start();

@@ -291,15 +291,13 @@ void Opened::addDialogs(Pictures& pictures) {
         const DialogCamera camera(pictures["plain message"]);
         surroundings.showPlainMessage(window, u"75 - Fișierul nu poate fi scris."_s);
     }
-    dialogs::WorkProgress progress;
-    progress.total = 10;
-    progress.done = 4;
-    std::atomic_bool stop{false};
+    system::WorkProgress progress;
+    progress.tell(4, 10);
     const DialogCamera camera(pictures["progress"]);
     form::Activity activity(window);
-    const form::Activity::Work work(activity, [&stop] { stop = true; });
+    const form::Activity::Work work(activity, [&progress] { progress.stop(); });
     dialogs::runWithProgress(window, activity, u"Se exportă…"_s, progress, [&] {
-        while (!stop) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        while (!progress.isStopped()) std::this_thread::sleep_for(std::chrono::milliseconds(1));
     });
 }
 

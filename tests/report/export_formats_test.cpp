@@ -3,6 +3,7 @@
 #include "report/export/formats.h"
 #include "report/export/numbers.h"
 #include "report/export/writers.h"
+#include "support/told_progress.h"
 
 #include <QDir>
 
@@ -150,14 +151,12 @@ TEST_F(ExportFailures, aFileBeyondItsLimitIsAMessageAndNotTheEndOfTheHost) {
 TEST_F(ExportFailures, stopInTheMiddleLeavesNothing) {
     for (const int type : kWritten) {
         ExportControl control;
-        qint64 told = 0;
-        control.tell = [&](qint64 done, qint64 total) {
-            told = done;
-            EXPECT_LE(done, total);
-            if (done > 0) control.stop = true;
-        };
+        control.progress = std::make_shared<tests::ToldProgress>([](tests::ToldProgress& told) {
+            EXPECT_LE(told.done(), told.total());
+            if (told.done() > 0) told.stop();
+        });
         EXPECT_THROW(exportReport(type, m_document, path(u"raport"_s), control), base::Cancelled) << type;
-        EXPECT_GT(told, 0) << type;
+        EXPECT_GT(control.progress->done(), 0) << type;
         expectUntouched(type);
     }
 }
@@ -174,7 +173,7 @@ TEST_F(ExportFailures, stopWhileASheetIsPackedIsAnsweredAtOnce) {
                 return false;
             };
             while (!over.stop_requested() && !isPacking()) std::this_thread::yield();
-            control.stop = true;
+            control.progress->stop();
         });
         EXPECT_THROW(exportReport(kXlsx, document, path(u"raport"_s), control), base::Cancelled);
     }
@@ -183,11 +182,9 @@ TEST_F(ExportFailures, stopWhileASheetIsPackedIsAnsweredAtOnce) {
 
 TEST_F(ExportFailures, exportsReplaceTheOldFileAndTellTheEnd) {
     for (const int type : kWritten) {
-        std::pair<qint64, qint64> last;
-        m_control.tell = [&last](qint64 done, qint64 total) { last = {done, total}; };
         EXPECT_NE(exported(type, m_document), "vechi") << type;
-        EXPECT_EQ(last.first, last.second) << type;
-        EXPECT_EQ(last.second, type == kPdf ? m_document->pageCount() : 3000) << type;
+        EXPECT_EQ(m_control.progress->done(), m_control.progress->total()) << type;
+        EXPECT_EQ(m_control.progress->total(), type == kPdf ? m_document->pageCount() : 3000) << type;
         EXPECT_EQ(files(), QStringList{u"raport"_s}) << type;
     }
 }

@@ -2,6 +2,7 @@
 #include "report/export/formats.h"
 #include "report/export/pdf/pdf.h"
 #include "report_fixture.h"
+#include "support/told_progress.h"
 
 #include <QBuffer>
 #include <QDir>
@@ -41,7 +42,8 @@ protected:
     void writeFile(const Document& document) const {
         QFile file(m_path);
         ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        exportPdf(document, file);
+        system::WorkProgress progress;
+        exportPdf(document, file, progress);
     }
 };
 
@@ -100,10 +102,11 @@ TEST_F(ExportPdf, isTheSameEveryTime) {
     ReportRun run(answerOf(sampleRows(900, 30)));
     const auto document = run.document();
     QByteArray first;
+    system::WorkProgress progress;
     for (int i = 0; i < 3; ++i) {
         QBuffer buffer;
         buffer.open(QIODevice::WriteOnly);
-        exportPdf(*document, buffer);
+        exportPdf(*document, buffer, progress);
         if (i == 0) first = buffer.data();
         EXPECT_EQ(buffer.data(), first);
     }
@@ -117,7 +120,9 @@ TEST_F(ExportPdf, leavesTheOldFileWhenStopped) {
     ReportRun run(answerOf(sampleRows(3000, 30)));
     const auto document = run.document();
     ExportControl control;
-    control.tell = [&control](qint64 done, qint64 total) { control.stop = done > 0 && done < total; };
+    control.progress = std::make_shared<tests::ToldProgress>([](tests::ToldProgress& told) {
+        if (told.done() > 0 && told.done() < told.total()) told.stop();
+    });
     EXPECT_THROW(exportReport(kPdf, document, m_path, control), base::Cancelled);
     ASSERT_TRUE(old.open(QIODevice::ReadOnly));
     EXPECT_EQ(old.readAll(), "old");

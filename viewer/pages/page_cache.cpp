@@ -67,7 +67,6 @@ struct PageCache::Queue {
 };
 
 PageCache::PageCache(qint64 limit) : m_limit(limit), m_queue(std::make_shared<Queue>()) {
-    m_pool.setMaxThreadCount(kThreads);
     setObjectName(QStringLiteral("crwPageCache"));
 }
 
@@ -76,7 +75,7 @@ PageCache::~PageCache() {
         const std::lock_guard lock(m_queue->mutex);
         m_queue->waiting.clear();
     }
-    m_pool.waitForDone();
+    m_workers.clear();
 }
 
 void PageCache::setDocument(std::shared_ptr<const report::Document> document) {
@@ -102,7 +101,17 @@ void PageCache::want(const std::vector<PictureKey>& keys) {
         starts = std::min(kThreads - m_queue->workers, static_cast<int>(m_queue->waiting.size()));
         m_queue->workers += starts;
     }
-    for (int i = 0; i < starts; ++i) m_pool.start([this, queue = m_queue] { runWorker(queue); });
+    m_workers.remove_if([](const system::Worker& worker) { return worker.isDone(); });
+    for (int i = 0; i < starts; ++i) startWorker();
+}
+
+void PageCache::startWorker() {
+    try {
+        m_workers.emplace_back([this, queue = m_queue] { runWorker(queue); });
+    } catch (const std::exception&) {  // no thread, or no memory for one: the next painting asks again
+        const std::lock_guard lock(m_queue->mutex);
+        --m_queue->workers;
+    }
 }
 
 void PageCache::runWorker(const std::shared_ptr<Queue>& queue) noexcept {

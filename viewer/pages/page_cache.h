@@ -1,12 +1,14 @@
 #pragma once
 
+#include "system/worker.h"
+
 #include <QHash>
 #include <QImage>
 #include <QObject>
 #include <QRect>
 #include <QSize>
-#include <QThreadPool>
 
+#include <list>
 #include <memory>
 #include <vector>
 
@@ -27,8 +29,8 @@ struct PictureKey {
 
 [[nodiscard]] size_t qHash(const PictureKey& key, size_t seed = 0);
 
-/// Pictures of pages, drawn by a small pool of threads and kept up to a limit in bytes; the least recently shown goes
-/// first.
+/// Pictures of pages, drawn by two threads while there is something to draw and kept up to a limit in bytes; the least
+/// recently shown goes first.
 class PageCache : public QObject {
     Q_OBJECT
 
@@ -60,6 +62,7 @@ private:
     };
     struct Queue;
 
+    void startWorker();
     void runWorker(const std::shared_ptr<Queue>& queue) noexcept;
     void insert(const PictureKey& key, const QImage& image);
     void shrink();
@@ -70,7 +73,7 @@ private:
     quint64 m_generation = 0;
     QHash<PictureKey, Entry> m_entries;
     std::shared_ptr<Queue> m_queue;
-    QThreadPool m_pool;
+    std::list<system::Worker> m_workers;
 };
 
 }  // namespace velcoran::viewer

@@ -80,7 +80,7 @@ void Searcher::stop() {
     m_task->stop = true;
     { const std::lock_guard lock(m_task->mutex); }
     m_task->changed.notify_all();
-    if (m_thread.joinable()) m_thread.join();
+    m_worker.reset();
     m_task.reset();
 }
 
@@ -109,7 +109,7 @@ void Searcher::start(const std::shared_ptr<const report::Document>& document, co
     m_task->pageCount = document->pageCount();
     m_task->steps.push_back({startOf(from), true});
     try {
-        m_thread = std::thread([task = m_task] { run(*task); });
+        m_worker.emplace([task = m_task] { run(*task); });
     } catch (const std::system_error&) {
         m_task.reset();
         return findHere(startOf(from), true);

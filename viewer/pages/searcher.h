@@ -1,12 +1,12 @@
 #pragma once
 
 #include "report/layout/search.h"
+#include "system/worker.h"
 
 #include <QObject>
 
 #include <memory>
 #include <optional>
-#include <thread>
 
 namespace velcoran::viewer {
 
@@ -64,7 +64,7 @@ private:
     bool m_isNothing = false;
     quint64 m_generation = 0;
     std::shared_ptr<Task> m_task;
-    std::thread m_thread;
+    std::optional<system::Worker> m_worker;
 };
 
 }  // namespace velcoran::viewer

@@ -15,10 +15,10 @@ constexpr int kThreads = 2;
 }  // namespace
 
 PagePool::PagePool(const Document& document) : m_document(document), m_working(kThreads) {
-    m_threads.reserve(kThreads);
+    m_workers.reserve(kThreads);
     for (int i = 0; i < kThreads; ++i) {
         try {
-            m_threads.emplace_back([this] { work(); });
+            m_workers.emplace_back([this] { work(); });
         } catch (const std::exception&) {  // no thread, or no memory for one
             const std::lock_guard guard(m_mutex);
             --m_working;  // fewer threads make it slower
@@ -32,7 +32,7 @@ PagePool::~PagePool() {
         m_isStopped = true;
     }
     m_changed.notify_all();
-    for (std::thread& thread : m_threads) thread.join();
+    m_workers.clear();
 }
 
 /// @return number of a page to make, 0 when there is none left
@@ -86,7 +86,7 @@ std::string PagePool::makeHere() {
 }
 
 std::string PagePool::take() {
-    if (m_threads.empty()) return makeHere();
+    if (m_workers.empty()) return makeHere();
     std::unique_lock guard(m_mutex);
     Slot& slot = m_slots[static_cast<std::size_t>((m_taken + 1) % kSlots)];
     m_changed.wait(guard, [&] { return slot.isReady || m_failure; });

@@ -2,12 +2,13 @@
 
 #include "pdf_glyphs.h"
 
+#include "system/worker.h"
+
 #include <condition_variable>
 #include <exception>
 #include <functional>
 #include <mutex>
 #include <string>
-#include <thread>
 #include <vector>
 
 namespace velcoran::report {
@@ -52,7 +53,7 @@ private:
     bool m_isStopped = false;
     std::exception_ptr m_failure;
     PdfGlyphs m_glyphs;
-    std::vector<std::thread> m_threads;
+    std::vector<system::Worker> m_workers;
 };
 
 }  // namespace velcoran::report

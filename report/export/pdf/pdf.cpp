@@ -5,6 +5,7 @@
 #include "pdf_file.h"
 #include "pdf_fonts.h"
 #include "report/layout/document.h"
+#include "system/work_progress.h"
 
 #include "base/error.h"
 
@@ -29,7 +30,7 @@ std::string hundredths(int value) {
 /// node and each bookmark its page.
 class PdfExport {
 public:
-    PdfExport(const Document& document, QIODevice& device, const ExportProgress& progress)
+    PdfExport(const Document& document, QIODevice& device, system::WorkProgress& progress)
         : m_document(document), m_progress(progress), m_file(device), m_pages(document.pageCount()) {
         m_catalog = m_file.reserve(5);
         m_root = m_catalog + 1;
@@ -58,20 +59,16 @@ public:
 private:
     [[nodiscard]] int pageObject(int page) const { return m_firstPage + (page - 1) * 2; }
 
-    void stopIfAsked() const {
-        if (m_progress.stop != nullptr && m_progress.stop->load()) throw base::Cancelled();
-    }
     void tell(int done) {
-        if (!m_progress.report) return;
         const auto now = std::chrono::steady_clock::now();
         if (done < m_pages && now - m_told < kReportInterval) return;
         m_told = now;
-        m_progress.report(done, m_pages);
+        m_progress.tell(done, m_pages);
     }
     void writePages() {
         PagePool pool(m_document);
         for (int page = 1; page <= m_pages; ++page) {
-            stopIfAsked();
+            m_progress.throwIfStopped();
             const int number = pageObject(page);
             m_file.writeStream(number + 1, pool.take());
             m_file.writeObject(number, "<</Type/Page/Parent " + reference(m_nodes + (page - 1) / kPagesANode) +
@@ -105,7 +102,7 @@ private:
         if (groups > 0) ends = "/First " + reference(first) + "/Last " + reference(first + groups - 1);
         m_file.writeObject(m_outlines, "<</Type/Outlines" + ends + "/Count " + std::to_string(groups) + ">>");
         for (int group = 0; group < groups; ++group) {
-            stopIfAsked();
+            m_progress.throwIfStopped();
             const int top = toCentipoints((m_document.pageHeight() - m_document.topOfGroup(group)).value);
             std::string item = "<</Title " + pdfText(m_document.groupText(group)) + "/Parent " + reference(m_outlines) +
                                "/Dest[" + reference(pageObject(m_document.pageOfGroup(group).value)) + "/XYZ null " +
@@ -117,7 +114,7 @@ private:
     }
 
     const Document& m_document;
-    const ExportProgress& m_progress;
+    system::WorkProgress& m_progress;
     PdfFile m_file;
     int m_pages;
     int m_catalog = 0, m_root = 0, m_information = 0, m_resources = 0, m_outlines = 0;
@@ -127,7 +124,7 @@ private:
 
 }  // namespace
 
-void exportPdf(const Document& document, QIODevice& device, const ExportProgress& progress) {
+void exportPdf(const Document& document, QIODevice& device, system::WorkProgress& progress) {
     PdfExport(document, device, progress).write();
 }
 

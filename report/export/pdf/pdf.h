@@ -1,22 +1,18 @@
 #pragma once
 
-#include <atomic>
-#include <functional>
-
 class QIODevice;
+
+namespace velcoran::system {
+class WorkProgress;
+}
 
 namespace velcoran::report {
 
 class Document;
 
-/// How an export tells how far it is, and how it is stopped.
-struct ExportProgress {
-    std::function<void(int done, int total)> report;  ///< pages; may be empty; called on the exporting thread
-    const std::atomic_bool* stop = nullptr;           ///< may be null
-};
-
 /// Writes the document as PDF into an open device.
+/// @param progress  counts pages
 /// @throws Error kPathAccess when the device takes no more; Cancelled after a stop
-void exportPdf(const Document& document, QIODevice& device, const ExportProgress& progress = {});
+void exportPdf(const Document& document, QIODevice& device, system::WorkProgress& progress);
 
 }  // namespace velcoran::report
