@@ -9,7 +9,6 @@
 #include <deque>
 #include <mutex>
 
-
 namespace velcoran::odbc {
 
 namespace {

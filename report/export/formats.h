@@ -1,12 +1,12 @@
 #pragma once
 
 #include "system/work_progress.h"
+#include "system/worker.h"
 
 #include <QLocale>
 #include <QString>
 #include <QStringList>
 
-#include <future>
 #include <memory>
 #include <vector>
 
@@ -51,10 +51,10 @@ public:
     std::shared_ptr<system::WorkProgress> progress = std::make_shared<system::WorkProgress>();
 
     /// Takes over work that goes on after a stop.
-    void keep(std::future<void> rest) { m_rests.push_back(std::move(rest)); }
+    void keep(system::Worker rest) { m_rests.push_back(std::move(rest)); }
 
 private:
-    std::vector<std::future<void>> m_rests;
+    std::vector<system::Worker> m_rests;
 };
 
 /// Writes a document into a file in a format, for any thread. The file is written beside its place and moved there when

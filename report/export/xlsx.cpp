@@ -341,28 +341,26 @@ private:
             int number = 0;
         };
         const auto result = std::make_shared<Result>();
-        const auto pack = [workbook = m_workbook.get(), place = m_place, name = m_name, folder = m_folder,
-                           result]() mutable {
+        auto pack = [workbook = m_workbook.get(), place = m_place, name = m_name, folder = m_folder, result]() mutable {
             const system::NumericLocale numbers;
             errno = 0;
             result->error = workbook_close(workbook);  // frees it too
             result->number = errno;
             place.reset();
         };
-        std::future<void> closing;
-        try {
-            closing = std::async(std::launch::async, pack);
-        } catch (const std::system_error&) {
-            closing = std::async(std::launch::deferred, pack);
-        }
         static_cast<void>(m_workbook.release());
-        for (auto state = closing.wait_for(kLookEvery); state == std::future_status::timeout;
-             state = closing.wait_for(kLookEvery)) {
+        std::optional<system::Worker> closing;
+        try {
+            closing.emplace(pack);
+        } catch (const std::system_error&) {
+            pack();
+        }
+        while (closing && !closing->waitFor(kLookEvery)) {
             if (!m_control.progress->isStopped()) continue;
-            m_control.keep(std::move(closing));
+            m_control.keep(std::move(*closing));
             throw base::Cancelled();
         }
-        closing.get();
+        if (closing) closing->rethrow();
         errno = result->number;
         check(result->error);
     }
