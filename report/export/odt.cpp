@@ -3,7 +3,6 @@
 #include "odt_parts.h"
 #include "report/data/amount_text.h"
 #include "rows.h"
-#include "system/durable_file.h"
 #include "texts.h"
 #include "writers.h"
 #include "zip.h"
@@ -141,19 +140,22 @@ private:
 
 void writeOdt(const Document& document, const QString& file, ExportControl& control) {
     const ExportSource source(document);
-    system::DurableFile output(file);
-    ZipWriter zip(output, source.made());
+    ZipWriter zip(file, source.made());
+    const auto add = [&zip](const char* name, QByteArrayView content) {
+        zip.begin(name, ZipWriter::Packing::Stored);
+        zip.write(content);
+        zip.end();
+    };
     // First and as it is: programs know the document by these bytes at their place.
-    zip.addStored("mimetype", "application/vnd.oasis.opendocument.text");
-    zip.addStored("META-INF/manifest.xml", kManifest);
-    zip.addStored("meta.xml", metaXml(source));
-    zip.addStored("styles.xml", kStyles);
-    zip.beginDeflated("content.xml");
+    add("mimetype", "application/vnd.oasis.opendocument.text");
+    add("META-INF/manifest.xml", kManifest);
+    add("meta.xml", metaXml(source));
+    add("styles.xml", kStyles);
+    zip.begin("content.xml", ZipWriter::Packing::Deflated);
     OdtSink sink(source, zip);
     walkReport(source, sink, control);
-    zip.endDeflated();
-    zip.finish();
-    output.commit();
+    zip.end();
+    zip.commit();
 }
 
 }  // namespace velcoran::report

@@ -1,51 +1,41 @@
 #pragma once
 
+#include "system/durable_file.h"
+
 #include <QByteArray>
 #include <QDateTime>
-
-#include <memory>
-#include <vector>
-
-namespace velcoran::system {
-class DurableFile;
-}
-
-namespace velcoran::system {
-class DurableFile;
-}
+#include <QString>
 
 namespace velcoran::report {
 
-/// Writes a zip archive as a stream: entries one after the other, the list of them at the end.
+/// Writes a zip archive into a file, its entries as streams, one after the other.
 class ZipWriter {
 public:
+    enum class Packing { Stored, Deflated };
+
     /// @param time  of all entries
-    ZipWriter(system::DurableFile& output, const QDateTime& time);
+    /// @throws Error kPathAccess, as all that follows
+    ZipWriter(const QString& file, const QDateTime& time);
     ~ZipWriter();
     ZipWriter(const ZipWriter&) = delete;
     ZipWriter& operator=(const ZipWriter&) = delete;
 
-    /// A whole entry, stored as it is.
-    void addStored(const QByteArray& name, const QByteArray& content);
-    /// A deflated entry whose content follows in pieces.
-    void beginDeflated(const QByteArray& name);
-    /// @throws Error kFormatNotAvailable beyond 4 GB, kPathAccess
+    /// The next entry; its content follows in pieces.
+    void begin(const char* name, Packing packing);
+    /// @throws Error kFormatNotAvailable beyond 4 GB in an entry
     void write(QByteArrayView piece);
-    void endDeflated();
-    /// Writes the list of entries.
-    void finish();
+    void end();
+    /// Writes the list of entries and puts the file into its place.
+    void commit();
 
 private:
-    struct Entry;
-    struct Deflater;
-    void beginEntry(Entry entry);
-    void deflatePiece(QByteArrayView piece, bool isLast);
+    void check(int result) const;
 
-    system::DurableFile& m_output;
-    quint16 m_time = 0;
-    quint16 m_date = 0;
-    std::vector<Entry> m_entries;
-    std::unique_ptr<Deflater> m_deflater;
+    QString m_file;
+    QDateTime m_time;
+    system::DurableFile m_place;
+    void* m_archive;  ///< null when it is closed
+    qint64 m_size = 0;
 };
 
 }  // namespace velcoran::report
