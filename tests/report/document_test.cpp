@@ -249,6 +249,8 @@ TEST(SplitRuns, ordersScriptsThatReadFromRightToLeft) {
         {u"F1 \u05D0 12 \u05D1", u"F1 |[ \u05D1]|12|[\u05D0 ]"},
         {u"\u05D0\u05D1 15", u"15|[\u05D0\u05D1 ]"},
         {u"12 \u05D0", u"12 |[\u05D0]"},
+        {u"A (\u05D0) B", u"A (|[\u05D0]|) B"},
+        {u"\u0627\u0628 \u0661\u0662", u"\u0661\u0662|[\u0627\u0628 ]"},
     };
     for (const Case& one : cases) {
         const QString text = QString::fromUtf16(one.text);

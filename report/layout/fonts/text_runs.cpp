@@ -2,94 +2,87 @@
 
 #include <QChar>
 
+#include <fribidi.h>
+
 #include <algorithm>
+#include <new>
 
 namespace velcoran::report {
 
 namespace {
 
-struct Character {
-    qsizetype start = 0;
-    qsizetype length = 1;
-    char32_t code = 0;
-    int level = 0;  ///< 0 left to right, 1 right to left, 2 a number among the latter
-    std::uint16_t font = 0;
+/// The first letter of a script that reads from right to left.
+constexpr char32_t kFirstRightToLeft = 0x0590;
+
+/// A text's characters with the places where they start in it.
+struct Characters {
+    explicit Characters(QStringView text) {
+        for (qsizetype i = 0; i < text.size(); i = starts.back() + lengthAt(text, starts.back())) {
+            starts.push_back(i);
+            codes.push_back(lengthAt(text, i) == 2 ? QChar::surrogateToUcs4(text[i], text[i + 1]) : text[i].unicode());
+        }
+        starts.push_back(text.size());
+    }
+    static qsizetype lengthAt(QStringView text, qsizetype at) {
+        return text[at].isHighSurrogate() && at + 1 < text.size() && text[at + 1].isLowSurrogate() ? 2 : 1;
+    }
+
+    std::vector<FriBidiChar> codes;
+    std::vector<qsizetype> starts;  ///< one more than characters
 };
 
-std::vector<Character> charactersOf(QStringView text) {
-    std::vector<Character> characters;
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        Character character{i, 1, text[i].unicode(), 0, 0};
-        if (text[i].isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate()) {
-            character.code = QChar::surrogateToUcs4(text[i], text[i + 1]);
-            character.length = 2;
-            ++i;
-        }
-        characters.push_back(character);
-    }
-    return characters;
-}
-
-bool isRightToLeft(char32_t code) {
-    const QChar::Direction direction = QChar::direction(code);
-    return direction == QChar::DirR || direction == QChar::DirAL;
-}
-
-bool isDigit(char32_t code) {
-    const QChar::Direction direction = QChar::direction(code);
-    return direction == QChar::DirEN || direction == QChar::DirAN;
-}
-
-/// Everything between two characters that read from right to left belongs to them, unless a letter that reads the other
-/// way stands between; so do numbers behind them.
-void setLevels(std::vector<Character>& characters) {
-    std::size_t last = characters.size();
-    for (std::size_t i = 0; i < characters.size(); ++i) {
-        if (QChar::direction(characters[i].code) == QChar::DirL) last = characters.size();
-        const bool isNumberBehind = isDigit(characters[i].code) && last < i;
-        if (!isRightToLeft(characters[i].code) && !isNumberBehind) continue;
-        for (std::size_t j = std::min(last, i); j <= i; ++j) {
-            characters[j].level = isDigit(characters[j].code) ? 2 : 1;
-        }
-        last = i;
-    }
+/// Embedding levels on a line that reads from left to right: odd ones read from right to left.
+std::vector<FriBidiLevel> levelsOf(const std::vector<FriBidiChar>& codes) {
+    std::vector<FriBidiLevel> levels(codes.size(), 0);
+    if (std::ranges::none_of(codes, [](FriBidiChar code) { return code >= kFirstRightToLeft; })) return levels;
+    const auto count = static_cast<FriBidiStrIndex>(codes.size());
+    std::vector<FriBidiCharType> types(codes.size());
+    std::vector<FriBidiBracketType> brackets(codes.size());
+    fribidi_get_bidi_types(codes.data(), count, types.data());
+    fribidi_get_bracket_types(codes.data(), count, types.data(), brackets.data());
+    FriBidiParType direction = FRIBIDI_PAR_LTR;
+    if (fribidi_get_par_embedding_levels_ex(types.data(), brackets.data(), count, &direction, levels.data()) == 0)
+        throw std::bad_alloc();
+    return levels;
 }
 
 /// Marks, joiners and blanks stay in the font of the character in front of them.
-void setFonts(std::vector<Character>& characters, const std::function<std::uint16_t(char32_t)>& fontOf) {
-    for (std::size_t i = 0; i < characters.size(); ++i) {
-        const char32_t code = characters[i].code;
-        const bool isCarried = QChar::isMark(code) || QChar::category(code) == QChar::Other_Format;
-        characters[i].font = isCarried && i > 0 ? characters[i - 1].font : fontOf(code);
+bool isCarried(char32_t code) { return QChar::isMark(code) || QChar::category(code) == QChar::Other_Format; }
+
+struct Levelled {
+    TextRun run;
+    FriBidiLevel level;
+};
+
+/// From the highest level down, what stands at a level or above it is turned round.
+void order(std::vector<Levelled>& runs) {
+    const FriBidiLevel highest = runs.empty() ? FriBidiLevel(0) : std::ranges::max(runs, {}, &Levelled::level).level;
+    for (int level = highest; level > 0; --level) {
+        const auto isBelow = [level](const Levelled& run) { return run.level < level; };
+        for (auto from = runs.begin(); from != runs.end();) {
+            from = std::find_if_not(from, runs.end(), isBelow);
+            const auto to = std::find_if(from, runs.end(), isBelow);
+            std::reverse(from, to);
+            from = to;
+        }
     }
 }
 
 }  // namespace
 
 std::vector<TextRun> splitRuns(QStringView text, const std::function<std::uint16_t(char32_t)>& fontOf) {
-    std::vector<Character> characters = charactersOf(text);
-    setLevels(characters);
-    setFonts(characters, fontOf);
-    struct Levelled {
-        TextRun run;
-        int level;
-    };
+    const Characters characters(text);
+    const std::vector<FriBidiLevel> levels = levelsOf(characters.codes);
     std::vector<Levelled> runs;
-    for (const Character& character : characters) {
-        if (!runs.empty() && runs.back().level == character.level && runs.back().run.font == character.font) {
-            runs.back().run.length += character.length;
-        } else {
-            runs.push_back(
-                {{character.start, character.length, character.font, character.level == 1}, character.level});
-        }
+    for (std::size_t i = 0; i < levels.size(); ++i) {
+        const bool isFirst = runs.empty();
+        const std::uint16_t font =
+            !isFirst && isCarried(characters.codes[i]) ? runs.back().run.font : fontOf(characters.codes[i]);
+        if (isFirst || runs.back().level != levels[i] || runs.back().run.font != font)
+            runs.push_back({{characters.starts[i], 0, font, levels[i] % 2 == 1}, levels[i]});
+        runs.back().run.length += characters.starts[i + 1] - characters.starts[i];
     }
-    for (auto from = runs.begin(); from != runs.end();) {
-        const auto isLeft = [](const Levelled& run) { return run.level == 0; };
-        from = std::find_if_not(from, runs.end(), isLeft);
-        const auto to = std::find_if(from, runs.end(), isLeft);
-        std::reverse(from, to);
-        from = to;
-    }
+    order(runs);
     std::vector<TextRun> ordered;
     ordered.reserve(runs.size());
     for (const Levelled& run : runs) ordered.push_back(run.run);

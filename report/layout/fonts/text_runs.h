@@ -16,7 +16,8 @@ struct TextRun {
 };
 
 /// Splits a line that reads from left to right into runs, in the order in which they stand on it. Words of scripts that
-/// read from right to left stand in their own order, numbers among them keep theirs.
+/// read from right to left stand in their own order, numbers among them keep theirs: the published bidirectional
+/// algorithm.
 [[nodiscard]] std::vector<TextRun> splitRuns(QStringView text, const std::function<std::uint16_t(char32_t)>& fontOf);
 
 }  // namespace velcoran::report
