@@ -1,7 +1,5 @@
 #include "dialog_language.h"
 
-#include "translations.h"
-
 #include <QCoreApplication>
 #include <QEvent>
 #include <QTranslator>
@@ -12,14 +10,14 @@ namespace velcoran::dialogs {
 
 namespace {
 
-/// Looks its texts up in the table. It says that it is empty: Qt then takes it without telling every window
-/// that the language has changed.
+/// It says that it is empty: Qt then takes it without telling every window that the language has changed.
 class Translator final : public QTranslator {
 public:
-    [[nodiscard]] bool isEmpty() const override { return true; }
-    [[nodiscard]] QString translate(const char* context, const char* source, const char*, int) const override {
-        return translationOf(context, source);
+    Translator() {
+        [[maybe_unused]] const bool isLoaded = load(QStringLiteral(":/velcoran/qt_ro.qm"));
+        Q_ASSERT(isLoaded);
     }
+    [[nodiscard]] bool isEmpty() const override { return true; }
 };
 
 /// Removing a translator always tells the application of a new language; this keeps it from everybody.
