@@ -6,6 +6,7 @@
 #include "report/layout/document.h"
 #include "report/layout/search.h"
 #include "report/report.h"
+#include "system/work_progress.h"
 
 #include <QBuffer>
 #include <QGuiApplication>

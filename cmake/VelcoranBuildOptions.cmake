@@ -26,6 +26,10 @@ if(NOT VELCORAN_SANITIZE)
         $<$<NOT:$<CONFIG:Debug>>:-U_FORTIFY_SOURCE> $<$<NOT:$<CONFIG:Debug>>:-D_FORTIFY_SOURCE=2>)
 endif()
 
+if(CMAKE_UNITY_BUILD)
+    # Sources that are compiled as one look like headers to a warning about what only one source may see.
+    target_compile_options(velcoran_build_options INTERFACE -Wno-subobject-linkage)
+endif()
 if(VELCORAN_FUZZERS)
     target_compile_options(velcoran_build_options INTERFACE -fsanitize=fuzzer-no-link,address -fno-omit-frame-pointer)
     target_link_options(velcoran_build_options INTERFACE -fsanitize=address)

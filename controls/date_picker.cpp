@@ -22,7 +22,7 @@ namespace velcoran::controls {
 
 namespace {
 
-constexpr int kTextMargin = 3;
+constexpr int kDateMargin = 3;
 constexpr int kButtonWidth = 17;
 constexpr DateSection kSections[] = {DateSection::day, DateSection::month, DateSection::year};
 
@@ -253,7 +253,7 @@ QRect DatePicker::buttonRect() const {
 
 QRect DatePicker::sectionRect(DateSection section) const {
     const QFontMetrics metrics = fontMetrics();
-    int left = kTextMargin;
+    int left = kDateMargin;
     for (const DateSection each : kSections) {
         const int width = metrics.horizontalAdvance(m_sections.text(each));
         if (each == section) return {left, (height() - metrics.height()) / 2, width, metrics.height()};

@@ -21,7 +21,7 @@ namespace velcoran::controls {
 namespace {
 
 constexpr int kMaxOpenRows = 8;
-constexpr int kTextMargin = 4;
+constexpr int kEntryMargin = 4;
 
 }  // namespace
 
@@ -380,7 +380,7 @@ void DropDownList::paintEvent(QPaintEvent*) {
         drawArrow(painter, button, colour);
         place.setRight(button.left() - 1);
     }
-    place.adjust(kTextMargin - 1, 0, -1, 0);
+    place.adjust(kEntryMargin - 1, 0, -1, 0);
     const QString shown = text();
     painter.setClipRect(place);
     painter.setPen(colour);

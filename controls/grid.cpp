@@ -20,7 +20,7 @@ namespace velcoran::controls {
 namespace {
 
 constexpr base::Twips kDefaultWidth{960};
-constexpr int kMargin = 3;
+constexpr int kCellMargin = 3;
 constexpr char16_t kEnter = 13;
 constexpr char16_t kEscape = 27;
 constexpr char16_t kBackspace = 8;
@@ -38,7 +38,7 @@ public:
         painter->fillRect(option.rect, QColor::fromRgb(isCurrentRow ? kHighlight : kWhite));
         painter->setPen(text);
         painter->setFont(m_grid->font());
-        const QRect place = option.rect.adjusted(kMargin, 0, -kMargin, 0);
+        const QRect place = option.rect.adjusted(kCellMargin, 0, -kCellMargin, 0);
         const QString shown = m_grid->fontMetrics().elidedText(index.data().toString(), Qt::ElideRight, place.width());
         painter->drawText(place, Qt::AlignVCenter | Qt::TextSingleLine, shown);
         if (current == index) {
@@ -320,7 +320,7 @@ bool Grid::viewportEvent(QEvent* event) {
     const QModelIndex index = indexAt(help->pos());
     const QString text = index.data().toString();
     const QRect place = visualRect(index);
-    const bool isCut = fontMetrics().horizontalAdvance(text) > place.width() - 2 * kMargin;
+    const bool isCut = fontMetrics().horizontalAdvance(text) > place.width() - 2 * kCellMargin;
     if (index.isValid() && isCut)
         QToolTip::showText(help->globalPos(), text, viewport(), place);
     else

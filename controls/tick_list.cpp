@@ -13,7 +13,7 @@ namespace velcoran::controls {
 
 namespace {
 
-constexpr int kMargin = 2;
+constexpr int kTickMargin = 2;
 
 /// Draws a row: tick box, text, and the frame of the current row while the list has the focus.
 class TickDelegate : public QStyledItemDelegate {
@@ -23,7 +23,7 @@ public:
     QSize sizeHint(const QStyleOptionViewItem&, const QModelIndex& index) const override {
         const QFontMetrics metrics = m_list->fontMetrics();
         const int height = metrics.height() + 2;
-        return {height + 2 * kMargin + metrics.horizontalAdvance(index.data().toString()) + kMargin, height};
+        return {height + 2 * kTickMargin + metrics.horizontalAdvance(index.data().toString()) + kTickMargin, height};
     }
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
@@ -36,12 +36,12 @@ public:
         const QColor marked = QColor::fromRgb(m_list->hasFocus() ? kFocusGround : kDimGround);
         if (isCurrent) painter->fillRect(row, ground.lightness() > 127 ? ground.darker(115) : marked);
         const int side = row.height() - 4;
-        const QRect box(row.left() + kMargin, row.top() + 2, side, side);
+        const QRect box(row.left() + kTickMargin, row.top() + 2, side, side);
         const bool isTicked = index.data(Qt::CheckStateRole).toInt() == Qt::Checked;
         drawTickBox(*painter, box, isTicked, isEnabled);
         painter->setPen(text);
         painter->setFont(m_list->font());
-        const QRect place = row.adjusted(side + 3 * kMargin, 0, 0, 0);
+        const QRect place = row.adjusted(side + 3 * kTickMargin, 0, 0, 0);
         painter->drawText(place, Qt::AlignVCenter | Qt::TextSingleLine, index.data().toString());
         if (isCurrent && m_list->hasFocus()) drawFocusDots(*painter, row, text);
         painter->restore();

@@ -25,6 +25,8 @@ struct DriveCommand {
 struct Refusal {
     QString why;
 };
+/// @throws Refusal
+[[noreturn]] inline void refuse(const QString& why) { throw Refusal{why}; }
 
 /// Reads a line: a JSON object whose "do" names a command. Members that the command does not know are ignored.
 [[nodiscard]] std::variant<DriveCommand, Refusal> parseCommand(const QByteArray& line);

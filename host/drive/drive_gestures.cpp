@@ -19,8 +19,6 @@ namespace {
 /// In pixels: a picture of that side takes a gigabyte. One that finds no memory ends the process inside Qt.
 constexpr int kMaxWindowSide = 16384;
 
-[[noreturn]] void refuse(const QString& why) { throw Refusal{why}; }
-
 QWidget& wantedControl(const QString& name) {
     if (loadedWindow() == nullptr) throw NothingToDo();
     QWidget* control = findControl(name);

@@ -27,8 +27,6 @@ namespace velcoran::host {
 
 namespace {
 
-[[noreturn]] void refuse(const QString& why) { throw Refusal{why}; }
-
 QJsonValue errorValue(const std::optional<base::Error>& error) {
     if (!error) return {};
     return QJsonObject{{u"number"_s, error->number()}, {u"description"_s, error->description()}};

@@ -12,7 +12,7 @@ namespace velcoran::host {
 
 namespace {
 
-enum Stream : std::uint64_t { kDocumentStream = 11, kLineStream, kRateStream };
+enum DocumentStream : std::uint64_t { kDocumentStream = 11, kLineStream, kRateStream };
 
 /// The odd records, each once in so many documents.
 constexpr std::int64_t kUnknownPartner = 173;

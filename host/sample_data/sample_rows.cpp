@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// Streams of the random numbers, one for each kind of record.
-enum Stream : std::uint64_t { kSupplierStream = 1, kClientStream, kProductStream };
+enum RecordStream : std::uint64_t { kSupplierStream = 1, kClientStream, kProductStream };
 
 constexpr int kPartnerDigits = 4;
 constexpr int kProductDigits = 5;
@@ -30,7 +30,7 @@ constexpr const char* kFirstSuppliers[] = {"D'ORIZONT IMPORT SRL", "COMPANIA DE 
 constexpr const char* kFirstClients[] = {"L'HORIZON TRADE SARL", "SOCIETATEA DE DISTRIBUȚIE ȘI EXPORT SUD SA",
                                          "ÎNFRĂȚIREA COM SRL"};
 
-std::string partnerName(std::span<const char* const> firstNames, const SampleOptions& options, Stream stream,
+std::string partnerName(std::span<const char* const> firstNames, const SampleOptions& options, RecordStream stream,
                         std::int64_t index) {
     if (index <= static_cast<std::int64_t>(firstNames.size())) return firstNames[static_cast<std::size_t>(index - 1)];
     SampleRandom random(options.seed, stream, static_cast<std::uint64_t>(index));
@@ -123,7 +123,7 @@ void writeProducts(const SampleOptions& options, ISampleSink& sink) {
 struct PartnerTable {
     const char* table;
     const char* letter;
-    Stream stream;
+    RecordStream stream;
     std::span<const SampleEntry> types;
     std::span<const SampleEntry> categories;
     std::string (*name)(const SampleOptions&, std::int64_t);

@@ -18,9 +18,9 @@ namespace velcoran::host {
 namespace {
 
 /// What a trace says about one connection; nothing without a trace.
-class Teller {
+class OpeningTrace {
 public:
-    explicit Teller(std::shared_ptr<Trace> trace) : m_trace(std::move(trace)) {
+    explicit OpeningTrace(std::shared_ptr<Trace> trace) : m_trace(std::move(trace)) {
         if (m_trace) m_subject = m_trace->nextConnection();
     }
     void operator()(const QString& words) const noexcept {
@@ -48,7 +48,7 @@ QString nameOf(const DataSource& source) {
     return isName ? u"ODBC "_s + source.odbc : u"ODBC"_s;
 }
 
-OpenedConnection openProvider(const DataSource& source, const Teller& tell) {
+OpenedConnection openProvider(const DataSource& source, const OpeningTrace& tell) {
     if (source.odbc.isEmpty()) {
         com::Ref<IConnection> connection = sqlite::openDatabase(source.file);
         return {connection, [connection] { sqlite::closeDatabase(connection); }};
@@ -60,7 +60,7 @@ OpenedConnection openProvider(const DataSource& source, const Teller& tell) {
 }  // namespace
 
 OpenedConnection openSource(const DataSource& source, const std::shared_ptr<Trace>& trace) {
-    const Teller tell(trace);
+    const OpeningTrace tell(trace);
     tell(u"open "_s + nameOf(source));
     try {
         OpenedConnection opened = openProvider(source, tell);

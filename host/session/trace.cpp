@@ -37,9 +37,10 @@ QString oneLine(const QString& words) {
 }
 
 /// One subject of a trace, with its own clock.
-class Teller {
+class CallTrace {
 public:
-    Teller(std::shared_ptr<Trace> trace, QString subject) : m_trace(std::move(trace)), m_subject(std::move(subject)) {}
+    CallTrace(std::shared_ptr<Trace> trace, QString subject)
+        : m_trace(std::move(trace)), m_subject(std::move(subject)) {}
 
     void tell(const QString& words) const { m_trace->tell(m_subject, words); }
     void start() { m_start = std::chrono::steady_clock::now(); }
@@ -54,7 +55,7 @@ public:
                                                  error.description()));
         return result;
     }
-    [[nodiscard]] Teller of(const QString& subject) const { return {m_trace, subject}; }
+    [[nodiscard]] CallTrace of(const QString& subject) const { return {m_trace, subject}; }
     [[nodiscard]] const QString& subject() const { return m_subject; }
 
 private:
@@ -71,7 +72,7 @@ private:
 /// Counts the rows of a statement until its end.
 class RowCount {
 public:
-    com::HResult count(com::HResult result, const RowBlock* block, const Teller& teller) {
+    com::HResult count(com::HResult result, const RowBlock* block, const CallTrace& teller) {
         if (result == com::kFalse) {
             teller.tellEnd(u"end of %1 rows"_s.arg(m_rows));
             m_isOver = true;
@@ -84,7 +85,7 @@ public:
     }
     void begin() { *this = {}; }
     /// For rows that nobody has read to their end.
-    void leave(const Teller& teller) const {
+    void leave(const CallTrace& teller) const {
         if (!m_isOver) teller.tellEnd(u"left at %1 rows"_s.arg(m_rows));
     }
 
@@ -95,7 +96,8 @@ private:
 
 class TracedRows final : public db::ForwardingRows {
 public:
-    TracedRows(com::Ref<IRows> inner, Teller teller) : ForwardingRows(std::move(inner)), m_teller(std::move(teller)) {}
+    TracedRows(com::Ref<IRows> inner, CallTrace teller)
+        : ForwardingRows(std::move(inner)), m_teller(std::move(teller)) {}
 
     com::HResult Fetch(std::uint32_t maxRows, const RowBlock** block) override {
         const com::HResult result = m_teller.look(ForwardingRows::Fetch(maxRows, block), asObject());
@@ -112,13 +114,13 @@ protected:
 private:
     com::IUnknown* asObject() { return static_cast<IRows*>(this); }
 
-    Teller m_teller;
+    CallTrace m_teller;
     RowCount m_count;
 };
 
 class TracedStatement final : public db::ForwardingStatement {
 public:
-    TracedStatement(com::Ref<IStatement> inner, Teller teller)
+    TracedStatement(com::Ref<IStatement> inner, CallTrace teller)
         : ForwardingStatement(std::move(inner)), m_teller(std::move(teller)) {}
 
     com::HResult Run() override {
@@ -148,14 +150,14 @@ protected:
 private:
     com::IUnknown* asObject() { return static_cast<IStatement*>(this); }
 
-    Teller m_teller;
+    CallTrace m_teller;
     RowCount m_count;
     bool m_hasRun = false;
 };
 
 class TracedConnection final : public db::ForwardingConnection {
 public:
-    TracedConnection(com::Ref<IConnection> inner, Teller teller)
+    TracedConnection(com::Ref<IConnection> inner, CallTrace teller)
         : ForwardingConnection(std::move(inner)), m_teller(std::move(teller)) {}
 
     com::HResult Execute(com::Bstr text, IRows** rows) override {
@@ -181,7 +183,7 @@ protected:
 private:
     template <class Call>
     com::HResult during(const QString& via, com::Bstr text, Call call) {
-        Teller teller = m_teller.of(u"%1.%2"_s.arg(m_teller.subject()).arg(++m_statements));
+        CallTrace teller = m_teller.of(u"%1.%2"_s.arg(m_teller.subject()).arg(++m_statements));
         teller.tell(u"%1 %2"_s.arg(via, com::toQString(text)));
         m_opening = &teller;
         const com::HResult result = call();
@@ -198,9 +200,9 @@ private:
             com::makeObject<TracedStatement>(std::move(statement), *m_opening).release());
     }
 
-    Teller m_teller;
+    CallTrace m_teller;
     int m_statements = 0;
-    const Teller* m_opening = nullptr;  ///< of the statement that is being opened
+    const CallTrace* m_opening = nullptr;  ///< of the statement that is being opened
 };
 
 }  // namespace
@@ -231,7 +233,7 @@ com::Ref<IConnection> traceConnection(com::Ref<IConnection> connection, std::sha
                                       const QString& subject) {
     if (!connection || !trace) return connection;
     return com::Ref<IConnection>::adopt(
-        com::makeObject<TracedConnection>(std::move(connection), Teller(std::move(trace), subject)).release());
+        com::makeObject<TracedConnection>(std::move(connection), CallTrace(std::move(trace), subject)).release());
 }
 
 }  // namespace velcoran::host

@@ -3,6 +3,7 @@
 #include "com/dispatch.h"
 #include "com/registry.h"
 #include "com/variant.h"
+#include "working_day.h"
 
 #include "support/test_data.h"
 #include "support/variant_holder.h"
@@ -31,7 +32,6 @@ using namespace Qt::StringLiterals;
 namespace velcoran {
 namespace {
 
-constexpr com::Date kDay = 46096;  // 15 March 2026
 const QString kProgId = u"Velcoran.clsVelcoran"_s;
 const QString kLibrary = QStringLiteral(VELCORAN_LIBRARY);
 
@@ -71,7 +71,7 @@ TEST_F(Component, answersToItsInterfacesAlone) {
 }
 
 TEST_F(Component, opensTheWindowBeforeItFailsWithoutAConnection) {
-    EXPECT_EQ(com::numberOfResult(object->Incarca(com::Text(u"Export").get(), nullptr, kDay, nullptr)), 91);
+    EXPECT_EQ(com::numberOfResult(object->Incarca(com::Text(u"Export").get(), nullptr, tests::kDay, nullptr)), 91);
     std::int32_t number = 0;
     com::Text description, source;
     (void)object.as<com::IErrorSource>()->LastError(&number, description.receive(), source.receive());
@@ -81,12 +81,12 @@ TEST_F(Component, opensTheWindowBeforeItFailsWithoutAConnection) {
     EXPECT_EQ(activated.library->call("DllCanUnloadNow"), com::kFalse);
     QWidget* first = reportWindow();
     first->close();
-    EXPECT_EQ(com::numberOfResult(object->Incarca(com::Text(u"Export").get(), nullptr, kDay, nullptr)), 91);
+    EXPECT_EQ(com::numberOfResult(object->Incarca(com::Text(u"Export").get(), nullptr, tests::kDay, nullptr)), 91);
     EXPECT_EQ(reportWindow(), first) << "the window object is reused";
 }
 
 TEST_F(Component, letsGoOfItsWindowWhenNothingIsInUse) {
-    (void)object->Incarca(com::Text(u"Import").get(), nullptr, kDay, nullptr);
+    (void)object->Incarca(com::Text(u"Import").get(), nullptr, tests::kDay, nullptr);
     ASSERT_NE(reportWindow(), nullptr);
     const std::shared_ptr<const com::Library> library = activated.library;
     const auto canUnload = [&library] { return library->call("DllCanUnloadNow"); };
@@ -105,7 +105,7 @@ TEST_F(Component, failsOnAThreadWithoutWindows) {
     std::int32_t number = 0;
     QString words;
     std::thread([&] {
-        EXPECT_EQ(com::numberOfResult(object->Incarca(com::Text(u"Import").get(), nullptr, kDay, nullptr)), 5);
+        EXPECT_EQ(com::numberOfResult(object->Incarca(com::Text(u"Import").get(), nullptr, tests::kDay, nullptr)), 5);
         number = lastError(&words);
     }).join();
     EXPECT_EQ(number, 5);
@@ -120,7 +120,7 @@ TEST_F(Component, aCallByNameDoesWhatTheTableCallDoes) {
     ASSERT_EQ(object->GetIDsOfNames(com::kReservedId, names, 1, 0, &member), com::kOk);
 
     const tests::VariantHolder kind(u"Import"_s), nothing(static_cast<com::IUnknown*>(nullptr)), prefix{QString()};
-    const tests::VariantHolder date = tests::VariantHolder::date(kDay);
+    const tests::VariantHolder date = tests::VariantHolder::date(tests::kDay);
     std::array<com::Variant, 4> arguments{prefix.get(), date.get(), nothing.get(), kind.get()};
     com::CallArguments call{arguments.data(), nullptr, 4, 0};
     com::ExceptionInformation exception{};
@@ -165,7 +165,7 @@ TEST_F(Component, takesItsMessageObjectFromTheHost) {
     int made = 0;
     const auto messages = com::makeFactory<CountingMesaje>(&made);
     ASSERT_EQ(objects->Register(kClassMesaje, messages.get()), com::kOk);
-    (void)object->Incarca(com::Text(u"Import").get(), nullptr, kDay, nullptr);
+    (void)object->Incarca(com::Text(u"Import").get(), nullptr, tests::kDay, nullptr);
     EXPECT_EQ(made, 1);
     EXPECT_EQ(objects->Revoke(kClassMesaje), com::kOk);
     EXPECT_EQ(objects->Revoke(kClassMesaje), com::kFalse);
@@ -257,7 +257,7 @@ TEST_F(Component, takesItsMessagesFromTheHostsRegistrationUnlessTheyFail) {
         qputenv("HOST_MESSAGES_MODE", each.mode);
         com::writeEntry(com::userRegistryPath(),
                         {u"Contabil.clsMesaje"_s, kClassMesaje, each.library, kTypeLibraryVelcoran, u"1.0"_s});
-        (void)object->Incarca(com::Text(u"Import").get(), nullptr, kDay, nullptr);
+        (void)object->Incarca(com::Text(u"Import").get(), nullptr, tests::kDay, nullptr);
         QFile::remove(file);
         EXPECT_EQ(provokeMessage().startsWith(u"91"_s), !each.isShownByHost) << each.mode;
         EXPECT_EQ(QFile::exists(file), each.isShownByHost) << each.mode;

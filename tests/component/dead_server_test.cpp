@@ -1,5 +1,6 @@
 #include "com/activation.h"
 #include "support/fake_connection.h"
+#include "working_day.h"
 
 #include <velcoran/velcoran.h>
 
@@ -19,7 +20,6 @@ namespace velcoran::tests {
 
 namespace {
 
-constexpr com::Date kDay = 46096;  // 15 March 2026
 constexpr std::int32_t kStop = -2147467260;
 
 /// The library as a host has it, over a server that stops answering.

@@ -1,5 +1,6 @@
 #include "com/activation.h"
 #include "support/fake_connection.h"
+#include "working_day.h"
 
 #include <velcoran/velcoran.h>
 #include <velcoran/window.h>
@@ -22,8 +23,6 @@ using namespace std::chrono_literals;
 namespace velcoran::tests {
 
 namespace {
-
-constexpr com::Date kDay = 46096;  // 15 March 2026
 
 /// Writes down what it hears, and may answer with something.
 class Listener final : public com::Object<IWindowEvents> {

@@ -7,7 +7,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QString kYear = u"execute: SELECT An FROM An"_s;
-const QString kWarehouses =
+const QString kWarehouseText =
     u"recordset:  SELECT str(Depozite.Depozit,len(Depozite.Depozit),0) + ' - ' + Depozite.[Denumire Depozit] FROM Depozite"_s;
 
 struct KindCase {
@@ -75,7 +75,7 @@ protected:
         EXPECT_EQ(find<controls::TickList>("cmbDepozit")->items().size(), 5);
         EXPECT_EQ(find<controls::TickList>("cmbDepozit")->currentIndex(), 0);
         EXPECT_TRUE(find<controls::TickList>("cmbDepozit")->ticked().isEmpty());
-        EXPECT_EQ(statements(), QStringList({kYear, kWarehouses}));
+        EXPECT_EQ(statements(), QStringList({kYear, kWarehouseText}));
     }
 };
 

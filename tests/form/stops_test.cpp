@@ -23,7 +23,7 @@ namespace {
 constexpr qint64 kAtOnce = 5000;
 const QString kLookup = u"FROM Agenti"_s;
 const QString kReport = u"AS TipRaport"_s;
-const QString kWarehouses = u"FROM Depozite"_s;
+const QString kWarehouseTable = u"FROM Depozite"_s;
 
 FakeAnswer oneInvoice() {
     FakeAnswer answer = reportColumns();
@@ -230,7 +230,7 @@ TEST_F(StopsTest, aStoppedOrClosedSetUpIsAStopToTheHost) {
         return false;
     };
     for (const bool isDeaf : {false, true}) {
-        slow(kWarehouses, 30s, isDeaf);
+        slow(kWarehouseTable, 30s, isDeaf);
         EXPECT_TRUE(setUpWhile([this] { pressInWindow(Qt::Key_Escape); })) << isDeaf;
         EXPECT_TRUE(window.isLoaded());
         connection->answerAtLast();
@@ -239,7 +239,7 @@ TEST_F(StopsTest, aStoppedOrClosedSetUpIsAStopToTheHost) {
         EXPECT_FALSE(window.isLoaded());
         connection->answerAtLast();
         ASSERT_TRUE(waitFor([] { return db::keeper().isEmpty(); }));
-        slow(kWarehouses, 0ms, false);
+        slow(kWarehouseTable, 0ms, false);
         setUpFor(u"Import"_s);
         EXPECT_EQ(list("cmbTipRaport")->items().size(), 2);
     }
@@ -248,7 +248,7 @@ TEST_F(StopsTest, aStoppedOrClosedSetUpIsAStopToTheHost) {
 TEST_F(StopsTest, aDeadServerHoldsNobodyUp) {
     const auto other = FakeConnection::create();
     other->answer(u"SELECT An FROM An"_s, {.columns = {{u"An"_s}}, .rows = {{u"2004"_s}}});
-    other->answer(kWarehouses, {.columns = {{u"Depozit"_s}}, .rows = {{u"2 - Alt"_s}}});
+    other->answer(kWarehouseTable, {.columns = {{u"Depozit"_s}}, .rows = {{u"2 - Alt"_s}}});
     slowReport(30s, true);
     run();
     ASSERT_TRUE(waitUntilReading());

@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 using filters::FilterState;
 using filters::LookupField;
 
-QString statementOf(const FilterState& state) { return assembleStatement(state, buildRequest(state)); }
+QString statementToRun(const FilterState& state) { return assembleStatement(state, buildRequest(state)); }
 
 TEST(StatementRun, everyStatementGivesTheElevenColumns) {
     const QStringList columns{u"TipRaport"_s,    u"CodClient"_s,   u"NumeClient"_s, u"DataDoc"_s,
@@ -42,7 +42,7 @@ protected:
         state.deLaData = QDate(2026, 3, 1);
         state.laData = QDate(2026, 3, 15);
     }
-    [[nodiscard]] QString documents() const { return database.column(statementOf(state), u"NumarFactura"_s); }
+    [[nodiscard]] QString documents() const { return database.column(statementToRun(state), u"NumarFactura"_s); }
 
     tests::StatementDatabase database;
     FilterState state;
@@ -50,8 +50,8 @@ protected:
 
 TEST_F(ReportRows, countAHeaderOnceHoweverManyLinesItHas) {
     EXPECT_EQ(documents(), u"1 2");
-    EXPECT_EQ(database.column(statementOf(state), u"ValoareBruta"_s), u"120.75 10");
-    EXPECT_EQ(database.column(statementOf(state), u"DataDoc"_s), u"01/03/2026 15/03/2026");
+    EXPECT_EQ(database.column(statementToRun(state), u"ValoareBruta"_s), u"120.75 10");
+    EXPECT_EQ(database.column(statementToRun(state), u"DataDoc"_s), u"01/03/2026 15/03/2026");
 }
 
 TEST_F(ReportRows, followEachFilter) {

@@ -76,7 +76,7 @@ void expectTable(const std::vector<QStringList>& rows, const Document& document,
     }
 }
 
-std::vector<Row> oddRows() {
+std::vector<Row> rowsOfMarkup() {
     Row row;
     row.name = u"<b>\"ALFA\" & 'BETA'</b>  x\ty\nz \u0002"_s;
     return {row};
@@ -107,7 +107,7 @@ TEST_F(ExportDocuments, showTheGroupsAndTotalsOfTheReport) {
 }
 
 TEST_F(ExportDocuments, escapeWhatTheNamesHold) {
-    ReportRun run(answerOf(oddRows()));
+    ReportRun run(answerOf(rowsOfMarkup()));
     run.report().setRequest({.filters = {u"<script>alert(1)</script>"_s}});
     const auto document = run.document();
     const QByteArray html = exported(kHtml, document);

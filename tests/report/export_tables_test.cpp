@@ -20,7 +20,7 @@ const QStringList& oddNames() {
     return kNames;
 }
 
-std::vector<Row> oddRows() {
+std::vector<Row> rowsWithOddNames() {
     std::vector<Row> rows;
     for (qsizetype i = 0; i < oddNames().size(); ++i) {
         Row row;
@@ -59,7 +59,7 @@ void expectTotal(const std::vector<SheetCell>& row, std::size_t at, const Curren
 }  // namespace
 
 TEST_F(ExportCsv, readsBackWhateverTheNamesHold) {
-    const auto document = ReportRun(answerOf(oddRows())).document();
+    const auto document = ReportRun(answerOf(rowsWithOddNames())).document();
     struct Case {
         QLocale::Language language;
         char16_t separator, decimal;
@@ -118,7 +118,7 @@ TEST_F(ExportCsv, keepsAmountsAndRates) {
 }
 
 TEST_F(ExportXlsx, keepsTextsNumbersAndDates) {
-    std::vector<Row> rows = oddRows();
+    std::vector<Row> rows = rowsWithOddNames();
     rows[0].net = u"12345678901234.56"_s;
     rows[1].net = u"-0.07"_s;
     rows[2].date = u"candva"_s;
