@@ -4,7 +4,7 @@ BUILD ?= build/release
 JOBS ?= 2
 PREFIX ?= /usr/local
 
-.PHONY: all run test faults acceptance fuzz bench format lint lint-fast lint-deep asan golden pictures typelib install package clean
+.PHONY: all run test faults acceptance fuzz bench format lint lint-fast lint-deep headers asan golden pictures typelib install package clean
 
 all: $(BUILD)/build.ninja
 	cmake --build $(BUILD) --parallel $(JOBS)
@@ -40,7 +40,7 @@ acceptance: $(BUILD)/build.ninja
 fuzz:
 	tools/install-packages build run fuzz
 	cmake -S . -B build/fuzz -G Ninja -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_COMPILER=clang++ -DVELCORAN_FUZZERS=ON \
-		-DBUILD_TESTING=OFF
+		-DBUILD_TESTING=OFF -DCMAKE_UNITY_BUILD=ON
 	tools/run-fuzzers build/fuzz
 
 ## Benchmarks, each beside its floor.
@@ -64,6 +64,10 @@ lint-fast:
 lint-deep:
 	tools/install-packages build lint
 	tools/lint deep
+
+## Every header by itself, with what its target hands out.
+headers: $(BUILD)/build.ninja
+	cmake --build $(BUILD) --parallel $(JOBS) --target headers
 
 ## The fast tests under the address and undefined-behaviour sanitizers.
 asan:

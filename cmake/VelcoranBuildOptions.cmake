@@ -28,7 +28,7 @@ endif()
 
 if(CMAKE_UNITY_BUILD)
     # Sources that are compiled as one look like headers to a warning about what only one source may see.
-    target_compile_options(velcoran_build_options INTERFACE -Wno-subobject-linkage)
+    target_compile_options(velcoran_build_options INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
 endif()
 if(VELCORAN_FUZZERS)
     target_compile_options(velcoran_build_options INTERFACE -fsanitize=fuzzer-no-link,address -fno-omit-frame-pointer)

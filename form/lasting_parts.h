@@ -8,6 +8,8 @@
 #include "form/panel/members.h"
 #include "form/run/surroundings.h"
 
+#include <QWidget>
+
 namespace velcoran::form {
 
 /// What of the window outlives its controls.

@@ -2,6 +2,8 @@
 
 #include "report_output.h"
 
+#include <QString>
+
 namespace velcoran::form {
 
 class Activity;
