@@ -17,7 +17,7 @@ struct ReleaseWatch::Living {
 /// Counts its users under the lock of the list that it stands in: nobody finds it there who could not keep it alive.
 class ReleaseWatch::StandIn final : public ForwardingConnection {
 public:
-    StandIn(com::Ref<IConnection> inner, std::shared_ptr<Living> state)
+    StandIn(const com::Ref<IConnection>& inner, std::shared_ptr<Living> state)
         : ForwardingConnection(inner), m_connection(inner.get()), m_state(std::move(state)) {}
 
     std::uint32_t AddRef() override {

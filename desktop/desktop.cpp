@@ -58,8 +58,8 @@ Desktop userDesktop() {
     return {completed(filled(themePalette())), completed(QFontDatabase::systemFont(QFontDatabase::GeneralFont))};
 }
 
-StandInDesktop::StandInDesktop(Desktop desktop) {
-    standIn() = {completed(std::move(desktop.palette)), completed(std::move(desktop.font))};
+StandInDesktop::StandInDesktop(const Desktop& desktop) {
+    standIn() = {completed(desktop.palette), completed(desktop.font)};
 }
 
 StandInDesktop::~StandInDesktop() { standIn().reset(); }

@@ -25,7 +25,7 @@ struct Desktop {
 /// take it over with the next QEvent::ThemeChange.
 class StandInDesktop {
 public:
-    explicit StandInDesktop(Desktop desktop);
+    explicit StandInDesktop(const Desktop& desktop);
     ~StandInDesktop();
     StandInDesktop(const StandInDesktop&) = delete;
     StandInDesktop& operator=(const StandInDesktop&) = delete;

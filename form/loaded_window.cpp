@@ -4,7 +4,8 @@
 
 namespace velcoran::form {
 
-LoadedWindow::LoadedWindow(QWidget& window, double density, LastingParts& lasting, std::function<void()> closeForm)
+LoadedWindow::LoadedWindow(QWidget& window, double density, LastingParts& lasting,
+                           const std::function<void()>& closeForm)
     : m_controls(std::make_unique<ControlTree>(window, density)),
       m_panel(*m_controls, lasting.members.codes, lasting.handlers),
       m_picker(*m_controls, lasting.members, lasting.handlers, lasting.runner, lasting.messenger, m_panel),

@@ -22,7 +22,7 @@ public:
     /// @param window     gets the controls @param density  pixels an inch
     /// @param lasting    outlives this, as the window does
     /// @param closeForm  what Esc and the exit button do
-    LoadedWindow(QWidget& window, double density, LastingParts& lasting, std::function<void()> closeForm);
+    LoadedWindow(QWidget& window, double density, LastingParts& lasting, const std::function<void()>& closeForm);
     ~LoadedWindow();
     LoadedWindow(const LoadedWindow&) = delete;
     LoadedWindow& operator=(const LoadedWindow&) = delete;

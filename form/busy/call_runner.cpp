@@ -21,7 +21,8 @@ constexpr std::chrono::milliseconds kQuietTime{333};
 }  // namespace
 
 void CallRunner::run(const db::Connection& connection, std::function<void()> call) {
-    const db::Connection used = connection;  // the window may get another one meanwhile
+    // The window may get another one meanwhile.
+    const db::Connection used = connection;  // NOLINT(performance-unnecessary-copy-initialization)
     const Activity::Work work(m_activity, [used] { used.cancel(); });
     try {
         make(used, call);

@@ -117,7 +117,7 @@ private:
         for (const CurrencyTotal& total : totals) {
             const TotalLine line = totalLine(total);
             beginRow();
-            cell("Total", "Bold", line.label, 4);
+            cell("Total", "Bold", line.label, kFirstSumColumn - 2);
             cell("Total", "Bold", line.currency, 2);
             for (const QString& amount : line.amounts) cell("Total", "BoldRight", amount);
             endRow();
@@ -126,7 +126,7 @@ private:
     void writeLei(const LeiTotal& lei) {
         beginRow();
         cell("Grand", "Bold", QString::fromUtf16(kTotalInLei), 2);
-        cell("Grand", "Bold", withoutRateText(lei), 6);
+        cell("Grand", "Bold", withoutRateText(lei), kPageColumnCount - 4);
         cell("Grand", "BoldRight", amountText(lei.value), 2);
         endRow();
     }

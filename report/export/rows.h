@@ -4,6 +4,7 @@
 #include "report/layout/document.h"
 #include "system/work_progress.h"
 
+#include <algorithm>
 #include <array>
 #include <span>
 
@@ -15,7 +16,8 @@ class ExportControl;
 [[nodiscard]] std::span<const ColumnRow> pageColumns();
 /// All columns in the order of the report statement.
 [[nodiscard]] std::span<const ColumnRow> statementColumns();
-constexpr int kPageColumnCount = 10;
+inline constexpr int kPageColumnCount =
+    static_cast<int>(std::ranges::count_if(kColumns, [](const ColumnRow& column) { return column.onPage >= 0; }));
 constexpr int kFirstSumColumn = kPageColumnCount - static_cast<int>(kSumCount);
 
 /// A loaded report as the exports read it. Cheap to make; refers to the document.

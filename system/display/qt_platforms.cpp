@@ -66,7 +66,7 @@ bool isPluginFor(const QString& file, const QString& name) {
 }  // namespace
 
 QByteArray qtPlatformList() {
-    const QByteArray chosen = qgetenv("QT_QPA_PLATFORM");
+    QByteArray chosen = qgetenv("QT_QPA_PLATFORM");
     if (!chosen.isEmpty()) return chosen;
     const bool isWayland = qEnvironmentVariableIsSet("WAYLAND_DISPLAY") || qgetenv("XDG_SESSION_TYPE") == "wayland";
     return isWayland ? "wayland;xcb" : "xcb";

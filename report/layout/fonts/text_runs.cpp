@@ -51,12 +51,12 @@ bool isCarried(char32_t code) { return QChar::isMark(code) || QChar::category(co
 
 struct Levelled {
     TextRun run;
-    FriBidiLevel level;
+    int level;
 };
 
 /// From the highest level down, what stands at a level or above it is turned round.
 void order(std::vector<Levelled>& runs) {
-    const FriBidiLevel highest = runs.empty() ? FriBidiLevel(0) : std::ranges::max(runs, {}, &Levelled::level).level;
+    const int highest = runs.empty() ? 0 : std::ranges::max(runs, {}, &Levelled::level).level;
     for (int level = highest; level > 0; --level) {
         const auto isBelow = [level](const Levelled& run) { return run.level < level; };
         for (auto from = runs.begin(); from != runs.end();) {
