@@ -94,12 +94,7 @@ private:
     Handler m_inputOutput = nullptr;
 };
 
-struct ProblemRow {
-    DisplayProblem problem;
-    const char16_t* words;
-};
-
-constexpr ProblemRow kProblems[] = {
+constexpr system::ProblemWords kProblems{{{
     {DisplayProblem::UnknownPlatform, u"platformă Qt necunoscută sau care nu se poate verifica"},
     {DisplayProblem::NoPlugin, u"modulul Qt al platformei lipsește sau nu se poate încărca"},
     {DisplayProblem::NoServer, u"niciun server grafic la această adresă"},
@@ -110,14 +105,7 @@ constexpr ProblemRow kProblems[] = {
     {DisplayProblem::ForeignRights, u"procesul rulează cu drepturile altui utilizator"},
     {DisplayProblem::NoDescriptors, u"procesul are prea multe fișiere deschise"},
     {DisplayProblem::QtFailure, u"serverul grafic nu a mai răspuns"},
-};
-
-QString wordsOf(const system::DisplayFault& fault) {
-    for (const ProblemRow& row : kProblems)
-        if (row.problem == fault.problem)
-            return (fault.subject.isEmpty() ? QString() : fault.subject + u": "_s) + QString::fromUtf16(row.words);
-    return fault.subject;
-}
+}}};
 
 [[noreturn]] void refuse(const QString& words) {
     throw base::Error(base::kInvalidProcedureCall, words, u"Velcoran.clsVelcoran"_s);
@@ -125,7 +113,7 @@ QString wordsOf(const system::DisplayFault& fault) {
 
 [[noreturn]] void refuse(const QList<system::DisplayFault>& faults) {
     QStringList words;
-    for (const system::DisplayFault& fault : faults) words.append(wordsOf(fault));
+    for (const system::DisplayFault& fault : faults) words.append(system::wordsOf(fault, kProblems));
     refuse(u"Nu există un ecran pe care să se deschidă fereastra raportului (%1)."_s.arg(words.join(u"; "_s)));
 }
 

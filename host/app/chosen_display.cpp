@@ -14,12 +14,7 @@ namespace {
 
 using system::DisplayProblem;
 
-struct ProblemRow {
-    DisplayProblem problem;
-    const char16_t* words;
-};
-
-constexpr ProblemRow kProblems[] = {
+constexpr system::ProblemWords kProblems{{{
     {DisplayProblem::UnknownPlatform, u"a platform of Qt's that is unknown or cannot be checked"},
     {DisplayProblem::NoPlugin, u"Qt's plugin is missing or cannot be loaded"},
     {DisplayProblem::NoServer, u"nobody listens there"},
@@ -30,18 +25,11 @@ constexpr ProblemRow kProblems[] = {
     {DisplayProblem::ForeignRights, u"the process runs with another user's rights"},
     {DisplayProblem::NoDescriptors, u"the process has too many open files"},
     {DisplayProblem::QtFailure, u"the server no longer answers"},
-};
-
-QString wordsOf(const system::DisplayFault& fault) {
-    for (const ProblemRow& row : kProblems)
-        if (row.problem == fault.problem)
-            return (fault.subject.isEmpty() ? QString() : fault.subject + u": "_s) + QString::fromUtf16(row.words);
-    return fault.subject;
-}
+}}};
 
 [[noreturn]] void refuse(const QList<system::DisplayFault>& faults) {
     QStringList words;
-    for (const system::DisplayFault& fault : faults) words.append(wordsOf(fault));
+    for (const system::DisplayFault& fault : faults) words.append(system::wordsOf(fault, kProblems));
     throw base::Error(base::kInvalidProcedureCall, u"there is no display: "_s + words.join(u"; "_s));
 }
 

@@ -12,33 +12,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr char kStart[] = R"(<!DOCTYPE html>
-<html lang="ro">
-<head>
-<meta charset="utf-8">
-<meta name="viewport" content="width=device-width, initial-scale=1">
-<title>)";
-
-constexpr char kStyle[] = R"(</title>
-<style>
-body { font: 10pt Arial, "Liberation Sans", sans-serif; margin: 1.5em; color: #000; background: #fff; }
-h1 { font-size: 14pt; margin: 0 0 .3em; }
-.filters { margin: .3em 0 1em; padding-left: 1.2em; }
-table { border-collapse: collapse; width: 100%; }
-th, td { padding: .15em .5em; text-align: left; vertical-align: top; white-space: pre-wrap; }
-thead th { position: sticky; top: 0; background: #e8e8e8; border-top: 2px solid #000; border-bottom: 2px solid #000; }
-.n { text-align: right; white-space: nowrap; font-variant-numeric: tabular-nums; }
-tr.group th { padding-top: .8em; }
-tr.total td { font-weight: bold; }
-tbody.report tr:first-child th { padding-top: 1em; border-top: 2px solid #000; }
-tbody.report td { font-weight: bold; }
-@media print { @page { size: A4 landscape; } thead { display: table-header-group; } tr { break-inside: avoid; }
-  thead th { position: static; } }
-</style>
-</head>
-<body>
-)";
-
 /// Columns that the label of a line of totals takes, in front of the currency, and that of the total in lei.
 constexpr int kTotalLabelColumns = 4;
 constexpr int kLeiLabelColumns = 2;
@@ -51,9 +24,9 @@ public:
     HtmlSink(const ExportSource& source, system::DurableFile& output) : m_source(source), m_output(output) {}
 
     void begin() override {
-        m_text = kStart;
+        m_text = m_template.next();
         appendEscaped(m_text, m_source.title());
-        m_text += kStyle;
+        m_text += m_template.next();
         element("h1", m_source.title());
         if (!m_source.period().isEmpty()) element("p class=\"period\"", u"Perioada: "_s + m_source.period());
         writeFilters();
@@ -88,7 +61,7 @@ public:
         heading(QString::fromUtf16(kGrandTotal));
         writeTotals(m_source.data().totals());
         writeLei(m_source.data().leiTotal());
-        m_text += "</tbody>\n</table>\n</body>\n</html>\n";
+        m_text += "</tbody>\n</table>\n" + m_template.next();
         flush();
     }
 
@@ -142,6 +115,7 @@ private:
 
     const ExportSource& m_source;
     system::DurableFile& m_output;
+    Template m_template{"page.html"};
     QByteArray m_text;
 };
 

@@ -1,5 +1,7 @@
 #include "markup.h"
 
+#include <QFile>
+
 namespace velcoran::report {
 
 namespace {
@@ -61,5 +63,19 @@ void appendEscaped(QByteArray& markup, QStringView text) {
 }
 
 void appendParagraphText(QByteArray& markup, QStringView text) { appendReplaced(markup, text, elementOf); }
+
+Template::Template(const char* name) {
+    QFile file(QStringLiteral(":/velcoran/templates/") + QLatin1StringView(name));
+    [[maybe_unused]] const bool isOpen = file.open(QIODevice::ReadOnly);
+    Q_ASSERT(isOpen);
+    m_rest = file.readAll();
+}
+
+QByteArray Template::next() {
+    const qsizetype end = m_rest.indexOf("<!--");
+    const QByteArray piece = m_rest.first(end < 0 ? m_rest.size() : end);
+    m_rest = end < 0 ? QByteArray() : m_rest.sliced(m_rest.indexOf("-->") + 3);
+    return piece;
+}
 
 }  // namespace velcoran::report

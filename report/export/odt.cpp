@@ -1,6 +1,5 @@
 #include "formats.h"
 #include "markup.h"
-#include "odt_parts.h"
 #include "report/data/amount_text.h"
 #include "rows.h"
 #include "texts.h"
@@ -14,12 +13,12 @@ using namespace Qt::StringLiterals;
 namespace {
 
 QByteArray metaXml(const ExportSource& source) {
-    QByteArray xml = kMetaStart;
-    xml += "<dc:title>";
+    Template parts("meta.xml");
+    QByteArray xml = parts.next();
     appendEscaped(xml, source.title());
-    xml += "</dc:title><dc:language>ro-RO</dc:language><meta:creation-date>";
+    xml += parts.next();
     xml += source.made().toString(Qt::ISODate).toLatin1();
-    xml += "</meta:creation-date></office:meta></office:document-meta>\n";
+    xml += parts.next();
     return xml;
 }
 
@@ -44,9 +43,9 @@ public:
     OdtSink(const ExportSource& source, ZipWriter& zip) : m_source(source), m_zip(zip) {}
 
     void begin() override {
-        m_text = kContentStart;
+        m_text = m_template.next();
         m_text += columnStyles();
-        m_text += kContentStyles;
+        m_text += m_template.next();
         m_text += "<text:h text:style-name=\"Heading\" text:outline-level=\"1\">";
         appendParagraphText(m_text, m_source.title());
         m_text += "</text:h>";
@@ -77,7 +76,7 @@ public:
         wideRow("Grand", QString::fromUtf16(kGrandTotal));
         writeTotals(m_source.data().totals());
         writeLei(m_source.data().leiTotal());
-        m_text += "</table:table></office:text></office:body></office:document-content>\n";
+        m_text += "</table:table>" + m_template.next();
         flush();
     }
 
@@ -133,6 +132,7 @@ private:
 
     const ExportSource& m_source;
     ZipWriter& m_zip;
+    Template m_template{"content.xml"};
     QByteArray m_text;
 };
 
@@ -148,9 +148,9 @@ void writeOdt(const Document& document, const QString& file, ExportControl& cont
     };
     // First and as it is: programs know the document by these bytes at their place.
     add("mimetype", "application/vnd.oasis.opendocument.text");
-    add("META-INF/manifest.xml", kManifest);
+    add("META-INF/manifest.xml", Template("manifest.xml").next());
     add("meta.xml", metaXml(source));
-    add("styles.xml", kStyles);
+    add("styles.xml", Template("styles.xml").next());
     zip.begin("content.xml", ZipWriter::Packing::Deflated);
     OdtSink sink(source, zip);
     walkReport(source, sink, control);

@@ -129,6 +129,11 @@ std::optional<Display> tryPlatform(const QtPlatform& platform, QList<DisplayFaul
 
 }  // namespace
 
+QString wordsOf(const DisplayFault& fault, const ProblemWords& words) {
+    return (fault.subject.isEmpty() ? QString() : fault.subject + QStringLiteral(": ")) +
+           QString::fromUtf16(words[fault.problem].words);
+}
+
 DisplaySearch findDisplay(const QByteArray& platforms) {
     DisplaySearch search;
     if (const auto fault = processFault()) {

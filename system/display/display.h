@@ -2,6 +2,8 @@
 
 #include "display_answer.h"
 
+#include "base/enum_table.h"
+
 #include <QByteArray>
 #include <QByteArrayList>
 #include <QList>
@@ -17,6 +19,15 @@ struct DisplayFault {
     DisplayProblem problem;
     QString subject;
 };
+
+/// What a problem is in a language.
+struct ProblemRow {
+    DisplayProblem problem;
+    const char16_t* words;
+};
+using ProblemWords = base::EnumTable<&ProblemRow::problem, 10>;
+/// "xcb :99: the server is silent".
+[[nodiscard]] QString wordsOf(const DisplayFault& fault, const ProblemWords& words);
 
 /// A platform of Qt's that answered. Its connection is to be kept until the application object stands: an X server may
 /// end its session with its last client.
