@@ -4,6 +4,7 @@
 #include "desktop/own_look.h"
 #include "form/busy/blocked.h"
 #include "form/busy/held_keys.h"
+#include "form/rules/layout.h"
 #include "lasting_parts.h"
 #include "loaded_window.h"
 #include "setup.h"

@@ -2,10 +2,11 @@
 
 #include "db/row_store.h"
 #include "filters/codes.h"
+#include "filters/setup_values.h"
 #include "form/busy/activity.h"
 #include "form/panel/control_tree.h"
 #include "form/panel/members.h"
-#include "form/rules/setup_values.h"
+#include "form/rules/layout.h"
 #include "form/run/activate_window.h"
 #include "form/run/surroundings.h"
 #include "lookup/setup_statements.h"
@@ -55,9 +56,11 @@ private:
     void maximize();
     void showPanel();
     void setPartnerCaptions();
-    void fillReportList() { m_controls.list(Ctl::cmbTipRaport).fill(reportEntries(m_members.sTipRaport.kind), 0); }
+    void fillReportList() {
+        m_controls.list(Ctl::cmbTipRaport).fill(filters::reportEntries(m_members.sTipRaport.kind), 0);
+    }
     void fillSelection();
-    void fillSortList() { m_controls.list(Ctl::cmbSortare).fill(sortEntries(m_members.sTipRaport.kind), 0); }
+    void fillSortList() { m_controls.list(Ctl::cmbSortare).fill(filters::sortEntries(m_members.sTipRaport.kind), 0); }
     void fillWarehouses();
     void setPeriod();
     void fillCategories();
@@ -108,7 +111,7 @@ void Setup::readYear() {
         if (const RowBlock* block = rows.fetch(1)) years->append(*block);
     });
     if (years->rowCount() == 0) throw base::Error(base::kNoCurrentRecord, u"Tabela An nu are nicio înregistrare."_s);
-    m_members.iAn = yearOf(years->text(0, 0));
+    m_members.iAn = filters::yearOf(years->text(0, 0));
 }
 
 void Setup::maximize() {
@@ -154,7 +157,7 @@ void Setup::fillWarehouses() {
 }
 
 void Setup::setPeriod() {
-    const Period period = periodOf(m_members.iAn, m_arguments.DataProgram);
+    const filters::Period period = filters::periodOf(m_members.iAn, m_arguments.DataProgram);
     controls::DatePicker& from = m_controls.datePicker(Ctl::Deladata);
     controls::DatePicker& to = m_controls.datePicker(Ctl::Ladata);
     from.setBounds(period.minimum, period.maximum);

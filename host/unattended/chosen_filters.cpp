@@ -7,7 +7,7 @@
 #include "db/connection.h"
 #include "db/row_store.h"
 #include "filters/codes.h"
-#include "form/rules/setup_values.h"
+#include "filters/setup_values.h"
 #include "lookup/lookup_request.h"
 #include "lookup/setup_statements.h"
 
@@ -57,10 +57,10 @@ QString cell(const db::RowStore& rows, std::uint32_t row, int column) {
 int workingYear(const db::Connection& connection) {
     const db::RowStore years = readRows(connection, lookup::kYearStatement.toString());
     if (years.rowCount() == 0) throw base::Error(base::kNoCurrentRecord, u"Tabela An nu are nicio înregistrare."_s);
-    return form::yearOf(years.text(0, 0));
+    return filters::yearOf(years.text(0, 0));
 }
 
-void checkDay(QStringView option, QDate day, const form::Period& period) {
+void checkDay(QStringView option, QDate day, const filters::Period& period) {
     if (day >= period.minimum && day <= period.maximum) return;
     fail(option, day.toString(Qt::ISODate),
          u"lies outside the working year: %1 to %2"_s.arg(period.minimum.toString(Qt::ISODate),
@@ -128,13 +128,13 @@ FilterState chosenFilters(const ExportRequest& request, const db::Connection& co
     state.sTipRaport = request.kind;
     state.sSoc = request.prefix;
     const filters::ReportKind kind = state.sTipRaport.kind;
-    const form::Period period = form::periodOf(static_cast<std::int16_t>(workingYear(connection)), request.to);
+    const filters::Period period = filters::periodOf(static_cast<std::int16_t>(workingYear(connection)), request.to);
     checkDay(u"--from", request.from, period);
     checkDay(u"--to", request.to, period);
     state.deLaData = request.from;
     state.laData = request.to;
-    state.cmbTipRaport = form::reportEntries(kind).at(request.isByDay ? 1 : 0);
-    const QStringList sorts = form::sortEntries(kind);
+    state.cmbTipRaport = filters::reportEntries(kind).at(request.isByDay ? 1 : 0);
+    const QStringList sorts = filters::sortEntries(kind);
     state.cmbSortare = request.sort.isEmpty() ? sorts.front() : sorts.at(placeOf(request.sort, sorts, u"--sort"));
 
     // In the order of the window: what is chosen narrows the lookups behind it.

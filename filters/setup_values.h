@@ -1,6 +1,6 @@
 #pragma once
 
-#include "filters/report_kind.h"
+#include "report_kind.h"
 
 #include <QDate>
 #include <QString>
@@ -9,7 +9,7 @@
 #include <cstdint>
 #include <optional>
 
-namespace velcoran::form {
+namespace velcoran::filters {
 
 /// The working year of a field's text, rounded half to even as the conversion to a 16-bit integer does.
 /// @param text  nothing for null
@@ -30,7 +30,7 @@ struct Period {
 
 /// Entries of the lists for a report kind. The first test is for Export, the second for Import: a kind that is
 /// neither gets "Furnizor" in one and "Client" in the other.
-[[nodiscard]] QStringList reportEntries(filters::ReportKind kind);
-[[nodiscard]] QStringList sortEntries(filters::ReportKind kind);
+[[nodiscard]] QStringList reportEntries(ReportKind kind);
+[[nodiscard]] QStringList sortEntries(ReportKind kind);
 
-}  // namespace velcoran::form
+}  // namespace velcoran::filters

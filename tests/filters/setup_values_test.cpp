@@ -1,11 +1,11 @@
-#include "form/rules/setup_values.h"
+#include "filters/setup_values.h"
 
 #include "base/error.h"
 #include "support/test_data.h"
 
 #include <gtest/gtest.h>
 
-namespace velcoran::form {
+namespace velcoran::filters {
 
 using namespace Qt::StringLiterals;
 
@@ -67,4 +67,4 @@ TEST(PeriodOf, refusesYearsWithoutAPeriod) {
     EXPECT_EQ(periodOf(9998, QDate(2003, 7, 15)).maximum, QDate(9999, 1, 31));
 }
 
-}  // namespace velcoran::form
+}  // namespace velcoran::filters

@@ -5,10 +5,9 @@
 #include <cmath>
 #include <limits>
 
-namespace velcoran::form {
+namespace velcoran::filters {
 
 using namespace Qt::StringLiterals;
-using filters::ReportKind;
 
 namespace {
 
@@ -51,4 +50,4 @@ QStringList sortEntries(ReportKind kind) {
     return {u"Data"_s, u"Numar Document"_s, kind == ReportKind::Import ? u"Furnizor"_s : u"Client"_s};
 }
 
-}  // namespace velcoran::form
+}  // namespace velcoran::filters
