@@ -26,8 +26,6 @@ LoadedReport::LoadedReport(std::function<void()> show)
     });
 }
 
-LoadedReport::~LoadedReport() = default;
-
 void LoadedReport::abandon() {
     m_loader.disconnect();
     m_loader.abandon();

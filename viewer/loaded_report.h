@@ -20,7 +20,6 @@ public:
 
     /// @param show  shows what document() is by now; what it throws is a failure of the loading like any other
     explicit LoadedReport(std::function<void()> show);
-    ~LoadedReport() override;
 
     /// Cancels what loads, with its notification, and clears what is shown.
     void setSource(std::shared_ptr<report::Report> source);

@@ -21,8 +21,6 @@ OutputCommands::OutputCommands(const ControlTree& controls, const Members& membe
       m_messenger(messenger),
       m_output(surroundings.newOutput(controls.window(), activity)) {}
 
-OutputCommands::~OutputCommands() = default;
-
 void OutputCommands::print() {
     if (!isUsable()) return;
     try {

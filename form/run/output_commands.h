@@ -19,7 +19,6 @@ public:
     /// All of them outlive this.
     OutputCommands(const ControlTree& controls, const Members& members, Activity& activity, Surroundings& surroundings,
                    const Messenger& messenger);
-    ~OutputCommands();
 
     void print();
     void exportReport();

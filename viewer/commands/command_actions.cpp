@@ -20,8 +20,6 @@ CommandActions::CommandActions() {
     }
 }
 
-CommandActions::~CommandActions() = default;
-
 void CommandActions::setEnabled(const std::function<bool(Command)>& isUsable) {
     for (const CommandRow& row : commandRows()) of(row.command).setEnabled(isUsable(row.command));
 }

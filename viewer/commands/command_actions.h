@@ -20,7 +20,6 @@ class CommandActions : public QObject {
 
 public:
     CommandActions();
-    ~CommandActions() override;
 
     [[nodiscard]] QAction& of(Command command) const { return *m_actions[command]; }
     /// Which commands can be used now.
