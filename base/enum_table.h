@@ -25,7 +25,7 @@ public:
     [[nodiscard]] static constexpr std::size_t size() { return kCount; }
 
 private:
-    static void rowsAreNotInTheOrderOfTheEnumeration();  // called by no running program
+    static void rowsAreNotInTheOrderOfTheEnumeration() {}  // no constant expression: called by no running program
 
     std::array<Row, kCount> m_rows;
 };

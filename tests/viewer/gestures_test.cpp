@@ -1,4 +1,3 @@
-#include "viewer/pages/page_area.h"
 #include "viewer_fixture.h"
 
 #include <QClipboard>
@@ -24,7 +23,6 @@ protected:
         bar(Qt::Horizontal).setValue(400);
         bar(Qt::Vertical).setValue(bar(Qt::Vertical).value() + 900);
     }
-    viewer::PageArea& pages() { return part<viewer::PageArea>("crwPages"); }
     QScrollBar& bar(Qt::Orientation direction) {
         return direction == Qt::Vertical ? *pages().verticalScrollBar() : *pages().horizontalScrollBar();
     }
@@ -38,9 +36,8 @@ protected:
     QPoint field(const QString& text) {
         const report::Page page = viewer.document()->page({1});
         const auto item = std::ranges::find_if(page.items, [&](const auto& one) { return one.fullText == text; });
-        if (item == page.items.end()) throw std::runtime_error("no such object");
-        pages().ensureVisible(0, viewer::rectOf(*item));
-        return pages().view().placeOf(0, viewer::rectOf(*item)).center().toPoint();
+        if (item != page.items.end()) pages().ensureVisible(0, viewer::rectOf(*item));
+        return middleOf([&](const auto& one) { return one.fullText == text; });
     }
     QString copied() {
         QGuiApplication::clipboard()->setText(u"nimic"_s);

@@ -1,4 +1,3 @@
-#include "viewer/pages/page_area.h"
 #include "viewer_fixture.h"
 
 #include <QComboBox>
@@ -13,7 +12,6 @@ namespace velcoran::tests {
 
 class Navigation : public ViewerTest {
 protected:
-    viewer::PageArea& pages() { return part<viewer::PageArea>("crwPages"); }
     QLineEdit& pageBox() { return part<QLineEdit>("crwPageBox"); }
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
         QTest::keyClick(&pages(), key, modifiers);

@@ -59,7 +59,7 @@ TEST_F(Pictures, ofTheReportBeforeAreDroppedHoweverLateTheyCome) {
 
 // A picture of the window is whole, also when it is taken before the threads have drawn the page that was gone to.
 TEST_F(Pictures, aGrabbedWindowShowsThePageAtOnce) {
-    auto& pages = part<PageArea>("crwPages");
+    auto& pages = this->pages();
     for (const int page : {20, 5, 30}) {
         act("goto", {{QStringLiteral("page"), page}});
         const QImage early = pages.viewport()->grab().toImage();

@@ -71,7 +71,7 @@ TEST_F(ReportSearch, closesWithEsc) {
 }
 
 TEST_F(ReportSearch, marksItsHitsAndTheCurrentOneAlone) {
-    auto& pages = part<viewer::PageArea>("crwPages");
+    auto& pages = this->pages();
     pages.setZoom({viewer::Zoom::Kind::Percent, 50});
     const auto picture = [&] { return pages.viewport()->grab().toImage(); };
     const auto count = [&](int page, QRgb colour) {

@@ -1,4 +1,3 @@
-#include "viewer/pages/page_area.h"
 #include "viewer_fixture.h"
 
 #include <QClipboard>
@@ -22,16 +21,6 @@ protected:
         QObject::connect(&viewer, &viewer::ReportViewer::objectClicked, &viewer,
                          [this](int, int, const QStringList& fields, bool*) { clicks << fields; });
     }
-    viewer::PageArea& pages() { return part<viewer::PageArea>("crwPages"); }
-    /// Middle of the first object of page 1 that passes.
-    template <class Test>
-    QPoint middleOf(Test test) {
-        const report::Page page = viewer.document()->page({1});
-        const auto item = std::ranges::find_if(page.items, test);
-        if (item == page.items.end()) throw std::runtime_error("no such object");
-        return pages().view().placeOf(0, viewer::rectOf(*item)).center().toPoint();
-    }
-
     /// The upper half of what is in view: below stands the time of printing.
     QImage picture() {
         const QImage seen = pages().viewport()->grab().toImage();
@@ -55,11 +44,8 @@ TEST_F(Objects, aDoubleClickGivesTheValuesOfTheField) {
 
 TEST_F(Objects, theRowIsCopiedWithoutTheNextGroupsHeading) {
     QGuiApplication::clipboard()->clear();
-    const report::Page page = viewer.document()->page({1});
-    const auto last = std::ranges::find_if(page.items, [](const auto& item) { return item.text == u"F0001-5"_s; });
-    ASSERT_NE(last, page.items.end());
     QTest::mouseClick(pages().viewport(), Qt::LeftButton, {},
-                      pages().view().placeOf(0, viewer::rectOf(*last)).center().toPoint());
+                      middleOf([](const auto& item) { return item.text == u"F0001-5"_s; }));
     QContextMenuEvent ask(QContextMenuEvent::Keyboard, QPoint(9, 9), pages().mapToGlobal(QPoint(9, 9)));
     QApplication::sendEvent(pages().viewport(), &ask);
     for (QAction* action : part<QMenu>("crwMenu").actions())

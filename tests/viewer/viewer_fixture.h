@@ -3,11 +3,14 @@
 #include "report/layout/document.h"
 #include "report/report.h"
 #include "scripted_report.h"
+#include "viewer/pages/page_area.h"
 #include "viewer/report_viewer.h"
 
 #include <QTest>
 
 #include <gtest/gtest.h>
+
+#include <algorithm>
 
 namespace velcoran::tests {
 
@@ -34,6 +37,15 @@ protected:
         auto* found = viewer.findChild<Widget*>(QString::fromLatin1(name));
         if (found == nullptr) throw std::runtime_error(std::string("no part ") + name);
         return *found;
+    }
+    [[nodiscard]] viewer::PageArea& pages() { return part<viewer::PageArea>("crwPages"); }
+    /// Middle of the first object of page 1 that passes.
+    template <class Test>
+    [[nodiscard]] QPoint middleOf(Test test) {
+        const report::Page page = viewer.document()->page({1});
+        const auto item = std::ranges::find_if(page.items, test);
+        if (item == page.items.end()) throw std::runtime_error("no such object");
+        return pages().view().placeOf(0, viewer::rectOf(*item)).center().toPoint();
     }
     QVariant act(const char* action, const QVariantMap& arguments = {}) {
         return viewer.act(QString::fromLatin1(action), arguments);
