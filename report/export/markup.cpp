@@ -73,7 +73,7 @@ Template::Template(const char* name) {
 
 QByteArray Template::next() {
     const qsizetype end = m_rest.indexOf("<!--");
-    const QByteArray piece = m_rest.first(end < 0 ? m_rest.size() : end);
+    QByteArray piece = m_rest.first(end < 0 ? m_rest.size() : end);
     m_rest = end < 0 ? QByteArray() : m_rest.sliced(m_rest.indexOf("-->") + 3);
     return piece;
 }
