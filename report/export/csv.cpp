@@ -14,8 +14,11 @@ constexpr char kMark[] = "\xEF\xBB\xBF";
 constexpr int kAmountPlaces = 2;
 constexpr int kRatePlaces = 4;
 
-/// A text that a spreadsheet would read as a formula.
-bool looksLikeFormula(QStringView text) { return !text.isEmpty() && QStringView(u"=+-@\t\r").contains(text.front()); }
+/// What a spreadsheet takes for the start of a formula, or leaves out in front of one; the wide signs of East Asian
+/// keyboards count as the others do.
+constexpr QStringView kFormulaStarts = u"=+-@\t\r\n＝＋－＠";
+
+bool looksLikeFormula(QStringView text) { return !text.isEmpty() && kFormulaStarts.contains(text.front()); }
 
 class CsvExport {
 public:
