@@ -46,6 +46,7 @@ void LoadedReport::load() {
     if (!self || !m_source) return;
     take({});
     m_failure.reset();
+    m_state = State::Loading;
     try {
         m_loader.start(m_source, m_setup, QDateTime::currentDateTime());
         m_tick.start();

@@ -77,7 +77,7 @@ ReportViewer::Inside::Inside(ReportViewer& viewer)
       marks(searcher),
       parts(viewer, actions, marks),
       search(searcher, marks, parts.toolbar(), parts.pages()),
-      commands(viewer, actions, report, marks, parts, search) {
+      commands(viewer, options, actions, report, marks, parts, search) {
     QObject::connect(&report, &LoadedReport::changed, &viewer, [this] { refresh(); });
     QObject::connect(&report, &LoadedReport::answered, &viewer, [&viewer] { emit viewer.downloadStarted(0); });
     QObject::connect(&report, &LoadedReport::ended, &viewer, [&viewer] { emit viewer.downloadFinished(0); });
@@ -90,7 +90,6 @@ ReportViewer::Inside::~Inside() {
 }
 
 void ReportViewer::Inside::applyOptions() {
-    commands.setOptions(options);
     parts.setOptions(options);
     refresh();
 }
@@ -106,9 +105,7 @@ void ReportViewer::Inside::refresh() {
 void ReportViewer::Inside::show() {
     parts.keepFocus();
     search.close();
-    commands.refreshActions();
     parts.setDocument(report.document());
-    commands.refreshActions();
 }
 
 ReportViewer::ReportViewer(QWidget* parent) : QWidget(parent), m_inside(std::make_unique<Inside>(*this)) {

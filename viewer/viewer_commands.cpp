@@ -22,9 +22,15 @@
 
 namespace velcoran::viewer {
 
-ViewerCommands::ViewerCommands(ReportViewer& viewer, CommandActions& actions, LoadedReport& report, PageMarks& marks,
-                               ViewerParts& parts, ReportSearch& search)
-    : m_viewer(viewer), m_actions(actions), m_report(report), m_marks(marks), m_parts(parts), m_search(search) {
+ViewerCommands::ViewerCommands(ReportViewer& viewer, const ViewerOptions& options, CommandActions& actions,
+                               LoadedReport& report, PageMarks& marks, ViewerParts& parts, ReportSearch& search)
+    : m_viewer(viewer),
+      m_options(options),
+      m_actions(actions),
+      m_report(report),
+      m_marks(marks),
+      m_parts(parts),
+      m_search(search) {
     QObject::connect(&m_actions, &CommandActions::triggered, &m_viewer, [this](Command command) {
         const QPointer<ReportViewer> alive(&m_viewer);
         run(command);

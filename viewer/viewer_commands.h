@@ -22,11 +22,10 @@ class ViewerParts;
 class ViewerCommands {
 public:
     /// All of them outlive this.
-    ViewerCommands(ReportViewer& viewer, CommandActions& actions, LoadedReport& report, PageMarks& marks,
-                   ViewerParts& parts, ReportSearch& search);
+    ViewerCommands(ReportViewer& viewer, const ViewerOptions& options, CommandActions& actions, LoadedReport& report,
+                   PageMarks& marks, ViewerParts& parts, ReportSearch& search);
     ~ViewerCommands();
 
-    void setOptions(const ViewerOptions& options) { m_options = options; }
     /// Who can open the document behind a row, asked when it matters.
     void setOpensDocuments(std::function<bool()> opensDocuments) { m_opensDocuments = std::move(opensDocuments); }
 
@@ -50,12 +49,12 @@ private:
     [[nodiscard]] bool opensDocuments() const { return m_opensDocuments && m_opensDocuments(); }
 
     ReportViewer& m_viewer;
+    const ViewerOptions& m_options;
     CommandActions& m_actions;
     LoadedReport& m_report;
     PageMarks& m_marks;
     ViewerParts& m_parts;
     ReportSearch& m_search;
-    ViewerOptions m_options;
     std::function<bool()> m_opensDocuments;
 };
 

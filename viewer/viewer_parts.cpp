@@ -110,14 +110,12 @@ void ViewerParts::setDocument(const std::shared_ptr<const report::Document>& doc
     refresh();
     m_splitter->refresh();
     m_pages->setDocument(document);
-    refresh();
 }
 
 void ViewerParts::replaceDocument(const std::shared_ptr<const report::Document>& document) {
     m_document = document;
     m_tree->setDocument(document);
     m_pages->replaceDocument(document);
-    refresh();
 }
 
 void ViewerParts::toggleTree() {

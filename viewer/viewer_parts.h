@@ -37,7 +37,7 @@ public:
     [[nodiscard]] QMenu& menu() const { return *m_menu; }
 
     void setOptions(const ViewerOptions& options);
-    /// Shows a document from its first page. Null: nothing.
+    /// Shows a document from its first page. Null: nothing. refresh() is to follow, here and when it is replaced.
     void setDocument(const std::shared_ptr<const report::Document>& document);
     /// Shows another layout of the same report, on the page where it was.
     void replaceDocument(const std::shared_ptr<const report::Document>& document);

@@ -83,8 +83,6 @@ void SearchBar::reset() {
     setPosition({});
 }
 
-QString SearchBar::text() const { return m_box->text(); }
-
 void SearchBar::setText(const QString& text) {
     m_submitted = text;
     m_pause->stop();

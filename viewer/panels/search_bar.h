@@ -22,7 +22,6 @@ public:
     void open();
     /// Empties the box without asking for a search.
     void reset();
-    [[nodiscard]] QString text() const;
     /// Sets the text without asking for a search.
     void setText(const QString& text);
     void setPosition(const QString& text);
